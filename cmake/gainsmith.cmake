@@ -1,0 +1,40 @@
+# Settings that every target shares, and the two functions that declare rooms and their tests.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()
+
+add_library(gainsmith_options INTERFACE)
+target_compile_options(gainsmith_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wno-sign-conversion -Werror
+  # 32-bit results must not depend on the processor: no fused multiply-add.
+  -ffp-contract=off)
+
+# gainsmith_room(NAME SOURCES files... ROOMS rooms...)
+# A room is a static library. Headers are found as "room/file.h", and only those of the rooms named.
+function(gainsmith_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;ROOMS" ${ARGN})
+  add_library(${name} STATIC ${ROOM_SOURCES})
+  set(include_root ${CMAKE_BINARY_DIR}/include/${name})
+  file(MAKE_DIRECTORY ${include_root})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${include_root}/${name} SYMBOLIC)
+  target_include_directories(${name} PUBLIC ${include_root})
+  target_link_libraries(${name} PUBLIC ${ROOM_ROOMS} PRIVATE gainsmith_options)
+endfunction()
+
+# gainsmith_test(NAME LABEL label SOURCES files... ROOMS rooms...)
+# One program and one CTest entry for a room's tests.
+function(gainsmith_test name)
+  cmake_parse_arguments(TEST "" "LABEL" "SOURCES;ROOMS" ${ARGN})
+  add_executable(${name} ${TEST_SOURCES})
+  target_link_libraries(${name} PRIVATE ${TEST_ROOMS} gainsmith_options GTest::gtest_main)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES LABELS ${TEST_LABEL} TIMEOUT 300)
+endfunction()
