@@ -1,0 +1,269 @@
+// Control records: what a window shows, as plain data, and the events that its window handles.
+//
+// Handlers read and write these records and nothing else. A World puts user input into a record and
+// then calls the handler; before its event loop sleeps it shows the records that changed. Setting a
+// record from code calls no handler: code that wants the effect of a click calls the handler
+// itself.
+//
+// Places are in twips (1/1440 inch; 15 of them are one device-independent pixel) inside the
+// container, or inside the window's client area where there is none. Colours are 0x00BBGGRR.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace gainsmith {
+
+using Colour = std::uint32_t;
+
+// A colour of the desktop's own scheme rather than a fixed one.
+constexpr Colour SystemColour(std::uint32_t index) { return 0x80000000U | index; }
+constexpr Colour DefaultColour = SystemColour(15);
+constexpr Colour Rgb(std::uint32_t red, std::uint32_t green, std::uint32_t blue) {
+  return red | green << 8U | blue << 16U;
+}
+
+// Keys that OnKeyPress distinguishes; other keys come as their character code.
+constexpr int KeyBackspace = 8;
+constexpr int KeyEnter = 13;
+
+// Bits of the mouse buttons.
+constexpr int NoButton = 0;
+constexpr int LeftButton = 1;
+constexpr int RightButton = 2;
+
+enum class ControlKind {
+  Label,
+  TextBox,
+  Button,
+  CheckBox,
+  OptionButton,
+  ComboBox,
+  Frame,
+  Tabs,
+  PictureBox,
+  Lamp,
+  ProgressBar,
+  StatusBar,
+  Grid,
+  Image,
+};
+
+struct Control {
+  explicit Control(ControlKind kind) : Kind(kind) {}
+  // Controls refer to each other by address (Container), so they stay where they were made.
+  Control(const Control&) = delete;
+  Control& operator=(const Control&) = delete;
+  ~Control() = default;
+
+  const ControlKind Kind;
+  // The system's own name, index included: "Text1(9)". Unique inside its window.
+  std::string Name;
+  std::string Caption;
+  std::string ToolTip;
+  // What a screen reader says: the visible label beside a field. Empty: the caption.
+  std::string AccessibleName;
+  bool Enabled = true;
+  bool Visible = true;
+  // Exists as state and behaviour and is never on show (and needs no place).
+  bool Parked = false;
+  Colour BackColor = DefaultColour;
+  Colour ForeColor = DefaultColour;
+  int LeftTwips = 0;
+  int TopTwips = 0;
+  int WidthTwips = 0;
+  int HeightTwips = 0;
+  // Frame, Tabs or PictureBox of the same window that this control lies in; none: the client area.
+  Control* Container = nullptr;
+  // Page of the container, when that is Tabs.
+  int Page = 0;
+
+  void Place(int leftTwips, int topTwips, int widthTwips, int heightTwips) {
+    LeftTwips = leftTwips;
+    TopTwips = topTwips;
+    WidthTwips = widthTwips;
+    HeightTwips = heightTwips;
+  }
+};
+
+enum class TextAlignment { Left, Centre, Right };
+
+struct Label : Control {
+  Label() : Control(ControlKind::Label) {}
+  TextAlignment Alignment = TextAlignment::Left;
+  bool WordWrap = false;
+  bool Heading = false;
+  // A label with a handler is shown as a link.
+  std::function<void()> OnClick;
+};
+
+struct TextBox : Control {
+  TextBox() : Control(ControlKind::TextBox) {}
+  std::string Text;
+  // Asked with each key before it takes effect; false drops the key. Without a handler all pass.
+  std::function<bool(int key)> OnKeyPress;
+  std::function<void()> OnLostFocus;
+};
+
+struct Button : Control {
+  Button() : Control(ControlKind::Button) {}
+  // A colour swatch shows its BackColor over its whole area.
+  bool Swatch = false;
+  std::function<void()> OnClick;
+  // Press and release by any mouse button or by the keyboard. OnRelease follows each OnPress
+  // exactly once: losing the focus, the window or the mouse grab counts as release.
+  std::function<void()> OnPress;
+  std::function<void()> OnRelease;
+};
+
+struct CheckBox : Control {
+  CheckBox() : Control(ControlKind::CheckBox) {}
+  bool Ticked = false;
+  // After a user has changed Ticked.
+  std::function<void()> OnClick;
+};
+
+// Of the option buttons in one container (and page) at most one is selected; a World clears the
+// others when a user selects one.
+struct OptionButton : Control {
+  OptionButton() : Control(ControlKind::OptionButton) {}
+  bool Selected = false;
+  std::function<void()> OnClick;
+};
+
+struct ListItem {
+  std::string Text;
+  int ItemData = 0;
+  // Shown as the entry's own tool tip.
+  std::string ToolTip;
+  bool operator==(const ListItem&) const = default;
+};
+
+struct ComboBox : Control {
+  ComboBox() : Control(ControlKind::ComboBox) {}
+  std::vector<ListItem> Items;
+  // Chosen entry; -1: none.
+  int ListIndex = -1;
+  // With Editable the text can be typed and need not be in the list; otherwise it is the entry's.
+  bool Editable = false;
+  std::string Text;
+  // After a user has chosen an entry.
+  std::function<void()> OnClick;
+
+  // Chooses entry `index` of Items and takes its text. Calls no handler.
+  void Choose(int index) {
+    ListIndex = index;
+    Text = Items.at(static_cast<std::size_t>(index)).Text;
+  }
+  // ItemData of the chosen entry; 0 when none is chosen.
+  int ChosenData() const {
+    return ListIndex < 0 ? 0 : Items.at(static_cast<std::size_t>(ListIndex)).ItemData;
+  }
+};
+
+struct Frame : Control {
+  Frame() : Control(ControlKind::Frame) {}
+  // Without a border the frame only groups.
+  bool Border = true;
+};
+
+struct Tabs : Control {
+  Tabs() : Control(ControlKind::Tabs) {}
+  std::vector<std::string> Pages;
+  int CurrentPage = 0;
+};
+
+// A user scale: X runs from Left to Left + Width, Y from Top to Top + Height (Height is negative
+// where the top is the larger value).
+struct PictureScale {
+  float Left = 0;
+  float Top = 0;
+  float Width = 1;
+  float Height = 1;
+  bool operator==(const PictureScale&) const = default;
+};
+
+struct PictureLine {
+  float X1 = 0;
+  float Y1 = 0;
+  float X2 = 0;
+  float Y2 = 0;
+  Colour Color = 0;
+  // Pen width in pixels, and whether the pen is dotted.
+  int WidthPixels = 1;
+  bool Dotted = false;
+  // The user scale in force when the line was drawn, so that it can be painted at any size.
+  PictureScale Scale;
+  bool operator==(const PictureLine&) const = default;
+};
+
+struct PictureBox : Control {
+  PictureBox() : Control(ControlKind::PictureBox) {}
+  PictureScale Scale;
+  int DrawWidth = 1;
+  bool DrawDotted = false;
+  // Lines drawn since the last Cls, in drawing order. Change them through Cls and Line only.
+  std::vector<PictureLine> Lines;
+  // Lines over the picture that are not part of it (the rubber band), in the picture's present
+  // scale; empty: none is shown.
+  std::vector<PictureLine> Overlay;
+  // Raised by Cls and Line: tells a World that Lines changed.
+  std::uint64_t Revision = 0;
+
+  void Cls() {
+    Lines.clear();
+    ++Revision;
+  }
+  void Line(float x1, float y1, float x2, float y2, Colour colour) {
+    Lines.push_back({x1, y1, x2, y2, colour, DrawWidth, DrawDotted, Scale});
+    ++Revision;
+  }
+
+  // Positions are in the picture's present scale; outside it while a button is held.
+  std::function<void(int button, float x, float y)> OnMouseDown;
+  std::function<void(int button, float x, float y)> OnMouseMove;
+  std::function<void(int button, float x, float y)> OnMouseUp;
+};
+
+// A round signal lamp in its BackColor.
+struct Lamp : Control {
+  Lamp() : Control(ControlKind::Lamp) {}
+};
+
+struct ProgressBar : Control {
+  ProgressBar() : Control(ControlKind::ProgressBar) {}
+  int Min = 0;
+  int Max = 100;
+  int Value = 0;
+};
+
+struct StatusBar : Control {
+  StatusBar() : Control(ControlKind::StatusBar) {}
+  // Panel n of the system is Panels[n - 1].
+  std::vector<std::string> Panels;
+};
+
+struct GridColumn {
+  std::string Heading;
+  // 0: not shown.
+  int WidthTwips = 0;
+  bool operator==(const GridColumn&) const = default;
+};
+
+// A read-only table of texts.
+struct Grid : Control {
+  Grid() : Control(ControlKind::Grid) {}
+  std::vector<GridColumn> Columns;
+  std::vector<std::vector<std::string>> Rows;
+  int CurrentRow = -1;
+};
+
+// A picture that belongs to the program, by name ("about").
+struct Image : Control {
+  Image() : Control(ControlKind::Image) {}
+  std::string Picture;
+};
+
+}  // namespace gainsmith

@@ -1,0 +1,155 @@
+// Number texts: see the header.
+#include "platform/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+namespace gainsmith {
+namespace {
+
+bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsBlank(char c) { return c == ' ' || c == '\t'; }
+
+std::size_t SkipDigits(std::string_view text, std::size_t at) {
+  while (at < text.size() && IsDigit(text[at])) ++at;
+  return at;
+}
+
+// Length of the number that starts at the first character of `text`; 0 when none does. A point
+// needs a digit on one side; an exponent without digits does not belong to the number.
+std::size_t NumberLength(std::string_view text) {
+  std::size_t at = (!text.empty() && (text[0] == '+' || text[0] == '-')) ? 1 : 0;
+  const std::size_t whole = at;
+  at = SkipDigits(text, at);
+  std::size_t digits = at - whole;
+  if (at < text.size() && text[at] == '.') {
+    const std::size_t fraction = at + 1;
+    const std::size_t end = SkipDigits(text, fraction);
+    digits += end - fraction;
+    if (digits > 0) at = end;
+  }
+  if (digits == 0) return 0;
+  if (at < text.size() && (text[at] == 'e' || text[at] == 'E')) {
+    std::size_t exponent = at + 1;
+    if (exponent < text.size() && (text[exponent] == '+' || text[exponent] == '-')) ++exponent;
+    const std::size_t end = SkipDigits(text, exponent);
+    if (end > exponent) at = end;
+  }
+  return at;
+}
+
+// `text` is a number by NumberLength.
+double ParseNumber(std::string_view text) {
+  const bool negative = text.front() == '-';
+  if (text.front() == '+' || negative) text.remove_prefix(1);
+  double value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc::result_out_of_range) {
+    // from_chars leaves the value alone here; it is too large unless its exponent is negative.
+    const std::size_t e = text.find_first_of("eE");
+    const bool tiny = (e != std::string_view::npos && text[e + 1] == '-') ||
+                      (e == std::string_view::npos && text.front() != '.' && text.front() == '0');
+    value = tiny ? 0 : std::numeric_limits<double>::infinity();
+  }
+  return negative ? -value : value;
+}
+
+// Adds 1 to the decimal digits, which may grow by one.
+void Increment(std::string& digits) {
+  auto digit = digits.rbegin();
+  for (; digit != digits.rend() && *digit == '9'; ++digit) *digit = '0';
+  if (digit == digits.rend()) {
+    digits.insert(digits.begin(), '1');
+  } else {
+    ++*digit;
+  }
+}
+
+}  // namespace
+
+double RoundHalfToEven(double value) {
+  const double below = std::floor(value);
+  const double rest = value - below;
+  if (rest < 0.5) return below;
+  if (rest > 0.5) return below + 1;
+  return std::fmod(below, 2) == 0 ? below : below + 1;
+}
+
+std::string FixedText(double value, int decimals) {
+  // 15 significant digits as "d.dddddddddddddde+xx": the digits and where their point stands.
+  std::array<char, 40> buffer{};
+  const auto printed = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
+                                     std::chars_format::scientific, 14);
+  const std::string_view text(buffer.data(), static_cast<std::size_t>(printed.ptr - buffer.data()));
+  const std::size_t e = text.find('e');
+  std::string digits;
+  for (char c : text.substr(0, e)) {
+    if (IsDigit(c)) digits.push_back(c);
+  }
+  const int exponent = std::atoi(buffer.data() + e + 1);
+
+  // Digits kept: those before the point and `decimals` behind it.
+  const int kept = exponent + 1 + decimals;
+  std::string result;
+  if (kept >= 0) {
+    const auto count = static_cast<std::size_t>(kept);
+    if (count < digits.size()) {
+      const bool up = digits[count] >= '5';
+      result = digits.substr(0, count);
+      if (up) Increment(result);
+    } else {
+      result = digits + std::string(count - digits.size(), '0');
+    }
+  }
+  const auto places = static_cast<std::size_t>(decimals);
+  if (result.size() < places + 1) result.insert(0, places + 1 - result.size(), '0');
+  const bool zero = result.find_first_not_of('0') == std::string::npos;
+  if (places > 0) result.insert(result.size() - places, ".");
+  return value < 0 && !zero ? "-" + result : result;
+}
+
+double RoundHalfAwayFromZero(double value, int decimals) {
+  return LeadingNumber(FixedText(value, decimals));
+}
+
+std::string PlainText(float value) {
+  if (value == 0) return "0";
+  std::array<char, 80> buffer{};
+  const auto printed =
+      std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
+  return {buffer.data(), printed.ptr};
+}
+
+double LeadingNumber(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  const std::size_t length = NumberLength(text);
+  return length == 0 ? 0 : ParseNumber(text.substr(0, length));
+}
+
+std::optional<float> WholeNumber(std::string_view text) {
+  text = Trimmed(text);
+  const std::size_t length = NumberLength(text);
+  if (length == 0 || length != text.size()) return std::nullopt;
+  // Straight to 32 bits, not by way of 64, so that the shortest text of a float gives it back.
+  const bool negative = text.front() == '-';
+  if (text.front() == '+' || negative) text.remove_prefix(1);
+  float value = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error == std::errc::result_out_of_range) {
+    if (std::abs(ParseNumber(text)) > 1) return std::nullopt;
+    value = 0;
+  }
+  return negative ? -value : value;
+}
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+}  // namespace gainsmith

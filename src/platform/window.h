@@ -1,0 +1,118 @@
+// Window records: a window's controls and timers and its three life events.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/control.h"
+
+namespace gainsmith {
+
+enum class MousePointer { Default = 0, Hourglass = 11, ArrowQuestion = 14 };
+
+// An interval timer of a window. It ticks only while its window is loaded, never inside its own
+// tick and never while a message box or file dialog is open; its interval starts anew when a tick
+// has ended.
+class Timer {
+ public:
+  Timer() = default;
+  Timer(const Timer&) = delete;
+  Timer& operator=(const Timer&) = delete;
+
+  int IntervalMs = 1000;
+  std::function<void()> OnTimer;
+
+  // Starting a timer that runs changes nothing.
+  void Start() {
+    if (!running_) ++starts_;
+    running_ = true;
+  }
+  void Stop() { running_ = false; }
+  bool Enabled() const { return running_; }
+  // How often the timer was started: tells a World a restart from a run.
+  std::uint64_t Starts() const { return starts_; }
+
+ private:
+  bool running_ = false;
+  std::uint64_t starts_ = 0;
+};
+
+// Owned by the tool for the life of the program: a handler may return into a window that was
+// unloaded while it waited. Loading resets no field by itself; Form_Load does.
+struct Window {
+  Window() = default;
+  Window(const Window&) = delete;
+  Window& operator=(const Window&) = delete;
+  virtual ~Window() = default;
+
+  // The system's own name ("Form3").
+  std::string Name;
+  std::string Caption;
+  // Place on the screen and size of the client area, in twips.
+  int LeftTwips = 0;
+  int TopTwips = 0;
+  int ClientWidthTwips = 0;
+  int ClientHeightTwips = 0;
+  Colour BackColor = DefaultColour;
+  MousePointer Pointer = MousePointer::Default;
+
+  // All controls, containers before what lies in them; the order of fields and buttons is the tab
+  // order. Filled once, by the window's design.
+  std::vector<Control*> Controls;
+  std::vector<Timer*> Timers;
+
+  // Kept by World.
+  bool Loaded = false;
+  bool Visible = false;
+  bool Modal = false;
+  bool Unloading = false;
+
+  // Before the window is shown for the first time after it was closed. May wait, and may unload
+  // the window, which is then not shown.
+  virtual void Form_Load() {}
+  // Asked when something wants to close the window; false keeps it open. May wait; a further wish
+  // to close that arrives meanwhile is dropped.
+  virtual bool Form_Unload() { return true; }
+
+  // Adds a control under its name; for the designs.
+  template <typename T>
+  T& Add(T& control, std::string name, Control* container = nullptr, int page = 0) {
+    control.Name = std::move(name);
+    control.Container = container;
+    control.Page = page;
+    Controls.push_back(&control);
+    return control;
+  }
+};
+
+struct MenuItem {
+  std::string Name;
+  // '&' marks the access key; "-" is a separator.
+  std::string Caption;
+  // As "Ctrl+O"; empty: none.
+  std::string Shortcut;
+  bool Enabled = true;
+  bool Visible = true;
+  std::function<void()> OnClick;
+  std::vector<MenuItem*> Items;
+};
+
+struct ToolButton {
+  std::string ToolTip;
+  // Name of the program's icon.
+  std::string Icon;
+  bool Enabled = true;
+  std::function<void()> OnClick;
+};
+
+// A window with a menu bar and a tool bar; the one main window. Closing it ends the program.
+struct FrameWindow : Window {
+  std::vector<MenuItem*> Menus;
+  std::vector<ToolButton*> ToolButtons;
+  bool MaximizeBox = true;
+  bool Maximized = false;
+};
+
+}  // namespace gainsmith

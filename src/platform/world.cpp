@@ -1,0 +1,84 @@
+// World: the life of windows, the same in every world.
+#include "platform/world.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace gainsmith {
+
+void World::Load(Window& window) {
+  window.Loaded = true;
+  loaded_.push_back(&window);
+  window.Form_Load();
+}
+
+void World::Reveal(Window& window) {
+  if (!window.Loaded || ended_) return;
+  window.Visible = true;
+  WindowShown(window);
+}
+
+void World::Show(Window& window) {
+  if (ended_) return;
+  if (!window.Loaded) Load(window);
+  Reveal(window);
+}
+
+void World::ShowModal(Window& window, std::function<void()> afterClosing) {
+  if (ended_) return;
+  if (window.Loaded) {
+    Reveal(window);
+    if (afterClosing) afterClosing();
+    return;
+  }
+  window.Modal = true;
+  closings_.push_back({&window, std::move(afterClosing)});
+  Load(window);
+  Reveal(window);
+}
+
+void World::Hide(Window& window) {
+  if (!window.Visible) return;
+  window.Visible = false;
+  WindowHidden(window);
+}
+
+bool World::Unload(Window& window) {
+  if (!window.Loaded) return true;
+  if (window.Unloading) return false;
+  window.Unloading = true;
+  const bool agreed = window.Form_Unload();
+  window.Unloading = false;
+  if (!agreed) return false;
+
+  for (Timer* timer : window.Timers) timer->Stop();
+  window.Loaded = false;
+  window.Visible = false;
+  window.Modal = false;
+  std::erase(loaded_, &window);
+  WindowHidden(window);
+
+  const auto closing = std::find_if(closings_.begin(), closings_.end(),
+                                    [&](const Closing& c) { return c.Closed == &window; });
+  if (closing != closings_.end()) {
+    const std::function<void()> then = std::move(closing->Then);
+    closings_.erase(closing);
+    if (then) then();
+  }
+  return true;
+}
+
+Window* World::ModalWindow() const {
+  const auto modal =
+      std::find_if(loaded_.rbegin(), loaded_.rend(), [](const Window* w) { return w->Modal; });
+  return modal == loaded_.rend() ? nullptr : *modal;
+}
+
+void World::EndProgram() {
+  if (ended_) return;
+  if (IsPortOpen()) ClosePort();
+  ended_ = true;
+  ProgramEnded();
+}
+
+}  // namespace gainsmith
