@@ -1,0 +1,121 @@
+// Link: see the header.
+#include "link/link.h"
+
+#include <algorithm>
+#include <cassert>
+
+#include "platform/number_text.h"
+
+namespace gainsmith {
+
+void Link::WaitMs(std::int32_t ms) {
+  const std::int64_t deadline = world_.NowMs() + ms;
+  while (!world_.Ended() && world_.NowMs() <= deadline) world_.PumpEvents(deadline);
+}
+
+bool Link::SendFrame(std::uint8_t address, Function function, Register reg, float value) {
+  LinkErrorCount = 0;
+  CountMismatch = false;
+  ValueRefused = false;
+  LastRegister = reg;
+  LastValue = value;
+  const std::optional<Request> frame = BuildRequest(address, function, reg, value);
+  if (!frame) {
+    ValueRefused = true;
+    LinkErrorCount = 1;
+    return false;
+  }
+  ++frameNumber_;
+  world_.ClearOutput();
+  world_.ClearInput();
+  std::copy_n(frame->begin(), TxBuffer.size(), TxBuffer.begin());
+  lastCount_ = function == Function::Read ? static_cast<int>(RoundHalfToEven(value)) : 0;
+  ExpectedReplyLength = static_cast<std::int16_t>(ReplyLength(function, value));
+  for (const std::uint8_t byte : *frame) {
+    world_.WriteByte(byte);
+    WaitMs(1);
+  }
+  return true;
+}
+
+void Link::ReceiveReply(std::uint8_t address, Function function) {
+  const std::uint64_t frame = frameNumber_;
+  for (;;) {
+    const int available = world_.BytesAvailable();
+    if (available == ExpectedReplyLength) break;
+    const bool giveUp = available > ExpectedReplyLength || LinkErrorCount > 10;
+    ++LinkErrorCount;
+    if (giveUp) return;
+    WaitMs(ExpectedReplyLength / BitsPerMs + 50);
+  }
+  RxBuffer = world_.ReadAll();
+  WaitMs(ExpectedReplyLength / BitsPerMs + 50);
+
+  // An exchange that ran inside the wait has replaced the reply by its own.
+  const ReplyFault fault = frame == frameNumber_
+                               ? CheckReply(RxBuffer, address, function, TxBuffer, lastCount_)
+                               : ReplyFault::NotOurs;
+  CountMismatch = fault == ReplyFault::WrongCount;
+  if (fault != ReplyFault::None) {
+    ++LinkErrorCount;
+  } else if (function == Function::Read) {
+    ReplyValues = DecodeRegisters(RxBuffer, lastCount_);
+  }
+}
+
+std::int16_t Link::ReplyWaitMs(int driveMs) const {
+  assert(BitsPerMs > 0);
+  return static_cast<std::int16_t>(ExpectedReplyLength * 10 / BitsPerMs + driveMs);
+}
+
+bool Link::Exchange(Function function, Register reg, float value, const ExchangeOptions& options) {
+  for (int retries = 0;; ++retries) {
+    const std::uint64_t frame = frameNumber_ + 1;
+    if (!SendFrame(DeviceAddress, function, reg, value)) return false;
+    WaitMs(ReplyWaitMs(options.DriveMs));
+    ReceiveReply(DeviceAddress, function);
+    if (frame != frameNumber_ && LinkErrorCount == 0) LinkErrorCount = 1;
+    if (LinkErrorCount == 0) {
+      if (options.ClosingWait) WaitMs(ReplyWaitMs(options.DriveMs));
+      return true;
+    }
+    if (retries > options.RetryLimit) return false;
+    if (options.Abandon && options.Abandon()) return false;
+  }
+}
+
+bool Link::RetryThreeTimes(std::uint8_t address, Function function, Register reg, float value) {
+  constexpr int Resends = 3;
+  for (int resends = 0;; ++resends) {
+    LinkIdle = false;
+    if (!SendFrame(address, function, reg, value)) return false;
+    WaitMs(ReplyWaitMs());
+    ReceiveReply(address, function);
+    if (LinkErrorCount == 0) break;
+    if (resends == Resends) return false;
+  }
+  WaitMs(ReplyWaitMs());
+  LinkIdle = true;
+  return true;
+}
+
+void Link::ReadRegistersRetry(std::uint8_t address, Register reg, int count) {
+  if (!RetryThreeTimes(address, Function::Read, reg, static_cast<float>(count))) ReadFailed = true;
+}
+
+void Link::WriteRegisterRetry(std::uint8_t address, Register reg, float value) {
+  if (!RetryThreeTimes(address, Function::Write, reg, value)) WriteFailed = true;
+}
+
+Message LinkFailureMessage(const Link& link) {
+  if (link.ValueRefused) {
+    return {"The value " + PlainText(link.LastValue) + " for register " +
+                std::to_string(static_cast<int>(link.LastRegister)) +
+                " can't be sent: the drive takes 0 to 65535. Nothing was sent for it.",
+            "Torvane Gainsmith for KVT518", MessageButtons::Ok, MessageIcon::Critical};
+  }
+  return {"Unable to communicate with the connected drive. Check your connection",
+          "Cmmunication Error", MessageButtons::Ok, MessageIcon::Critical};
+}
+
+}  // namespace gainsmith
