@@ -1,0 +1,108 @@
+// What the drive keeps without power: the stored parameters and the error log, as a text file.
+#include "simulator/eeprom.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <vector>
+
+#include "simulator/factory_values.h"
+#include "simulator/modbus_frame.h"
+
+namespace gainsmith::sim {
+
+namespace {
+
+constexpr std::string_view Title = "kvt518-sim eeprom 1";
+
+unsigned Checksum(std::string_view text) {
+  return Crc16(std::vector<std::uint8_t>(text.begin(), text.end()));
+}
+
+bool IsParameter(int number) {
+  const auto parameters = FactoryParameters();
+  return std::any_of(parameters.begin(), parameters.end(), [number](const FactoryValue& parameter) {
+    return static_cast<int>(parameter.Register) == number;
+  });
+}
+
+bool DecodeLine(const std::string& line, EepromImage& image) {
+  std::istringstream fields(line);
+  char kind = 0;
+  int number = -1;
+  int value = -1;
+  if (!(fields >> kind >> number >> value) || value < 0 || value > 0xFFFF) return false;
+  const auto word = static_cast<std::uint16_t>(value);
+  if (kind == 'P' && IsParameter(number)) {
+    image.Stored.Values[static_cast<std::size_t>(number)] = word;
+    return true;
+  }
+  if (kind == 'E' && number >= 0 && number < static_cast<int>(ErrorLog::Length)) {
+    image.Log[static_cast<std::size_t>(number)] = word;
+    return true;
+  }
+  return false;
+}
+
+}  // namespace
+
+EepromImage FactoryImage() { return {FactoryValues(), {}}; }
+
+std::string EncodeImage(const EepromImage& image) {
+  std::ostringstream text;
+  text << Title << '\n';
+  for (const FactoryValue& parameter : FactoryParameters()) {
+    text << "P " << static_cast<int>(parameter.Register) << ' ' << image.Stored[parameter.Register]
+         << '\n';
+  }
+  for (std::size_t entry = 0; entry < image.Log.size(); ++entry) {
+    text << "E " << entry << ' ' << image.Log[entry] << '\n';
+  }
+  const std::string body = text.str();
+  return body + "S " + std::to_string(Checksum(body)) + '\n';
+}
+
+std::optional<EepromImage> DecodeImage(std::string_view text) {
+  const std::size_t sum = text.rfind("\nS ");
+  if (sum == std::string_view::npos) return std::nullopt;
+  const std::string_view body = text.substr(0, sum + 1);
+  if (text.substr(sum + 1) != "S " + std::to_string(Checksum(body)) + '\n') return std::nullopt;
+
+  std::istringstream lines{std::string(body)};
+  std::string line;
+  if (!std::getline(lines, line) || line != Title) return std::nullopt;
+  EepromImage image = FactoryImage();
+  while (std::getline(lines, line)) {
+    if (!DecodeLine(line, image)) return std::nullopt;
+  }
+  return image;
+}
+
+EepromFile::Found EepromFile::Load(EepromImage& image) const {
+  image = FactoryImage();
+  if (path_.empty()) return Found::Missing;
+  std::ifstream file(path_, std::ios::binary);
+  if (!file) return Found::Missing;
+  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  const std::optional<EepromImage> decoded = DecodeImage(text);
+  if (!decoded) return Found::Corrupt;
+  image = *decoded;
+  return Found::Image;
+}
+
+bool EepromFile::Save(const EepromImage& image) const {
+  if (path_.empty()) return true;
+  const std::string newPath = path_ + ".new";
+  std::ofstream file(newPath, std::ios::binary | std::ios::trunc);
+  file << EncodeImage(image);
+  file.close();
+  if (file.fail()) {
+    std::remove(newPath.c_str());
+    return false;
+  }
+  return std::rename(newPath.c_str(), path_.c_str()) == 0;
+}
+
+}  // namespace gainsmith::sim

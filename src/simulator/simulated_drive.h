@@ -1,0 +1,110 @@
+// The whole simulated drive behind its serial line: bytes in, bytes out, time as an argument.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "simulator/eeprom.h"
+#include "simulator/error_log.h"
+#include "simulator/faults.h"
+#include "simulator/frame_feeder.h"
+#include "simulator/modbus_frame.h"
+#include "simulator/paced_line.h"
+#include "simulator/registers.h"
+
+namespace gainsmith::sim {
+
+struct DriveOptions {
+  std::uint8_t Address = 1;
+  int Baud = 38400;
+  bool Paced = true;  // false: bytes take no time on the line, in either direction
+  std::uint32_t Seed = 1;
+  std::string EepromPath;  // empty: the EEPROM lives as long as the object
+  TimeUs ReplyDelayUs = 1'000;
+  TimeUs EepromStoreUs = 300'000;  // the reply to a store comes after that
+  TimeUs BootUs = 200'000;         // deaf for so long after a reset
+  TimeUs LateUs = 70'000;          // what the late-reply and split-reply faults add
+};
+
+// Answers function 3 with 1 to 125 registers and function 6, at its own address; refuses what a
+// Modbus slave refuses with an exception reply. Times are microseconds from the start of its world
+// and never go back between calls. It works only when it is called: nothing happens by itself
+// while no time is passed in. The same options, bytes and times give the same bytes back.
+class SimulatedDrive {
+ public:
+  explicit SimulatedDrive(DriveOptions options);
+  SimulatedDrive(const SimulatedDrive&) = delete;
+  SimulatedDrive& operator=(const SimulatedDrive&) = delete;
+
+  // The host puts one byte on the line.
+  void Receive(std::uint8_t byte, TimeUs now);
+  // The bytes of replies whose last bit has left the line by now, each given once.
+  std::vector<std::uint8_t> Transmit(TimeUs now);
+  // When Transmit will next have something to give, if nothing more is received.
+  std::optional<TimeUs> NextTransmitAt() const { return line_.NextAt(); }
+
+  // Runs the motor up to the time given, so that its faults show. Requests do that by themselves.
+  void Advance(TimeUs now);
+  // Power off and on: working values from the EEPROM, motion stopped, the line cleared, deaf for
+  // BootUs. Faults stay in force.
+  void Reset(TimeUs now);
+
+  // The working values. Writing here has none of the effects of a request.
+  RegisterBank& Registers() { return registers_; }
+  const ErrorLog& Errors() const { return log_; }
+  // Register 254 as written: true when its filter is switched off.
+  bool FilterOff() const { return filterOff_; }
+
+  // Faults count the requests that follow. Injecting a fault again replaces its earlier order.
+  void Inject(Fault fault, Hits hits = Hits::All()) { faults_.Inject({fault, hits}); }
+  void ClearFaults() { faults_.Clear(); }
+  // Puts an error into the log, as the drive itself would.
+  void RaiseError(DriveError error);
+
+  // True from a hang-up fault on: the device is gone, bytes to it are lost, until Reconnect.
+  bool HungUp() const { return hungUp_; }
+  void Reconnect();
+  void SetBaud(int baud) { line_.SetBaud(baud); }
+
+  // What happened since the last call, one line each without an end of line: commands, faults,
+  // errors. Keeps the latest thousand.
+  std::vector<std::string> TakeEvents();
+
+ private:
+  struct Answer {
+    std::vector<std::uint8_t> Frame;
+    TimeUs ExtraUs = 0;  // beyond the usual reply delay
+  };
+
+  void Serve(const Request& request, TimeUs at);
+  Answer Execute(const Request& request, TimeUs at);
+  Answer Read(const Request& request, TimeUs at);
+  Answer Write(const Request& request, TimeUs at);
+  void Send(const Answer& answer, const FaultSet& faults, TimeUs at);
+  bool StrikesBeforeExecution(const FaultSet& faults, TimeUs at);
+
+  std::uint16_t ReadWord(unsigned number, TimeUs at) const;
+  std::uint32_t WatchValue(unsigned number, TimeUs at) const;
+  void StoreParameters();
+  void SaveImage();
+  void Note(std::string event);
+
+  DriveOptions options_;
+  RegisterBank registers_;
+  ErrorLog log_;
+  EepromFile file_;
+  EepromImage image_;
+  FrameFeeder feeder_;
+  PacedLine line_;
+  FaultPlan faults_;
+  std::mt19937 random_;
+  TimeUs bootedAt_ = 0;
+  bool filterOff_ = false;
+  bool hungUp_ = false;
+  std::vector<std::string> events_;
+};
+
+}  // namespace gainsmith::sim
