@@ -22,7 +22,7 @@ struct DriveOptions {
   int Baud = 38400;
   bool Paced = true;  // false: bytes take no time on the line, in either direction
   std::uint32_t Seed = 1;
-  std::string EepromPath;  // empty: the EEPROM lives as long as the object
+  std::string EepromPath = {};  // empty: the EEPROM lives as long as the object
   TimeUs ReplyDelayUs = 1'000;
   TimeUs EepromStoreUs = 300'000;  // the reply to a store comes after that
   TimeUs BootUs = 200'000;         // deaf for so long after a reset
