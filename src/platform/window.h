@@ -67,6 +67,7 @@ struct Window {
   bool Loaded = false;
   bool Visible = false;
   bool Modal = false;
+  bool Loading = false;
   bool Unloading = false;
 
   // Before the window is shown for the first time after it was closed. May wait, and may unload

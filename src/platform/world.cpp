@@ -9,11 +9,13 @@ namespace gainsmith {
 void World::Load(Window& window) {
   window.Loaded = true;
   loaded_.push_back(&window);
+  window.Loading = true;
   window.Form_Load();
+  window.Loading = false;
 }
 
 void World::Reveal(Window& window) {
-  if (!window.Loaded || ended_) return;
+  if (!window.Loaded || window.Loading || ended_) return;
   window.Visible = true;
   WindowShown(window);
 }

@@ -72,7 +72,8 @@ class World {
 
   // --- Windows.
 
-  // Loads the window if it is not loaded, and shows it beside the others.
+  // Loads the window if it is not loaded, and shows it beside the others; a window that is still
+  // loading comes to the screen when it has loaded.
   void Show(Window& window);
   // Loads the window and shows it so that no other window takes input until it is unloaded.
   // Returns as soon as it is shown; `afterClosing` runs once, when it has been unloaded (also when

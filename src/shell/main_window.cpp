@@ -1,0 +1,90 @@
+// MDIForm1: start, end, and what the main window shows of the connection.
+#include "shell/main_window.h"
+
+namespace gainsmith {
+
+MDIForm1::MDIForm1(World& world, ShellState& shell) : world_(world), shell_(shell) {
+  Name = "MDIForm1";
+  Caption = MainTitle;
+  DesignMenus();
+  DesignClientArea();
+}
+
+void MDIForm1::Form_Load() {
+  MaximizeBox = false;
+  Maximized = true;
+  TopTwips = 0;
+  ClientWidthTwips = world_.ScreenWidthTwips();
+  ClientHeightTwips = world_.ScreenHeightTwips();
+  shell_.QuarterScreenWidth = static_cast<float>(world_.ScreenWidthTwips()) / 4;
+  shell_.QuarterScreenHeight = static_cast<float>(world_.ScreenHeightTwips()) / 4;
+  shell_.ChildWindowOpen = false;
+  shell_.WindowOpenFlags.fill(false);
+  ErrCheck.Enabled = false;
+  PlaceClientArea();
+  ShowPort("");
+  EndActivity();
+  ShowNotice("");
+}
+
+bool MDIForm1::Form_Unload() {
+  const MessageAnswer answer =
+      world_.ShowMessage({"Exit Gainsmith for KVT518?", MainTitle, MessageButtons::YesNo,
+                          MessageIcon::Information, MessageAnswer::Yes});
+  if (answer != MessageAnswer::Yes) return false;
+  world_.EndProgram();
+  return true;
+}
+
+void MDIForm1::SetDriveMenus(bool enabled) {
+  for (MenuItem* item : {&mnuFileOpen, &mnuSave, &mnuSaveAs, &sysConfig, &MnuCurrentLoop,
+                         &mnuPositionLoop, &mnuDownloadToDrive, &mnuReset, &mnuScope, &ErrCheck}) {
+    item->Enabled = enabled;
+  }
+}
+
+void MDIForm1::SetToolbarButtons(bool enabled) {
+  for (ToolButton* button : ToolButtons) button->Enabled = enabled;
+}
+
+void MDIForm1::ShowFileInCaption(const std::string& path) {
+  const std::size_t separator = path.find_last_of("/\\");
+  Caption = std::string(MainTitle) + " - [" +
+            (separator == std::string::npos ? path : path.substr(separator + 1)) + "]";
+}
+
+void MDIForm1::ShowBaseCaption() { Caption = MainTitle; }
+
+void MDIForm1::ShowPort(const std::string& where) {
+  const bool open = !where.empty();
+  lblConnection.Caption = open ? "Port open" : "Not connected";
+  lblConnectionDetail.Caption = where;
+  lblHint.Caption = open ? "The drive's settings have not been read. Close and open the connection "
+                           "to read them."
+                         : "Choose Drive, Connect (Ctrl+N) to reach a drive.";
+}
+
+void MDIForm1::ShowConnected() {
+  lblConnection.Caption = "Connected";
+  lblHint.Caption = "";
+}
+
+void MDIForm1::ShowActivity(const std::string& what, int done, int total) {
+  lblActivity.Caption = what + ": " + std::to_string(done) + " of " + std::to_string(total);
+  lblActivity.Visible = true;
+  prgActivity.Max = total;
+  prgActivity.Value = done;
+  prgActivity.Visible = true;
+}
+
+void MDIForm1::EndActivity() {
+  lblActivity.Visible = false;
+  prgActivity.Visible = false;
+}
+
+void MDIForm1::ShowNotice(const std::string& text) {
+  lblNotice.Caption = text;
+  lblNotice.Visible = !text.empty();
+}
+
+}  // namespace gainsmith
