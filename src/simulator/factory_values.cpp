@@ -15,8 +15,8 @@ constexpr std::uint16_t FirmwareVersion = 112;  // 1.12
 constexpr std::uint16_t FactoryFlags = 0x0004 | 0x0080 | 0x0100;
 
 constexpr auto Parameters = std::to_array<FactoryValue>({
-    {Reg::CurrentKp, 1200},
-    {Reg::CurrentKi, 300},
+    {Reg::CurrentKp, 400},
+    {Reg::CurrentKi, 500},
     {Reg::PositionKp, 100},
     {Reg::PositionKi, 0},
     {Reg::PositionKd, 0},

@@ -1,0 +1,41 @@
+// What hangs on the simulated motor's shaft, by name.
+#include "simulator/motor_preset.h"
+
+#include <algorithm>
+#include <array>
+
+namespace gainsmith::sim {
+
+namespace {
+
+constexpr std::array<MotorPreset, 3> kPresets{{
+    {.Name = "bare-shaft",
+     .Description = "the rotor alone, with bearing friction",
+     .ViscousNmPerRadPerSec = 2e-4,
+     .CoulombNm = 0.04},
+    {.Name = "heavy-load",
+     .Description = "five times the rotor's inertia, rigidly coupled, with the friction of a slide",
+     .LoadInertiaRatio = 5.0,
+     .ViscousNmPerRadPerSec = 6e-4,
+     .CoulombNm = 0.12},
+    {.Name = "springy-coupling",
+     .Description = "a load as heavy as the rotor on a soft coupling that swings at 300 Hz",
+     .LoadInertiaRatio = 1.0,
+     .ViscousNmPerRadPerSec = 2e-4,
+     .CoulombNm = 0.04,
+     .ResonanceHz = 300.0,
+     .ResonanceDamping = 0.015},
+}};
+
+}  // namespace
+
+std::span<const MotorPreset> MotorPresets() { return kPresets; }
+
+std::optional<MotorPreset> FindMotorPreset(std::string_view name) {
+  const auto found = std::find_if(kPresets.begin(), kPresets.end(),
+                                  [&](const MotorPreset& preset) { return preset.Name == name; });
+  if (found == kPresets.end()) return std::nullopt;
+  return *found;
+}
+
+}  // namespace gainsmith::sim
