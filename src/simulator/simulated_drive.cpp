@@ -1,6 +1,8 @@
 // The whole simulated drive behind its serial line: bytes in, bytes out, time as an argument.
 #include "simulator/simulated_drive.h"
 
+#include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "simulator/factory_values.h"
@@ -10,8 +12,7 @@ namespace gainsmith::sim {
 namespace {
 
 constexpr unsigned BankEnd = 256;  // registers below stand in the bank, samples from here on
-constexpr unsigned SampleCount = 600;
-constexpr unsigned RegisterEnd = BankEnd + SampleCount;
+constexpr unsigned RegisterEnd = BankEnd + Servo::SampleCount;
 constexpr unsigned MostRegisters = 125;
 constexpr std::size_t MostEvents = 1000;
 
@@ -47,10 +48,14 @@ SimulatedDrive::SimulatedDrive(DriveOptions options)
     : options_(std::move(options)),
       file_(options_.EepromPath),
       line_(options_.Baud, options_.Paced),
-      random_(options_.Seed) {
+      random_(options_.Seed),
+      servo_(
+          registers_, [this](DriveError error) { RaiseError(error); }, options_.Motor,
+          options_.Seed) {
   const EepromFile::Found found = file_.Load(image_);
   registers_ = image_.Stored;
   SetPowerUpState(registers_);
+  servo_.TakeParameters();
   log_.Restore(image_.Log);
   if (found == EepromFile::Found::Corrupt) RaiseError(DriveError::Eeprom);
 }
@@ -64,16 +69,32 @@ void SimulatedDrive::Receive(std::uint8_t byte, TimeUs now) {
 
 std::vector<std::uint8_t> SimulatedDrive::Transmit(TimeUs now) { return line_.Take(now); }
 
-void SimulatedDrive::Advance(TimeUs) {}
+void SimulatedDrive::Advance(TimeUs now) {
+  // A request is served when its last byte has arrived, a moment after the host handed it over.
+  clock_ = std::max(clock_, now);
+  servo_.Advance(clock_);
+}
 
 void SimulatedDrive::Reset(TimeUs now) {
   registers_ = image_.Stored;
   SetPowerUpState(registers_);
+  Advance(now);
+  servo_.Reset();
   filterOff_ = false;
   feeder_.Clear();
   line_.Clear();
   bootedAt_ = now + options_.BootUs;
   Note("reset");
+}
+
+void SimulatedDrive::StartMotion(TimeUs now) {
+  Advance(now);
+  servo_.StartBackgroundMotion({}, clock_);
+}
+
+void SimulatedDrive::StopMotion(TimeUs now) {
+  Advance(now);
+  servo_.StopBackgroundMotion(clock_);
 }
 
 void SimulatedDrive::Reconnect() {
@@ -97,12 +118,13 @@ void SimulatedDrive::Note(std::string event) {
 
 void SimulatedDrive::Serve(const Request& request, TimeUs at) {
   Advance(at);
-  const FaultSet faults = faults_.Strike({request.Function == WriteFunction, false});
+  const bool underTest = servo_.Moving() || servo_.RecorderStatus() == 0;
+  const FaultSet faults = faults_.Strike({request.Function == WriteFunction, underTest});
   for (std::size_t i = 0; i < FaultCount; ++i) {
     if (faults[i]) Note("fault " + std::string(NameOf(static_cast<Fault>(i))));
   }
   if (StrikesBeforeExecution(faults, at)) return;
-  Send(Execute(request, at), faults, at);
+  Send(Execute(request), faults, at);
 }
 
 bool SimulatedDrive::StrikesBeforeExecution(const FaultSet& faults, TimeUs at) {
@@ -134,18 +156,18 @@ void SimulatedDrive::Send(const Answer& answer, const FaultSet& faults, TimeUs a
   line_.Send(bytes.subspan(half), start + options_.LateUs);
 }
 
-SimulatedDrive::Answer SimulatedDrive::Execute(const Request& request, TimeUs at) {
+SimulatedDrive::Answer SimulatedDrive::Execute(const Request& request) {
   switch (request.Function) {
     case ReadFunction:
-      return Read(request, at);
+      return Read(request);
     case WriteFunction:
-      return Write(request, at);
+      return Write(request);
     default:
       return {RefusalReply(request, Refusal::IllegalFunction)};
   }
 }
 
-SimulatedDrive::Answer SimulatedDrive::Read(const Request& request, TimeUs at) {
+SimulatedDrive::Answer SimulatedDrive::Read(const Request& request) const {
   const unsigned first = request.Register;
   const unsigned count = request.Value;
   if (count < 1 || count > MostRegisters) return {RefusalReply(request, Refusal::IllegalValue)};
@@ -153,38 +175,56 @@ SimulatedDrive::Answer SimulatedDrive::Read(const Request& request, TimeUs at) {
   if (first == LogStart && count == ErrorLog::Length) return {ReadReply(request, log_.All())};
 
   std::vector<std::uint16_t> words;
-  for (unsigned i = 0; i < count; ++i) words.push_back(ReadWord(first + i, at));
+  for (unsigned i = 0; i < count; ++i) words.push_back(ReadWord(first + i));
   return {ReadReply(request, words)};
 }
 
-std::uint16_t SimulatedDrive::ReadWord(unsigned number, TimeUs at) const {
-  if (number >= BankEnd) return 0;
+std::uint16_t SimulatedDrive::ReadWord(unsigned number) const {
+  if (number >= BankEnd) {
+    return static_cast<std::uint16_t>(servo_.Sample(static_cast<int>(number - BankEnd)));
+  }
   switch (number) {
     case LogStart:
       return log_.All()[0];
+    case static_cast<unsigned>(Reg::RecorderStatus):
+      return servo_.RecorderStatus();
     case 102:
     case 153:
     case 170:
     case 187:
     case 204:
-      return static_cast<std::uint16_t>(WatchValue(number, at) >> 16);
+      return static_cast<std::uint16_t>(WatchValue(number) >> 16);
     case 103:
     case 154:
     case 171:
     case 188:
     case 205:
-      return static_cast<std::uint16_t>(WatchValue(number - 1, at) & 0xFFFF);
+      return static_cast<std::uint16_t>(WatchValue(number - 1) & 0xFFFF);
     default:
       return registers_.Values[number];
   }
 }
 
-// A 32-bit number, high word first.
-std::uint32_t SimulatedDrive::WatchValue(unsigned number, TimeUs at) const {
-  return static_cast<std::uint32_t>(at / 1000 * number % 0x1000000);
+// What the five watch addresses show, negative numbers in two's complement.
+std::uint32_t SimulatedDrive::WatchValue(unsigned number) const {
+  const auto word = [](auto value) {
+    return static_cast<std::uint32_t>(static_cast<std::int64_t>(value));
+  };
+  switch (number) {
+    case 102:
+      return word(servo_.ShaftPositionPulses());
+    case 153:
+      return word(std::llround(servo_.ShaftSpeedRpm()));
+    case 170:
+      return word(std::llround(servo_.CurrentA() * 1000));
+    case 187:
+      return word(servo_.PositionErrorPulses());
+    default:
+      return word(clock_ / 1000);  // milliseconds since the start
+  }
 }
 
-SimulatedDrive::Answer SimulatedDrive::Write(const Request& request, TimeUs) {
+SimulatedDrive::Answer SimulatedDrive::Write(const Request& request) {
   const Answer done{WriteReply(request)};
   if (request.Register >= BankEnd) return {RefusalReply(request, Refusal::IllegalRegister)};
   const auto reg = static_cast<Reg>(request.Register);
@@ -211,6 +251,7 @@ SimulatedDrive::Answer SimulatedDrive::Write(const Request& request, TimeUs) {
       return done;
     default:
       registers_[reg] = request.Value;
+      servo_.Write(reg, request.Value, clock_);
       return done;
   }
 }

@@ -12,8 +12,10 @@
 #include "simulator/faults.h"
 #include "simulator/frame_feeder.h"
 #include "simulator/modbus_frame.h"
+#include "simulator/motor_preset.h"
 #include "simulator/paced_line.h"
 #include "simulator/registers.h"
+#include "simulator/servo.h"
 
 namespace gainsmith::sim {
 
@@ -22,6 +24,7 @@ struct DriveOptions {
   int Baud = 38400;
   bool Paced = true;  // false: bytes take no time on the line, in either direction
   std::uint32_t Seed = 1;
+  MotorPreset Motor = MotorPresets().front();
   std::string EepromPath = {};  // empty: the EEPROM lives as long as the object
   TimeUs ReplyDelayUs = 1'000;
   TimeUs EepromStoreUs = 300'000;  // the reply to a store comes after that
@@ -52,7 +55,16 @@ class SimulatedDrive {
   // BootUs. Faults stay in force.
   void Reset(TimeUs now);
 
-  // The working values. Writing here has none of the effects of a request.
+  // A motion that no register commands, as if a machine moved the motor, until stopped or until a
+  // command takes over.
+  void StartMotion(TimeUs now);
+  void StopMotion(TimeUs now);
+  // Whether the motor turns or is about to: time then has work to do.
+  bool Moving() const { return servo_.Moving(); }
+  const Servo& Motor() const { return servo_; }
+
+  // The working values. Writing here has none of the effects of a request: commands do not run,
+  // and the motor takes parameters over only with a later write to one of them.
   RegisterBank& Registers() { return registers_; }
   const ErrorLog& Errors() const { return log_; }
   // Register 254 as written: true when its filter is switched off.
@@ -80,14 +92,14 @@ class SimulatedDrive {
   };
 
   void Serve(const Request& request, TimeUs at);
-  Answer Execute(const Request& request, TimeUs at);
-  Answer Read(const Request& request, TimeUs at);
-  Answer Write(const Request& request, TimeUs at);
+  Answer Execute(const Request& request);
+  Answer Read(const Request& request) const;
+  Answer Write(const Request& request);
   void Send(const Answer& answer, const FaultSet& faults, TimeUs at);
   bool StrikesBeforeExecution(const FaultSet& faults, TimeUs at);
 
-  std::uint16_t ReadWord(unsigned number, TimeUs at) const;
-  std::uint32_t WatchValue(unsigned number, TimeUs at) const;
+  std::uint16_t ReadWord(unsigned number) const;
+  std::uint32_t WatchValue(unsigned number) const;
   void StoreParameters();
   void SaveImage();
   void Note(std::string event);
@@ -101,6 +113,8 @@ class SimulatedDrive {
   PacedLine line_;
   FaultPlan faults_;
   std::mt19937 random_;
+  Servo servo_;
+  TimeUs clock_ = 0;  // how far the motor has been run
   TimeUs bootedAt_ = 0;
   bool filterOff_ = false;
   bool hungUp_ = false;

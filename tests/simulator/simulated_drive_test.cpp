@@ -143,6 +143,19 @@ TEST(SimulatedDrive, ErrorLogStandsBesideTheRegistersOfItsNumbers) {
   EXPECT_EQ(host.Read(16, 10), Words(10, 0x040)) << "the oldest falls out";
 }
 
+TEST(SimulatedDrive, RunsTheCurrentStepIntoTheSampleMemory) {
+  SimulatedDrive drive{{}};
+  DriveHost host(drive);
+  host.Write(Reg::TestCurrent, 512);
+  host.Write(Reg::CurrentStep, 1);
+  const Words last = host.Read(406, 50);
+  ASSERT_EQ(last.size(), 50U);
+  EXPECT_NEAR(last[49], 512, 50);
+  drive.Reset(host.Now);
+  host.Now += 200'000;
+  EXPECT_EQ(host.Read(406, 50), Words(50, 0));
+}
+
 TEST(SimulatedDrive, WatchAddressesMove) {
   SimulatedDrive drive{{}};
   DriveHost host(drive);
