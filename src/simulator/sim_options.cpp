@@ -1,0 +1,158 @@
+// The command line of kvt518-sim and the help it prints.
+#include "simulator/sim_options.h"
+
+#include <charconv>
+#include <iterator>
+
+#include "simulator/error_log.h"
+#include "simulator/faults.h"
+
+namespace gainsmith::sim {
+
+namespace {
+
+std::optional<long> WholeNumber(std::string_view text, long least, long most) {
+  long number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  if (number < least || number > most) return std::nullopt;
+  return number;
+}
+
+// Takes one option with its value. False when the value does not fit; knows says whether the name
+// is an option at all.
+bool TakeOption(SimOptions& options, const std::string& name, const std::string& value,
+                bool& knows) {
+  if (name == "--link") {
+    options.LinkPath = value;
+    return !value.empty();
+  }
+  if (name == "--eeprom") {
+    options.Drive.EepromPath = value;
+    return !value.empty();
+  }
+  if (name == "--fault") {
+    const std::optional<FaultOrder> order = ParseFault(value);
+    if (order) options.Faults.push_back(*order);
+    return order.has_value();
+  }
+  if (name == "--motor") {
+    const std::optional<MotorPreset> motor = FindMotorPreset(value);
+    if (motor) options.Drive.Motor = *motor;
+    return motor.has_value();
+  }
+  if (name == "--address") {
+    const auto number = WholeNumber(value, 0, 247);
+    if (number) options.Drive.Address = static_cast<std::uint8_t>(*number);
+    return number.has_value();
+  }
+  if (name == "--seed") {
+    const auto number = WholeNumber(value, 0, 0xFFFFFFFF);
+    if (number) options.Drive.Seed = static_cast<std::uint32_t>(*number);
+    return number.has_value();
+  }
+  if (name == "--baud") {
+    const auto number = WholeNumber(value, 300, 1'000'000);
+    if (number) options.Drive.Baud = static_cast<int>(*number);
+    options.FollowHostBaud = false;
+    return number.has_value();
+  }
+  knows = false;
+  return false;
+}
+
+template <typename Names>
+std::string Listed(const Names& names) {
+  std::string text;
+  std::string line = "     ";
+  for (const std::string_view name : names) {
+    if (line.size() + name.size() > 78) {
+      text += line + "\n";
+      line = "     ";
+    }
+    line += " " + std::string(name);
+  }
+  return text + line + "\n";
+}
+
+std::string ListedErrors() {
+  std::vector<std::string_view> names;
+  for (int i = 0; i < DriveErrorCount; ++i) names.push_back(NameOf(static_cast<DriveError>(i)));
+  return Listed(names);
+}
+
+std::string ListedMotors() {
+  std::string text;
+  for (const MotorPreset& motor : MotorPresets()) {
+    std::string name(motor.Name);
+    name.resize(18, ' ');
+    text += "      " + name + std::string(motor.Description) + "\n";
+  }
+  return text;
+}
+
+}  // namespace
+
+std::optional<SimOptions> ParseOptions(const std::vector<std::string>& arguments,
+                                       std::string& problem) {
+  SimOptions options;
+  for (std::size_t i = 0; i < arguments.size(); ++i) {
+    std::string name = arguments[i];
+    if (name == "--help" || name == "-h") {
+      options.Help = true;
+      continue;
+    }
+    std::string value;
+    const std::size_t equals = name.find('=');
+    if (equals != std::string::npos) {
+      value = name.substr(equals + 1);
+      name.resize(equals);
+    } else if (i + 1 < arguments.size()) {
+      value = arguments[++i];
+    }
+    bool knows = true;
+    if (TakeOption(options, name, value, knows)) continue;
+    problem = knows ? name + " does not take \"" + value + "\"" : "unknown option " + name;
+    return std::nullopt;
+  }
+  return options;
+}
+
+std::string HelpText() {
+  return "kvt518-sim: a simulated KVT518 servo drive behind a pseudo-terminal\n"
+         "\n"
+         "Usage: kvt518-sim [options]\n"
+         "\n"
+         "Makes a link to a pseudo-terminal and answers there like the drive: Modbus RTU,\n"
+         "functions 3 and 6, replies paced at the baud rate. Runs until interrupted, and\n"
+         "removes the link when it ends. Prints one line for each connection, command,\n"
+         "fault and error.\n"
+         "\n"
+         "Options (--name VALUE or --name=VALUE):\n"
+         "  --link PATH      the link to make (./COM1)\n"
+         "  --address N      device number, 0 to 247 (1)\n"
+         "  --baud N         pace at this rate whatever the host sets (the host's own)\n"
+         "  --eeprom FILE    keep stored parameters and errors in this file (memory only)\n"
+         "  --seed N         seed of all noise; the same seed gives the same replies (1)\n"
+         "  --motor NAME     what hangs on the shaft (" +
+         std::string(MotorPresets().front().Name) + "):\n" + ListedMotors() +
+         "  --fault FAULT    start with a fault, may be given more than once\n"
+         "  --help           this text\n"
+         "\n" +
+         CommandHelpText();
+}
+
+std::string CommandHelpText() {
+  return "Commands on standard input, one on a line:\n"
+         "  fault FAULT      put a fault in force; \"fault none\" ends all\n"
+         "  error NAME       put an error into the error log\n"
+         "  move, stop       start and stop a motion that no host commands\n"
+         "  reset            power off and on\n"
+         "  help, quit\n"
+         "\n"
+         "A FAULT is NAME to hit every reply, NAME:N or NAME N the next N, NAME:/N every\n"
+         "N-th, NAME:@K the K-th from now alone. drop-nth:N means every N-th. NAMEs:\n" +
+         Listed(FaultNames()) + "Error NAMEs:\n" + ListedErrors();
+}
+
+}  // namespace gainsmith::sim
