@@ -63,8 +63,9 @@ struct Window {
   std::vector<Control*> Controls;
   std::vector<Timer*> Timers;
 
-  // Kept by World.
+  // Kept by World. Loadings counts how often the window was loaded.
   bool Loaded = false;
+  std::uint64_t Loadings = 0;
   bool Visible = false;
   bool Modal = false;
   bool Loading = false;
@@ -86,6 +87,18 @@ struct Window {
     Controls.push_back(&control);
     return control;
   }
+};
+
+// The stay of a window on the screen during which a handler began. A handler that waits asks
+// whether its window has been closed under it, even if it has been opened anew since.
+class Stay {
+ public:
+  explicit Stay(const Window& window) : window_(window), loading_(window.Loadings) {}
+  bool Over() const { return !window_.Loaded || window_.Loadings != loading_; }
+
+ private:
+  const Window& window_;
+  std::uint64_t loading_;
 };
 
 struct MenuItem {

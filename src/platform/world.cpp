@@ -8,6 +8,7 @@ namespace gainsmith {
 
 void World::Load(Window& window) {
   window.Loaded = true;
+  ++window.Loadings;
   loaded_.push_back(&window);
   window.Loading = true;
   window.Form_Load();
