@@ -69,17 +69,17 @@ void Increment(std::string& digits) {
   }
 }
 
-}  // namespace
+enum class Tie { Away, ToEven };
 
-double RoundHalfToEven(double value) {
-  const double below = std::floor(value);
-  const double rest = value - below;
-  if (rest < 0.5) return below;
-  if (rest > 0.5) return below + 1;
-  return std::fmod(below, 2) == 0 ? below : below + 1;
+// Whether the first `count` digits grow by one when the others are dropped; there are others.
+bool RoundsUp(std::string_view digits, std::size_t count, Tie tie) {
+  if (digits[count] != '5' || tie == Tie::Away) return digits[count] >= '5';
+  if (digits.find_first_not_of('0', count + 1) != std::string_view::npos) return true;
+  return count > 0 && (digits[count - 1] - '0') % 2 == 1;
 }
 
-std::string FixedText(double value, int decimals) {
+// `value`, which is finite, with exactly `decimals` digits behind the point.
+std::string RoundedText(double value, int decimals, Tie tie) {
   // 15 significant digits as "d.dddddddddddddde+xx": the digits and where their point stands.
   std::array<char, 40> buffer{};
   const auto printed = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
@@ -98,9 +98,8 @@ std::string FixedText(double value, int decimals) {
   if (kept >= 0) {
     const auto count = static_cast<std::size_t>(kept);
     if (count < digits.size()) {
-      const bool up = digits[count] >= '5';
       result = digits.substr(0, count);
-      if (up) Increment(result);
+      if (RoundsUp(digits, count, tie)) Increment(result);
     } else {
       result = digits + std::string(count - digits.size(), '0');
     }
@@ -110,6 +109,25 @@ std::string FixedText(double value, int decimals) {
   const bool zero = result.find_first_not_of('0') == std::string::npos;
   if (places > 0) result.insert(result.size() - places, ".");
   return value < 0 && !zero ? "-" + result : result;
+}
+
+}  // namespace
+
+double RoundHalfToEven(double value) {
+  const double below = std::floor(value);
+  const double rest = value - below;
+  if (rest < 0.5) return below;
+  if (rest > 0.5) return below + 1;
+  return std::fmod(below, 2) == 0 ? below : below + 1;
+}
+
+double RoundHalfToEven(double value, int decimals) {
+  if (!std::isfinite(value)) return value;
+  return LeadingNumber(RoundedText(value, decimals, Tie::ToEven));
+}
+
+std::string FixedText(double value, int decimals) {
+  return RoundedText(value, decimals, Tie::Away);
 }
 
 double RoundHalfAwayFromZero(double value, int decimals) {

@@ -12,6 +12,11 @@ namespace gainsmith {
 // value for the wire uses this one.
 double RoundHalfToEven(double value);
 
+// The same to `decimals` (0 to 14) digits behind the point, decided on the number's 15-digit
+// decimal text: 2.345 is a tie and gives 2.34, though its binary form lies a little above. An
+// infinity stays what it is.
+double RoundHalfToEven(double value, int decimals);
+
 // The number printed with exactly `decimals` (0 to 14) digits behind the point, as the patterns
 // "#0", "#0.00" and their like print it: rounded on the number's 15-digit decimal text, a tie goes
 // away from zero. At least one digit stands before the point; a negative number that prints as

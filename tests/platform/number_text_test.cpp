@@ -54,6 +54,23 @@ TEST(NumberText, PackingRoundsATieToEven) {
   for (const auto& [value, rounded] : cases) EXPECT_EQ(RoundHalfToEven(value), rounded) << value;
 }
 
+TEST(NumberText, ATieOfTheDecimalTextRoundsToEven) {
+  const struct {
+    double Value;
+    int Decimals;
+    double Rounded;
+  } cases[] = {
+      {2.345, 2, 2.34},  // 234.50000000000003 hundredths in binary
+      {2.355, 2, 2.36},       {0.285, 2, 0.28}, {0.5, 0, 0},       {1.5, 0, 2},
+      {0.05, 1, 0},           {9.95, 1, 10},    {2.3451, 2, 2.35}, {-2.345, 2, -2.34},
+      {0.000125, 5, 0.00012}, {0.004, 2, 0},    {16, 2, 16},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(RoundHalfToEven(c.Value, c.Decimals), c.Rounded) << c.Value << " to " << c.Decimals;
+  }
+  EXPECT_TRUE(std::isinf(RoundHalfToEven(std::numeric_limits<double>::infinity(), 1)));
+}
+
 TEST(NumberText, PlainTextReadsBackToTheSameFloat) {
   EXPECT_EQ(PlainText(300), "300");
   EXPECT_EQ(PlainText(0.1F), "0.1");
