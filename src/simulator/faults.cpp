@@ -45,7 +45,8 @@ bool IsHit(const Hits& hits, int seen) {
 }
 
 void Reseal(std::vector<std::uint8_t>& frame) {
-  frame.resize(frame.size() - 2);
+  frame.pop_back();
+  frame.pop_back();
   Seal(frame);
 }
 

@@ -70,13 +70,14 @@ std::string Listed(const Names& names) {
       text += line + "\n";
       line = "     ";
     }
-    line += " " + std::string(name);
+    line.append(" ").append(name);
   }
   return text + line + "\n";
 }
 
 std::string ListedErrors() {
   std::vector<std::string_view> names;
+  names.reserve(DriveErrorCount);
   for (int i = 0; i < DriveErrorCount; ++i) names.push_back(NameOf(static_cast<DriveError>(i)));
   return Listed(names);
 }
@@ -86,7 +87,7 @@ std::string ListedMotors() {
   for (const MotorPreset& motor : MotorPresets()) {
     std::string name(motor.Name);
     name.resize(18, ' ');
-    text += "      " + name + std::string(motor.Description) + "\n";
+    text.append("      ").append(name).append(motor.Description).append("\n");
   }
   return text;
 }
@@ -112,7 +113,8 @@ std::optional<SimOptions> ParseOptions(const std::vector<std::string>& arguments
     }
     bool knows = true;
     if (TakeOption(options, name, value, knows)) continue;
-    problem = knows ? name + " does not take \"" + value + "\"" : "unknown option " + name;
+    problem = knows ? name : "unknown option " + name;
+    if (knows) problem.append(" does not take \"").append(value).append("\"");
     return std::nullopt;
   }
   return options;

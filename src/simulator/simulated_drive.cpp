@@ -225,7 +225,7 @@ std::uint32_t SimulatedDrive::WatchValue(unsigned number) const {
 }
 
 SimulatedDrive::Answer SimulatedDrive::Write(const Request& request) {
-  const Answer done{WriteReply(request)};
+  Answer done{WriteReply(request)};
   if (request.Register >= BankEnd) return {RefusalReply(request, Refusal::IllegalRegister)};
   const auto reg = static_cast<Reg>(request.Register);
   const std::string_view command = CommandName(reg);

@@ -42,6 +42,23 @@ TEST(Faults, HitTheRequestsTheyWereOrderedFor) {
   }
 }
 
+TEST(Faults, CountOnlyTheRequestsTheyCanSpoil) {
+  FaultPlan plan;
+  plan.Inject({Fault::WrongCount, Hits::Only(2)});
+  plan.Inject({Fault::WrongEcho, Hits::Only(2)});
+  plan.Inject({Fault::ResetInTest, Hits::Next(1)});
+  const Occasion read{.IsWrite = false, .UnderTest = false};
+  const Occasion write{.IsWrite = true, .UnderTest = false};
+  const Occasion readInTest{.IsWrite = false, .UnderTest = true};
+  EXPECT_TRUE(plan.Strike(read).none());
+  EXPECT_TRUE(plan.Strike(write).none());
+  FaultSet faults = plan.Strike(readInTest);
+  EXPECT_TRUE(Has(faults, Fault::WrongCount) && Has(faults, Fault::ResetInTest));
+  EXPECT_EQ(faults.count(), 2U);
+  EXPECT_TRUE(plan.Strike(readInTest).none());
+  EXPECT_TRUE(Has(plan.Strike(write), Fault::WrongEcho));
+}
+
 TEST(Faults, AreParsedFromTheirNamesAndNothingElse) {
   for (const std::string_view name : FaultNames()) {
     const auto order = ParseFault(name);

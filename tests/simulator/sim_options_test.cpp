@@ -1,0 +1,64 @@
+// The command line of kvt518-sim.
+#include "simulator/sim_options.h"
+
+#include <gtest/gtest.h>
+
+namespace gainsmith::sim {
+namespace {
+
+TEST(SimOptions, BothSpellingsOfEveryOption) {
+  std::string problem;
+  const auto options = ParseOptions(
+      {"--address", "63", "--baud=9600", "--seed", "4294967295", "--eeprom=a b", "--link",
+       "bench/COM3", "--fault", "drop-nth:4", "--fault=silent:@2", "--motor", "heavy-load"},
+      problem);
+  ASSERT_TRUE(options) << problem;
+  EXPECT_EQ(options->Drive.Address, 63);
+  EXPECT_EQ(options->Drive.Baud, 9600);
+  EXPECT_FALSE(options->FollowHostBaud);
+  EXPECT_EQ(options->Drive.Seed, 4294967295U);
+  EXPECT_EQ(options->Drive.EepromPath, "a b");
+  EXPECT_EQ(options->LinkPath, "bench/COM3");
+  EXPECT_EQ(options->Drive.Motor.Name, "heavy-load");
+  ASSERT_EQ(options->Faults.size(), 2U);
+  EXPECT_EQ(options->Faults[0].Kind, Fault::DropNth);
+  EXPECT_EQ(options->Faults[0].When.Kind, Hits::Which::Every);
+  EXPECT_EQ(options->Faults[1].When.N, 2);
+}
+
+TEST(SimOptions, RefusesWhatItDoesNotUnderstandByName) {
+  const struct {
+    std::vector<std::string> Arguments;
+    const char* Problem;
+  } cases[] = {
+      {{"--frobnicate", "1"}, "unknown option --frobnicate"},
+      {{"COM1"}, "unknown option COM1"},
+      {{"--address", "248"}, "--address does not take \"248\""},
+      {{"--address=-1"}, "--address does not take \"-1\""},
+      {{"--baud", "fast"}, "--baud does not take \"fast\""},
+      {{"--seed=1x"}, "--seed does not take \"1x\""},
+      {{"--fault", "silence"}, "--fault does not take \"silence\""},
+      {{"--motor", "warp"}, "--motor does not take \"warp\""},
+      {{"--link"}, "--link does not take \"\""},
+  };
+  for (const auto& test : cases) {
+    std::string problem;
+    EXPECT_FALSE(ParseOptions(test.Arguments, problem));
+    EXPECT_EQ(problem, test.Problem);
+  }
+}
+
+TEST(SimOptions, HelpNamesEveryFaultErrorAndMotor) {
+  std::string problem;
+  EXPECT_TRUE(ParseOptions({"--help"}, problem)->Help);
+  const std::string help = HelpText();
+  const auto names = [&](std::string_view name) { return help.find(name) != std::string::npos; };
+  for (const std::string_view name : FaultNames()) EXPECT_TRUE(names(name)) << name;
+  for (const MotorPreset& motor : MotorPresets()) EXPECT_TRUE(names(motor.Name)) << motor.Name;
+  for (int i = 0; i < DriveErrorCount; ++i) {
+    EXPECT_TRUE(names(NameOf(static_cast<DriveError>(i)))) << i;
+  }
+}
+
+}  // namespace
+}  // namespace gainsmith::sim
