@@ -31,6 +31,9 @@ function(gainsmith_room name)
   target_link_libraries(${name} PUBLIC ${ROOM_ROOMS} PRIVATE gainsmith_options)
 endfunction()
 
+# All tests that need no desktop, for the sanitizers.
+add_custom_target(room_tests)
+
 # gainsmith_test(NAME LABEL label SOURCES files... ROOMS rooms...)
 # One program and one CTest entry for a room's tests.
 function(gainsmith_test name)
@@ -39,4 +42,7 @@ function(gainsmith_test name)
   target_link_libraries(${name} PRIVATE ${TEST_ROOMS} gainsmith_options GTest::gtest_main)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES LABELS ${TEST_LABEL} TIMEOUT 300)
+  if(NOT TEST_LABEL STREQUAL desktop)
+    add_dependencies(room_tests ${name})
+  endif()
 endfunction()
