@@ -35,7 +35,7 @@ TEST(ProgressFlash, RunsToTheEndByItselfAndGoes) {
   ShellState shell;
   Form9 flash(world, shell);
   world.Show(flash);
-  world.RunFor(9);
+  world.RunFor(8);
   EXPECT_TRUE(flash.Visible);
   world.RunFor(2);
   EXPECT_FALSE(flash.Loaded);

@@ -33,14 +33,14 @@ void VirtualWorld::At(std::int64_t delayMs, std::function<void()> action) {
 
 void VirtualWorld::RunFor(std::int64_t ms) {
   const std::int64_t end = nowMs_ + ms;
-  while (nowMs_ < end && !Ended()) PumpEvents(end - 1);
+  while (nowMs_ <= end && !Ended()) PumpEvents(end);
 }
 
 bool VirtualWorld::RunUntil(const std::function<bool()>& done, std::int64_t limitMs) {
   const std::int64_t end = nowMs_ + limitMs;
   while (!done()) {
-    if (nowMs_ >= end || Ended()) return false;
-    PumpEvents(end - 1);
+    if (nowMs_ > end || Ended()) return false;
+    PumpEvents(end);
   }
   return true;
 }

@@ -25,7 +25,7 @@ class VirtualWorld : public World {
 
   // Runs `action` when the clock has moved on by `delayMs`, inside whatever wait is under way then.
   void At(std::int64_t delayMs, std::function<void()> action);
-  // Lets `ms` milliseconds pass with nothing waiting: the tool at rest.
+  // Lets `ms` milliseconds and one step of the clock pass with nothing waiting: the tool at rest.
   void RunFor(std::int64_t ms);
   // Lets time pass until `done`; false when `limitMs` have passed before.
   bool RunUntil(const std::function<bool()>& done, std::int64_t limitMs);
