@@ -1,0 +1,120 @@
+// The spectrum: known signals, the table's rounding, and the axes' choices.
+#include "trace/fft.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <numbers>
+#include <utility>
+
+#include "platform/number_text.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr double Tau = 2 * std::numbers::pi;
+
+FftArray Tone(double amplitude, int bin) {
+  FftArray data{};
+  for (std::size_t i = 0; i < data.size(); ++i) {
+    data[i] = static_cast<float>(amplitude * std::cos(Tau * bin * static_cast<double>(i) / 128));
+  }
+  return data;
+}
+
+TEST(Fft128, AToneStandsAtItsBinWithHalfTheSamplesTimesItsAmplitude) {
+  for (int bin : {1, 2, 9, 32, 63}) {
+    FftArray data = Tone(100, bin);
+    const FftArray spectrum = Fft128(data);
+    EXPECT_NEAR(spectrum[static_cast<std::size_t>(bin)], 6400, 1) << bin;
+    EXPECT_NEAR(spectrum[static_cast<std::size_t>(128 - bin)], 6400, 1) << bin;
+    for (std::size_t k = 0; k <= 64; ++k) {
+      if (k != static_cast<std::size_t>(bin)) {
+        EXPECT_LT(spectrum[k], 2) << bin << " at " << k;
+      }
+    }
+  }
+}
+
+TEST(Fft128, AConstantIsAllInBinZero) {
+  FftArray data{};
+  data.fill(3);
+  const FftArray spectrum = Fft128(data);
+  EXPECT_EQ(spectrum[0], 384);
+  for (std::size_t k = 1; k < spectrum.size(); ++k) EXPECT_EQ(spectrum[k], 0) << k;
+}
+
+// One pulse shows the twiddle factors themselves: at sample n, bin k is the factor of n * k, put
+// together in seven stages. At a power of two there is one factor only.
+TEST(Fft128, TwiddlesAreRoundedToFourDecimals) {
+  FftArray data{};
+  data[1] = 1;
+  Fft128(data);
+  for (std::size_t k = 0; k < 64; ++k) {
+    const double exact = std::cos(Tau * static_cast<double>(k) / 128);
+    EXPECT_EQ(data[k], static_cast<float>(std::round(exact * 10000) / 10000)) << k;
+    EXPECT_EQ(data[k + 64], -data[k]) << k;
+  }
+}
+
+TEST(Fft128, AgreesWithTheSumItStandsFor) {
+  FftArray data{};
+  for (std::size_t i = 0; i < data.size(); ++i) {
+    data[i] = static_cast<float>((i * i * 37 + i * 11) % 201) - 100;
+  }
+  const FftArray input = data;
+  const FftArray spectrum = Fft128(data);
+  for (std::size_t k = 0; k < 128; ++k) {
+    std::complex<double> sum = 0;
+    for (std::size_t n = 0; n < 128; ++n) {
+      sum +=
+          static_cast<double>(input[n]) * std::polar(1.0, -Tau * static_cast<double>(n * k) / 128);
+    }
+    EXPECT_NEAR(spectrum[k], std::abs(sum), 0.5) << k;
+  }
+}
+
+TEST(Spectrum, SeesSamples70To197) {
+  TraceArray velocity{};
+  velocity[69] = 1;
+  velocity[70] = 2;
+  velocity[197] = 3;
+  velocity[198] = 4;
+  const FftArray input = FftInputOf(velocity);
+  EXPECT_EQ(input.front(), 2);
+  EXPECT_EQ(input.back(), 3);
+}
+
+TEST(Spectrum, SampleRates) {
+  const float rates[] = {0, 2000, 1000, 667, 500, 400, 333, 286, 250, 222, 200, 0, 0};
+  for (int divider = 0; divider <= 12; ++divider) {
+    EXPECT_EQ(SampleRate(static_cast<float>(divider)), rates[divider]) << divider;
+  }
+  EXPECT_EQ(SampleRate(30), 0);
+}
+
+TEST(Spectrum, TheMeanAndTheMirrorDoNotSetTheScale) {
+  FftArray spectrum{};
+  spectrum[0] = spectrum[1] = spectrum[65] = 9;
+  spectrum[64] = 2;
+  EXPECT_EQ(LargestBin(spectrum), 2);
+  spectrum[2] = 3;
+  EXPECT_EQ(LargestBin(spectrum), 3);
+}
+
+TEST(Spectrum, RoundsUpToFiftyStrictlyAndKeepsTheFraction) {
+  const std::pair<float, float> cases[] = {{0, 50},
+                                           {7, 50},
+                                           {49.4F, 50.4F},
+                                           {50, 100},
+                                           {100, 150},
+                                           {1234.5F, 1250.5F},
+                                           {1235.5F, 1249.5F},
+                                           {1270, 1300}};
+  for (const auto& [x, rounded] : cases) EXPECT_FLOAT_EQ(RoundUpToFifty(x), rounded) << x;
+}
+
+}  // namespace
+}  // namespace gainsmith

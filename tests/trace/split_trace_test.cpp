@@ -1,0 +1,243 @@
+// Ranges, the regenerated reference, and the way from a recording's words to the plots.
+#include "trace/split_trace.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "trace/auto_range.h"
+#include "trace/position_reference.h"
+
+namespace gainsmith {
+namespace {
+
+// The bound of a channel that swings between `peak` and 0.
+float Bound(float peak) {
+  const float values[] = {0, peak, 0};
+  return AutoRange(values);
+}
+
+TEST(AutoRange, GoesUpToTheNextStepAboveThePeakAndTenPercent) {
+  const std::pair<float, float> cases[] = {
+      {0, 5},        {2, 5},       {3, 5},       {4, 5},           {5, 10},
+      {6, 10},       {8.2F, 10},   {9, 50},      {42.7F, 50},      {112, 150},
+      {136.4F, 200}, {1363, 1500}, {1400, 1550}, {1820, 2050},     {-1000, 1150},
+      {-10, 50},     {-44, 50},    {-45, 100},   {1e7F, 11000050},
+  };
+  for (const auto& [peak, bound] : cases) EXPECT_EQ(Bound(peak), bound) << peak;
+}
+
+TEST(AutoRange, ASmallNegativePeakCarriesItsSignIntoTheRounding) {
+  EXPECT_EQ(Bound(-0.3F), 5);   // "0", not "-0"
+  EXPECT_EQ(Bound(-0.9F), 52);  // "-1"
+  EXPECT_EQ(Bound(-4.6F), 60);  // "-5"
+  EXPECT_EQ(Bound(-8.2F), 68);  // "-9"
+}
+
+TEST(AutoRange, TheLargerSideDecidesAndATieGoesUp) {
+  const float even[] = {-100, 100};
+  const float down[] = {-101, 100};
+  EXPECT_EQ(AutoRange(even), 150);
+  EXPECT_EQ(AutoRange(down), 150);
+}
+
+TEST(NiceDivision, TakesTheStepAboveATenth) {
+  const std::pair<float, float> cases[] = {
+      {0, 0.1F},   {0.9F, 0.1F}, {1, 0.2F},     {5, 1},        {10, 2},       {50, 10},
+      {400, 50},   {500, 80},    {1550, 200},   {2000, 250},   {2050, 250},   {2500, 400},
+      {7000, 800}, {8000, 1000}, {10000, 1200}, {29999, 3000}, {30000, 3000}, {30050, 3005},
+  };
+  for (const auto& [x, step] : cases) EXPECT_EQ(NiceDivision(x), step) << x;
+}
+
+TEST(PlotGain, CarriesSevenDecimalsAndReplacesZerosAtTheCaller) {
+  float units = 400;
+  float top = 2800;
+  EXPECT_EQ(PlotGain(units, top), 0.1428571F);
+  float noUnits = 0;
+  float noTop = 0;
+  EXPECT_EQ(PlotGain(noUnits, noTop), 1);
+  EXPECT_EQ(noUnits, 1);
+  EXPECT_EQ(noTop, 1);
+}
+
+// Values of the same profile run outside this program, sample by sample.
+TEST(PositionReference, FollowsTheGenerator) {
+  const struct {
+    const char* Name;
+    float Accel, Speed, DistHigh, DistLow, Dwell, Divider;
+    std::vector<std::pair<std::size_t, float>> Samples;
+  } cases[] = {
+      {"the default move",
+       20,
+       1000,
+       0,
+       40000,
+       200,
+       20,
+       {{5, 0.0F},
+        {6, 41.9999962F},
+        {7, 164.0F},
+        {8, 355.0F},
+        {106, 19955.0F},
+        {198, 38355.0F},
+        {199, 0.0F}}},
+      {"the way back",
+       20,
+       1000,
+       0,
+       40000,
+       200,
+       30,
+       {{6, 93.0F}, {150, 39245.0F}, {187, 28145.0F}, {198, 24845.0F}, {199, 0.0F}}},
+      {"every tick a sample",
+       20,
+       1000,
+       0,
+       40000,
+       200,
+       1,
+       {{6, 0.200000003F}, {7, 0.600000024F}, {12, 5.5999999F}, {199, 1695.0F}}},
+      {"too short to reach the speed, and again after the pause",
+       100,
+       1000,
+       0,
+       100,
+       4,
+       1,
+       {{20, 90.0F}, {60, 28.0F}, {106, 15.0F}, {150, 1.0F}, {199, 3.0F}}},
+      {"distance modulo 2^24",
+       20,
+       60000,
+       256,
+       1000,
+       10,
+       5,
+       {{8, 23.9999981F},
+        {60, 3.79999089F},
+        {100, 811.799988F},
+        {187, 216.199997F},
+        {198, 844.200012F}}},
+      {"roundings gather",
+       1,
+       7,
+       0,
+       50,
+       2,
+       3,
+       {{6, 0.0599999987F}, {60, 11.3399944F}, {198, 40.31987F}}},
+  };
+  for (const auto& c : cases) {
+    TraceState trace;
+    trace.ProfileAccel = c.Accel;
+    trace.ProfileSpeed = c.Speed;
+    trace.ProfileDistHigh = c.DistHigh;
+    trace.ProfileDistLow = c.DistLow;
+    trace.ProfileDwell = c.Dwell;
+    trace.SampleDivider = c.Divider;
+    trace.PErrTrace.fill(8);
+    trace.PRefTrace.fill(99);
+    RegeneratePositionReference(trace);
+    EXPECT_EQ(trace.PRefTrace[5], 0) << c.Name;
+    for (const auto& [sample, value] : c.Samples) {
+      EXPECT_EQ(trace.PRefTrace[sample], value) << c.Name << ", sample " << sample;
+    }
+    EXPECT_EQ(trace.PBakTrace[10], trace.PRefTrace[10] - 8) << c.Name;
+    if (c.Divider > 1) {
+      EXPECT_EQ(trace.PBakTrace[199], 0) << c.Name;
+    }
+  }
+}
+
+TEST(PositionReference, ReachesTheDistance) {
+  TraceState trace;
+  trace.ProfileAccel = 20;
+  trace.ProfileSpeed = 1000;
+  trace.ProfileDistLow = 4000;
+  trace.ProfileDwell = 10;
+  trace.SampleDivider = 10;
+  RegeneratePositionReference(trace);
+  float highest = 0;
+  for (float value : trace.PRefTrace) highest = std::max(highest, value);
+  EXPECT_NEAR(highest, 4000, 20);
+}
+
+// A recording of three channels whose words tell their places.
+std::vector<float> Recording(float error, float velocity, float current) {
+  std::vector<float> words;
+  for (float first : {error, velocity, current}) {
+    for (int i = 0; i < ChannelSamples; ++i) words.push_back(i == 7 ? first : 0);
+  }
+  return words;
+}
+
+TEST(SplitTrace, ThreeChannelsInUnitsAndOnOneScale) {
+  TraceState trace;
+  trace.SetTraceTime(20);
+  trace.ShowRecordedChannels(3);
+  EXPECT_EQ(SplitTrace(trace, Recording(-90, 200, 2048), 3), 1);
+  EXPECT_EQ(trace.PErrTrace[7], -90);
+  EXPECT_EQ(trace.VBakTrace[7], 300);  // 200 pulses in 10 ms at 4000 per turn
+  EXPECT_EQ(trace.IBakTrace[7], 2000);
+  EXPECT_EQ(trace.PErrStep[0], 40);  // -99 gives 100
+  EXPECT_EQ(trace.PErrTop[0], 200);
+  EXPECT_EQ(trace.PErrPlot[7], -180);
+  EXPECT_EQ(trace.VTop[0], 400);  // 330 gives 350, a division of 80
+  EXPECT_EQ(trace.VBakPlot[7], 300);
+  EXPECT_EQ(trace.ITop[0], 2500);  // 2200 gives 2250
+  EXPECT_EQ(trace.IBakPlot[7], 320);
+  // No profile: the reference is 0 and the feedback its own opposite, on the error's scale.
+  EXPECT_EQ(trace.PBakTrace[7], 90);
+  EXPECT_EQ(trace.PBakPlot[7], 180);
+  EXPECT_EQ(trace.PRefTop[0], 10);
+}
+
+TEST(SplitTrace, TwoChannelsHaveNoPosition) {
+  TraceState trace;
+  trace.SetTraceTime(20);
+  trace.PErrTrace.fill(5);
+  trace.ShowRecordedChannels(2);
+  std::vector<float> words = Recording(200, 1395, 0);
+  words.resize(400);
+  EXPECT_EQ(SplitTrace(trace, words, 2), 1);
+  EXPECT_EQ(trace.VBakTrace[7], 300);
+  EXPECT_EQ(trace.IBakTrace[7], 1362.3046875F);
+  // 1500 is still the fixed range of 2 A.
+  EXPECT_EQ(trace.RangeTop, 1500);
+  EXPECT_EQ(trace.ITop[0], 2000);
+  EXPECT_EQ(trace.IStep[0], 400);
+  EXPECT_EQ(trace.PErrTop[0], 0);
+  EXPECT_EQ(trace.PErrPlot[7], 0);
+  EXPECT_EQ(trace.PErrTrace[7], 5);
+}
+
+TEST(SplitTrace, AMotorAtRestAndADriveWithoutEncoderCounts) {
+  TraceState trace;
+  trace.EncoderCounts = 0;
+  trace.ShowRecordedChannels(3);
+  SplitTrace(trace, Recording(0, 30000, 0), 3);
+  EXPECT_EQ(trace.VBakTrace[7], 0);
+  EXPECT_EQ(trace.VStep[0], 2);
+  EXPECT_EQ(trace.VTop[0], 10);
+  EXPECT_EQ(trace.VGain[0], 40);
+}
+
+TEST(ScaleTraces, AllPositionTracesTakeTheGainOfTheChosenSeries) {
+  TraceState trace;
+  trace.PErrTrace[3] = 1;
+  trace.PBakTrace[3] = 2;
+  trace.PRefTrace[3] = 3;
+  const std::pair<PositionSeries, float> cases[] = {
+      {PositionSeries::PErr, 10}, {PositionSeries::PBak, 20}, {PositionSeries::PRef, 30}};
+  for (const auto& [series, gain] : cases) {
+    ScaleTraces(trace, 3, series, 1, 1, 10, 20, 30);
+    EXPECT_EQ(trace.PErrPlot[3], gain);
+    EXPECT_EQ(trace.PBakPlot[3], 2 * gain);
+    EXPECT_EQ(trace.PRefPlot[3], 3 * gain);
+  }
+}
+
+}  // namespace
+}  // namespace gainsmith
