@@ -124,7 +124,7 @@ class Program {
     if (!hasHost_) return;
     const int baud = terminal_.HostBaud().value_or(options_.Drive.Baud);
     if (hadHost && baud == hostBaud_) return;
-    Say("host connected at " + std::to_string(baud) + " baud");
+    Say((hadHost ? "host changes to " : "host connected at ") + std::to_string(baud) + " baud");
     hostBaud_ = baud;
     if (options_.FollowHostBaud) drive_.SetBaud(baud);
   }

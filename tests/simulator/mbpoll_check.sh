@@ -63,6 +63,21 @@ case $refused in
   *) fail "the refusal was not understood: $refused" ;;
 esac
 
+# What the console is told shows on the line.
+echo error brake >&3
+log=$(master -r 16 -c 10 "$directory/COM1") || fail "read of the error log: $log"
+expect "newest error" "$(value_of 16 "$log")" 128
+expect "error before it" "$(value_of 17 "$log")" 0
+
+# A device that goes away comes back under the same link.
+echo fault hang-up 1 >&3
+master -r 0 -c 1 "$directory/COM1" >/dev/null && fail "a device that hung up was read"
+while read -r line <&4; do
+  case $line in *" link $directory/COM1 -> "*) break ;; esac
+done
+back=$(master -r 252 -c 1 "$directory/COM1") || fail "read after the hang-up: $back"
+expect "rated power" "$(value_of 252 "$back")" 400
+
 echo quit >&3
 wait "$simulator_id" || fail "the simulator's exit code is not 0"
 [ ! -e "$directory/COM1" ] || fail "the link is still there"
