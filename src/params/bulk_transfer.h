@@ -1,0 +1,86 @@
+// Bulk transfers: the read of all settings, their download, and the store into the EEPROM.
+//
+// Always one register at a time, in the orders of the parameter table. Each operation runs to its
+// end inside the call; its waits let events run, and while it runs commands that use the drive are
+// shut out (TransferMark).
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "link/link.h"
+#include "params/parameter_store.h"
+#include "params/parameter_table.h"
+#include "platform/world.h"
+#include "shell/main_window.h"
+#include "shell/shell_state.h"
+#include "shell/waiting_window.h"
+
+namespace gainsmith {
+
+// Keeps ShellState::BulkTransferRunning set for as long as it lives. Marks nest.
+class TransferMark {
+ public:
+  explicit TransferMark(ShellState& shell) : shell_(shell), before_(shell.BulkTransferRunning) {
+    shell_.BulkTransferRunning = true;
+  }
+  TransferMark(const TransferMark&) = delete;
+  TransferMark& operator=(const TransferMark&) = delete;
+  ~TransferMark() { shell_.BulkTransferRunning = before_; }
+
+ private:
+  ShellState& shell_;
+  bool before_;
+};
+
+class BulkTransfer {
+ public:
+  BulkTransfer(World& world, Link& link, ParameterStore& store, ShellState& shell, MDIForm1& main,
+               frmWaitingMessage& waiting)
+      : world_(world), link_(link), store_(store), shell_(shell), main_(main), waiting_(waiting) {}
+  BulkTransfer(const BulkTransfer&) = delete;
+  BulkTransfer& operator=(const BulkTransfer&) = delete;
+
+  // Reads all settings into the table under the waiting window. True enables the drive menus and
+  // the tool bar; false after ReportReadFailure, with the settings read so far in the table, the
+  // port still open and the menus as they were.
+  bool readDrive();
+
+  // The exchanges of readDrive and nothing around them: no window, no message, no menu. At most 12
+  // frames a register. False at the first register that does not answer.
+  bool ReadAllParameters();
+
+  // Leaves the main window under a question mark pointer until a command changes it.
+  void ReportReadFailure();
+
+  // Writes all settings but those that never travel, at most four frames each; a setting that the
+  // drive does not take is skipped (Link::WriteFailed is set) and named in the main window. False,
+  // with nothing sent and after a message that names the rows, when the table holds a value that
+  // cannot be packed: the waiting window and the hourglass are gone then, and the caller ends.
+  bool DownloadAllParameters();
+
+  // Stores the drive's working values in its EEPROM, at most 12 frames. False after the message of
+  // a lost link.
+  bool SaveToEeprom();
+
+  // Stores, and tells the success of a download (true) or a reset (false).
+  void ReportWriteResult(bool isDownload);
+
+ private:
+  // The rows whose values cannot be packed, one a line; empty: the table can be sent.
+  std::string UnpackableRows() const;
+  float ValueToSend(Slot slot) const;
+  void ShowSettingsNotTaken(const std::vector<Slot>& slots);
+
+  World& world_;
+  Link& link_;
+  ParameterStore& store_;
+  ShellState& shell_;
+  MDIForm1& main_;
+  frmWaitingMessage& waiting_;
+  // Resends of the store under way.
+  std::int16_t ReadRetryCount = 0;
+};
+
+}  // namespace gainsmith

@@ -1,0 +1,97 @@
+// Configuration files: see the header.
+#include "params/config_file.h"
+
+#include "params/config_text.h"
+
+namespace gainsmith {
+
+MessageAnswer ConfigFiles::Tell(const char* text, MessageIcon icon) {
+  return world_.ShowMessage({text, MainTitle, MessageButtons::Ok, icon});
+}
+
+void ConfigFiles::OpenConfigFile() {
+  const ChosenFile chosen = world_.AskOpenFile(OpenFilter);
+  if (chosen.Result == ChosenFile::Outcome::Cancelled) return;
+  const bool failed = chosen.Result == ChosenFile::Outcome::Failed;
+  if (!failed && chosen.Path.empty()) return;
+  const std::optional<std::string> text = failed ? std::nullopt : world_.ReadFile(chosen.Path);
+  if (!text || !ParseConfig(*text, store_)) {
+    Tell("Fatal error(s) happened when opening the source file.", MessageIcon::Critical);
+    return;
+  }
+
+  const TransferMark mark(shell_);
+  world_.SetScreenPointer(MousePointer::Hourglass);
+  waiting_.ShowWaitingMessage("Openning Source Configuration File");
+  if (!transfer_.DownloadAllParameters()) return;
+  world_.SetScreenPointer(MousePointer::Default);
+  waiting_.CloseWaitingMessage();
+  UseFile(chosen.Path);
+  Tell("Configuration settings from the source file have been loaded successfully.",
+       MessageIcon::Information);
+}
+
+void ConfigFiles::SaveConfigAs() {
+  const ChosenFile chosen = world_.AskSaveFile(SaveFilter);
+  switch (chosen.Result) {
+    case ChosenFile::Outcome::Chosen:
+      WriteConfigFile(chosen.Path, true);
+      break;
+    case ChosenFile::Outcome::Cancelled:
+      break;
+    case ChosenFile::Outcome::Failed:
+      Tell("Error(s) happened when saving to the target file", MessageIcon::Critical);
+      break;
+  }
+}
+
+void ConfigFiles::WriteConfigFile(const std::string& path, bool confirmOverwrite) {
+  if (path.empty()) {
+    Tell("File name can't be empty", MessageIcon::Information);
+    return;
+  }
+  if (confirmOverwrite && world_.FileExists(path) &&
+      world_.ShowMessage({"Target file already exists. Are you sure to overwrite it?", MainTitle,
+                          MessageButtons::YesNo, MessageIcon::Information, MessageAnswer::No}) !=
+          MessageAnswer::Yes) {
+    return;
+  }
+  const std::optional<std::string> text = FormatConfig(store_);
+  if (!text || !world_.WriteFile(path, *text)) {
+    Tell("Error(s) happened when saving to the target file", MessageIcon::Critical);
+    return;
+  }
+  if (confirmOverwrite) UseFile(path);
+}
+
+void ConfigFiles::mnuSave_Click() {
+  if (main_.CurrentConfigFile.empty()) {
+    SaveConfigAs();
+  } else {
+    WriteConfigFile(main_.CurrentConfigFile, false);
+  }
+}
+
+bool ConfigFiles::LoadDefaultSettings() {
+  const std::optional<std::string> text =
+      world_.ReadFile(world_.ProgramDirectory() + "/default.ini");
+  if (text && ParseConfig(*text, store_)) return true;
+  waiting_.CloseWaitingMessage();
+  main_.Pointer = MousePointer::Default;
+  Tell("Default settings have been crashed. Contact Torvane or your distributor",
+       MessageIcon::Critical);
+  return false;
+}
+
+std::string ConfigFiles::FileNameOnly(const std::string& path) {
+  main_.CurrentConfigFile = path;
+  const std::size_t separator = path.find_last_of("/\\");
+  return separator == std::string::npos ? path : path.substr(separator + 1);
+}
+
+void ConfigFiles::UseFile(const std::string& path) {
+  main_.ShowFileInCaption(FileNameOnly(path));
+  main_.mnuFileClose.Enabled = true;
+}
+
+}  // namespace gainsmith

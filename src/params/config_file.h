@@ -1,0 +1,65 @@
+// Configuration files: the File menu's Open, Save and Save As, and the factory values.
+#pragma once
+
+#include <string>
+
+#include "params/bulk_transfer.h"
+#include "params/parameter_store.h"
+#include "platform/world.h"
+#include "shell/main_window.h"
+#include "shell/waiting_window.h"
+
+namespace gainsmith {
+
+// The filter texts of the file dialogs.
+inline constexpr const char* OpenFilter = "*.tvd|*.tvd|";
+inline constexpr const char* SaveFilter = "*.tvd|*.tvd";
+
+class ConfigFiles {
+ public:
+  ConfigFiles(World& world, ParameterStore& store, ShellState& shell, MDIForm1& main,
+              frmWaitingMessage& waiting, BulkTransfer& transfer)
+      : world_(world),
+        store_(store),
+        shell_(shell),
+        main_(main),
+        waiting_(waiting),
+        transfer_(transfer) {}
+  ConfigFiles(const ConfigFiles&) = delete;
+  ConfigFiles& operator=(const ConfigFiles&) = delete;
+
+  // Loads a chosen file into the table and downloads it, without a store. A bad file gives its
+  // message and downloads nothing; the lines before the bad one are in the table then.
+  void OpenConfigFile();
+
+  // Asks for a file, then WriteConfigFile(path, true).
+  void SaveConfigAs();
+
+  // Writes the table to `path`, whole or not at all. With `confirmOverwrite` it asks before it
+  // replaces a file, and the file becomes the one in use.
+  void WriteConfigFile(const std::string& path, bool confirmOverwrite);
+
+  // Writes to the file in use without a question; Save As where there is none.
+  void mnuSave_Click();
+
+  // Loads the factory values into the table. False after a message when they can't be read; the
+  // waiting window and the hourglass of the main window are gone then, and the lines before the
+  // bad one are in the table.
+  bool LoadDefaultSettings();
+
+  // Makes `path` the file in use and gives its last segment. Both separators count.
+  std::string FileNameOnly(const std::string& path);
+
+ private:
+  void UseFile(const std::string& path);
+  MessageAnswer Tell(const char* text, MessageIcon icon);
+
+  World& world_;
+  ParameterStore& store_;
+  ShellState& shell_;
+  MDIForm1& main_;
+  frmWaitingMessage& waiting_;
+  BulkTransfer& transfer_;
+};
+
+}  // namespace gainsmith

@@ -1,0 +1,51 @@
+// The drive's flags word: see the header.
+#include "params/drive_flags.h"
+
+#include <optional>
+
+#include "platform/number_text.h"
+
+namespace gainsmith {
+namespace {
+
+std::optional<std::uint16_t> ModeBits(double mode) {
+  if (mode == PositionModeValue) return flags::PositionMode;
+  if (mode == TorqueModeValue) return flags::TorqueMode;
+  if (mode == VelocityModeValue) return flags::VelocityMode;
+  return std::nullopt;
+}
+
+}  // namespace
+
+void TakeDriveFlags(ParameterStore& store, std::uint16_t word) {
+  store.DriveFlagsWord = word;
+  for (const FlagBit& bit : FlagBits) store[bit.Index] = (word & bit.Mask) != 0 ? 1.0F : 0.0F;
+  switch (word & flags::ModeMask) {
+    case flags::PositionMode:
+      store[Slot::OperatingMode] = PositionModeValue;
+      break;
+    case flags::VelocityMode:
+      store[Slot::OperatingMode] = VelocityModeValue;
+      break;
+    case flags::TorqueMode:
+      store[Slot::OperatingMode] = TorqueModeValue;
+      break;
+    default:
+      break;
+  }
+}
+
+float FlagsToSend(const ParameterStore& store) {
+  if (RoundHalfToEven(store[Slot::PulseEdge]) > 1) return store[Slot::PulseEdge];
+  auto word = static_cast<std::uint16_t>(store.DriveFlagsWord);
+  for (const FlagBit& bit : FlagBits) {
+    const bool set = RoundHalfToEven(store[bit.Index]) != 0;
+    word = static_cast<std::uint16_t>(set ? word | bit.Mask : word & ~bit.Mask);
+  }
+  if (const auto mode = ModeBits(RoundHalfToEven(store[Slot::OperatingMode]))) {
+    word = static_cast<std::uint16_t>((word & ~flags::ModeMask) | *mode);
+  }
+  return word;
+}
+
+}  // namespace gainsmith

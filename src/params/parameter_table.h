@@ -1,0 +1,56 @@
+// The parameter table: what each slot of ParameterValues is, and how it travels.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "link/registers.h"
+#include "params/parameter_store.h"
+
+namespace gainsmith {
+
+// The quotient of RawToValue goes straight into the float.
+constexpr int NoPattern = -1;
+// Exchanges of a bulk read, and writes of a bulk download.
+constexpr int TransferSteps = 44;
+
+// One row for each slot, in slot order. Readers and writers derive from it.
+struct ParameterRow {
+  Slot Index;
+  // First field of the slot's line in a configuration file.
+  std::string_view Key;
+  Register Source;
+  // Name and setting range as the grid shows them. The range is for the eye: no code tests it.
+  std::string_view Name;
+  std::string_view Range;
+  // Engineering value x Scale = register value.
+  int Scale;
+  // Digits behind the point of the pattern that rounds a value read; NoPattern: none.
+  int PatternDecimals;
+  // Place in the bulk read and in the bulk download, 1 to TransferSteps; 0: takes no part. The
+  // flags word is read and written in the row of the pulse edge.
+  int ReadStep;
+  int WriteStep;
+};
+
+std::span<const ParameterRow, ParameterCount> ParameterRows();
+const ParameterRow& RowOf(Slot slot);
+
+// The slots of the bulk read (by register, with exceptions) and of the bulk download (by slot).
+std::span<const Slot, TransferSteps> ReadOrder();
+std::span<const Slot, TransferSteps> WriteOrder();
+
+// The keys of a configuration file, in slot order.
+extern const std::array<std::string_view, ParameterCount> ParameterKeys;
+
+// Engineering value of a register's raw value: raw / Scale, by way of the text of the row's
+// pattern where it has one, so that ValueToRaw of it packs as `raw` again.
+float RawToValue(Slot slot, std::uint16_t raw);
+
+// What goes to the link for the engineering value of a slot: value x Scale in 64 bits, stored in
+// 32. It is rounded only when it is packed, and may lie outside what can be packed.
+float ValueToRaw(Slot slot, float value);
+
+}  // namespace gainsmith
