@@ -1,0 +1,159 @@
+// Form2: see the header.
+#include "link/connect_window.h"
+
+#include "params/drive_flags.h"
+#include "platform/number_text.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr int LastPort = 12;
+constexpr int LastDevice = 63;
+constexpr std::array<const char*, 3> BaudRates{"9600", "19200", "38400"};
+// Digits of the baud rate before this make SerialSettings.
+constexpr const char* Framing = ",n,8,2";
+
+}  // namespace
+
+Form2::Form2(World& world, Link& link, ParameterStore& store, ShellState& shell, MDIForm1& main,
+             BulkTransfer& transfer)
+    : world_(world), link_(link), store_(store), shell_(shell), main_(main), transfer_(transfer) {
+  Design();
+}
+
+void Form2::Form_Load() {
+  LeftTwips = static_cast<int>(shell_.QuarterScreenWidth);
+  TopTwips = static_cast<int>(shell_.QuarterScreenHeight);
+  for (ComboBox& list : Combo1) list.Items.clear();
+  for (int port = 1; port <= LastPort; ++port) {
+    Combo1[PortList].Items.push_back({"COM" + std::to_string(port), port, ""});
+  }
+  DescribePorts();
+  for (const char* rate : BaudRates) Combo1[BaudList].Items.push_back({rate, 0, ""});
+  for (int device = 0; device <= LastDevice; ++device) {
+    Combo1[DeviceList].Items.push_back({std::to_string(device), device, ""});
+  }
+  Combo1[PortList].Choose(0);
+  Combo1[BaudList].Choose(2);
+  Combo1[DeviceList].Choose(1);
+  for (std::size_t i = 0; i < Combo1.size(); ++i) Combo1_Click(i);
+
+  const bool open = world_.IsPortOpen();
+  openPort.Caption = open ? "Close" : "Open";
+  Combo1[PortList].Enabled = !open;
+}
+
+void Form2::DescribePorts() {
+  for (ListItem& item : Combo1[PortList].Items) item.ToolTip = world_.DescribePort(item.ItemData);
+}
+
+void Form2::Combo1_Click(std::size_t index) {
+  const ComboBox& list = Combo1[index];
+  switch (index) {
+    case PortList:
+      link_.PortNumber = static_cast<std::uint8_t>(list.ChosenData());
+      break;
+    case BaudList:
+      link_.SerialSettings = list.Text + Framing;
+      break;
+    default:
+      link_.DeviceAddress = static_cast<std::uint8_t>(LeadingNumber(list.Text));
+      // It holds from the next frame on, also for a connection that is open.
+      if (world_.IsPortOpen()) main_.lblConnectionDetail.Caption = PortText();
+      break;
+  }
+}
+
+void Form2::Command1_Click() { world_.Unload(*this); }
+
+void Form2::openPort_Click() {
+  if (shell_.BulkTransferRunning) return;
+  openPort.Enabled = false;
+  if (world_.IsPortOpen()) {
+    Close();
+  } else {
+    Open();
+  }
+  openPort.Enabled = true;
+}
+
+void Form2::Close() {
+  world_.ClosePort();
+  openPort.Caption = "Open";
+  Combo1[PortList].Enabled = true;
+  main_.DisableDriveMenus();
+  main_.DisableToolbarButtons();
+  main_.ShowPort("");
+  main_.ShowNotice("");
+  DescribePorts();
+}
+
+void Form2::Open() {
+  // From the first frame on the drive is taken: nothing else may use it or this button.
+  const TransferMark mark(shell_);
+  if (!MakeContact()) {
+    ReportFailure();
+    return;
+  }
+  openPort.Caption = "Close";
+  Combo1[PortList].Enabled = true;
+  world_.Hide(*this);
+  transfer_.readDrive();
+  if (world_.IsPortOpen()) {
+    main_.mnuPositionLoop.Enabled = true;
+    main_.ErrCheck.Enabled = true;
+  }
+}
+
+void Form2::ReportFailure() {
+  world_.ShowMessage(
+      {"Unable to Communicate with the Drive. Check your connection and confirm you "
+       "have selected the right serial port.",
+       "Communication Error", MessageButtons::Ok, MessageIcon::Critical});
+  if (world_.IsPortOpen()) world_.ClosePort();
+  main_.ShowPort("");
+  DescribePorts();
+}
+
+bool Form2::MakeContact() {
+  if (!world_.OpenPort(link_.PortNumber, link_.SerialSettings)) return false;
+  const double baud = LeadingNumber(link_.SerialSettings);
+  link_.BitsPerMs = static_cast<std::int16_t>(baud / 1000);
+  const std::string behind = world_.DescribePort(link_.PortNumber);
+  openedAs_ = "COM" + std::to_string(link_.PortNumber) +
+              (behind.empty() ? "" : " (" + behind + ")") + ", " + FixedText(baud, 0) + " baud";
+  main_.ShowPort(PortText());
+
+  if (!ReadIdentity(Register::Identity1, FirstIdentity)) return false;
+  if (!ReadIdentity(Register::Identity2, SecondIdentity)) return false;
+  link_.ReadRegistersRetry(link_.DeviceAddress, Register::Flags, 1);
+  store_.DriveFlagsWord = link_.Raw();
+  store_[Slot::PulseEdge] = link_.Raw();
+  ApplyOperatingMode();
+  // Only a silent drive counts so far; after failed checks the connection goes on with what came.
+  constexpr int MostErrors = 10;
+  return link_.LinkErrorCount <= MostErrors;
+}
+
+bool Form2::ReadIdentity(Register reg, std::string& text) {
+  // Without a wait before it the reply is polled for and counts as an error, which nobody looks at.
+  link_.SendFrame(link_.DeviceAddress, Function::Read, reg, 1);
+  link_.ReceiveReply(link_.DeviceAddress, Function::Read);
+  if (link_.RxBuffer.empty()) return false;
+  text = std::to_string(link_.Raw());
+  return true;
+}
+
+void Form2::ApplyOperatingMode() {
+  const auto word = static_cast<std::uint16_t>(store_.DriveFlagsWord);
+  if ((word & flags::ModeMask) != flags::VelocityMode) return;
+  main_[Tool1::CurrentLoop].Enabled = false;
+  main_.MnuCurrentLoop.Enabled = false;
+  main_.mnuPositionLoop.Enabled = false;
+}
+
+std::string Form2::PortText() const {
+  return openedAs_ + ", device " + std::to_string(link_.DeviceAddress);
+}
+
+}  // namespace gainsmith
