@@ -28,7 +28,7 @@ struct ExchangeOptions {
   int DriveMs = 50;
   // Asked before a frame is sent again; true ends the exchange as failed. For commands that start
   // a motion: they must not go out again behind a stop that was sent meanwhile.
-  std::function<bool()> Abandon;
+  std::function<bool()> Abandon = {};
 };
 
 constexpr int DefaultRetryLimit = 10;

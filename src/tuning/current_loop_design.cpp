@@ -1,0 +1,75 @@
+// Form1: its design.
+#include "tuning/current_loop_window.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr int RowTwips = 345;
+constexpr int FieldRowTopTwips = 5070;
+constexpr int ReadOutTopTwips = 4530;
+constexpr Colour PlotGround = Rgb(16, 20, 24);
+
+std::string Indexed(const char* name, std::size_t index) {
+  return std::string(name) + "(" + std::to_string(index) + ")";
+}
+
+}  // namespace
+
+void Form1::BuildDesign() {
+  Name = "Form1";
+  Caption = "Current Loop";
+  ClientWidthTwips = 10080;
+  ClientHeightTwips = 5760;
+
+  Add(Picture1, "Picture1").Place(240, 240, 9600, 4200);
+  Picture1.BackColor = PlotGround;
+  Picture1.AccessibleName = "Current step response";
+
+  struct ReadOutPlace {
+    ReadOut Index;
+    const char* Caption;
+    int LeftTwips;
+    int WidthTwips;
+  };
+  constexpr ReadOutPlace ReadOuts[] = {
+      {HeightCaption, "value(A):", 240, 1200},
+      {Height, "", 1470, 1200},
+      {WidthCaption, "TimeValue(sample):", 6480, 2280},
+      {Width, "", 8790, 1050},
+  };
+  for (const ReadOutPlace& place : ReadOuts) {
+    Label& label = Add(Label3[place.Index], Indexed("Label3", place.Index));
+    label.Caption = place.Caption;
+    label.Place(place.LeftTwips, ReadOutTopTwips, place.WidthTwips, RowTwips);
+  }
+
+  struct FieldPlace {
+    Field Index;
+    const char* Caption;
+    int LabelLeftTwips;
+    int LabelWidthTwips;
+    int FieldLeftTwips;
+  };
+  constexpr FieldPlace Fields[] = {
+      {Kp, "Kp", 240, 450, 720},
+      {Ki, "Ki", 2280, 450, 2760},
+      {TestCurrent, "Test Current", 4320, 1560, 5910},
+  };
+  for (const FieldPlace& place : Fields) {
+    Label& label = Add(Label1[place.Index], Indexed("Label1", place.Index));
+    label.Caption = place.Caption;
+    label.Place(place.LabelLeftTwips, FieldRowTopTwips, place.LabelWidthTwips, RowTwips);
+    TextBox& text = Add(Text1[place.Index], Indexed("Text1", place.Index));
+    text.AccessibleName = place.Caption;
+    text.Place(place.FieldLeftTwips, FieldRowTopTwips, 1260, RowTwips);
+  }
+  Text1[TestCurrent].ToolTip = "Amperes";
+
+  Add(cmdTest, "cmdTest").Caption = "Test";
+  cmdTest.Place(8400, FieldRowTopTwips - 75, 1440, 495);
+
+  DataSource.IntervalMs = 100;
+  Timers.push_back(&DataSource);
+}
+
+}  // namespace gainsmith

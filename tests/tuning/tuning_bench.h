@@ -1,0 +1,73 @@
+// A bench for the tuning windows: the virtual world with a connected drive and the state that the
+// windows share.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "link/link.h"
+#include "params/parameter_store.h"
+#include "shell/shell_state.h"
+#include "support/serial_device.h"
+#include "support/virtual_user.h"
+#include "support/virtual_world.h"
+
+namespace gainsmith::test {
+
+inline constexpr const char* LostLink =
+    "Unable to communicate with the connected drive. Check your connection";
+
+// The simulated drive with a hook in front of it. For frames that are not broken off.
+class TappedDrive : public DriveDevice {
+ public:
+  // Called with the number of each request (from 0) before its first byte reaches the drive.
+  std::function<void(int)> BeforeRequest;
+  int Requests = 0;
+
+  void Receive(std::uint8_t byte, std::int64_t nowUs) override {
+    if (bytes_++ % 8 == 0) {
+      const int number = Requests++;
+      if (BeforeRequest) BeforeRequest(number);
+    }
+    DriveDevice::Receive(byte, nowUs);
+  }
+
+ private:
+  int bytes_ = 0;
+};
+
+struct Bench {
+  explicit Bench(SerialDevice& device) {
+    World.Devices[1] = &device;
+    World.OpenPort(1, "38400,n,8,2");
+  }
+  Bench(const Bench&) = delete;
+  Bench& operator=(const Bench&) = delete;
+
+  using Texts = std::vector<std::string>;
+
+  // Frames sent since the last call.
+  Texts TakeFrames() {
+    Texts frames = World.Log.Texts();
+    World.Log.Clear();
+    return frames;
+  }
+  // Texts of the messages shown since the last call.
+  Texts TakeMessages() {
+    Texts texts;
+    for (const Message& message : World.Messages) texts.push_back(message.Text);
+    World.Messages.clear();
+    return texts;
+  }
+
+  VirtualWorld World;
+  VirtualUser User{World};
+  gainsmith::Link Link{World};
+  ParameterStore Params;
+  ShellState Shell;
+};
+
+}  // namespace gainsmith::test
