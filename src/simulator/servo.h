@@ -2,14 +2,16 @@
 // registers.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 
-#include "simulator/current_loop.h"
+#include "simulator/axis.h"
 #include "simulator/error_log.h"
+#include "simulator/motion.h"
 #include "simulator/motor_preset.h"
 #include "simulator/noise.h"
+#include "simulator/recorder.h"
 #include "simulator/registers.h"
 
 namespace gainsmith::sim {
@@ -28,7 +30,8 @@ class Servo {
   // Called when a fault stops the motor, from inside Advance or Write; must not call back.
   using RaiseError = std::function<void(DriveError)>;
 
-  static constexpr int SampleCount = 600;  // words of sample memory, registers 256 to 855
+  static constexpr int SampleCount =
+      Recorder::SampleCount;  // words of sample memory, registers 256 to 855
 
   Servo(const RegisterBank& registers, RaiseError raiseError, const MotorPreset& preset,
         std::uint64_t seed);
@@ -57,7 +60,7 @@ class Servo {
   // Power off and on, with the bank filled anew: Stop, TakeParameters, and an empty sample memory.
   void Reset();
 
-  // A command or the background motion moves the motor, or it has not come to rest yet.
+  // A command or the background motion moves the motor, or it still turns by itself.
   bool Moving() const;
 
   // Moves the motor until stopped, or until a command takes over. Ignored while a command is
@@ -72,13 +75,36 @@ class Servo {
   std::int32_t PositionErrorPulses() const;
 
  private:
+  enum class MotionKind { None, PositionTest, VelocityTest, Jog, Background, Stop };
+
+  void Tick();
+  void TickPowered();
+  void WatchForRest();
+  void CommandPosition(std::uint16_t command);
+  void CommandVelocity(std::uint16_t command);
+  void Jog(double direction);
+  void BeginTest(std::unique_ptr<Motion> test, MotionKind kind);
+  void BeginStop();
+  void Begin(std::unique_ptr<Motion> motion, MotionKind kind);
+  void EndMotion();
   void RunCurrentTest();
 
   const RegisterBank& registers_;
   RaiseError raiseError_;
-  Noise noise_;
-  std::array<std::int16_t, SampleCount> memory_{};
-  double heldCurrentA_ = 0.0;
+  Axis axis_;
+  Noise stepNoise_;
+  Recorder recorder_;
+  std::unique_ptr<Motion> motion_;  // empty: the axis holds originPulses_, or has no power
+  MotionKind motionKind_ = MotionKind::None;
+  TimeUs nextTickUs_ = 0;
+  bool powered_ = true;
+  bool resting_ = true;  // with no motion: nothing changes any more
+  int stillTicks_ = 0;
+  std::int64_t lastPosition_ = 0;
+  double originPulses_ = 0.0;     // where the motion's positions count from
+  double commandedPulses_ = 0.0;  // reference of the last tick
+  double commandedPps_ = 0.0;
+  double testCurrentA_ = 0.0;  // held by the current step test, on a rotor that stands on its pole
 };
 
 }  // namespace gainsmith::sim
