@@ -1,0 +1,114 @@
+// Form4: see the header.
+#include "diagnostics/error_log_window.h"
+
+#include "diagnostics/short_exchange.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr int LampDarkMs = 200;
+
+}  // namespace
+
+Form4::Form4(World& world, Link& link, ShellState& shell)
+    : world_(world), link_(link), shell_(shell) {
+  Design();
+  Timer1.OnTimer = [this] { Timer1_Timer(); };
+  for (const CommandIndex index : {EraseCurrentError, EraseAllErrors}) {
+    Command1[index].OnClick = [this, index] { Command1_Click(index); };
+  }
+}
+
+void Form4::Form_Load() {
+  const Stay stay(*this);
+  LeftTwips = 3000;
+  TopTwips = 2000;
+  BlinkRunning = true;
+  const bool read =
+      link_.Exchange(Function::Read, Register::ErrorLog, ErrorLogEntries, ShortExchange);
+  if (stay.Over()) return;
+  if (!read) {
+    world_.ShowMessage(LinkFailureMessage(link_));
+    Timer1.Stop();
+    return;
+  }
+  for (int entry = 0; entry < ErrorLogEntries; ++entry) {
+    ShowEntry(entry, RawValue(link_.RxBuffer, entry));
+  }
+  Timer1.Start();
+}
+
+void Form4::ShowEntry(int entry, std::uint16_t word) {
+  for (int bit = 0; bit < ErrorKinds; ++bit) {
+    const bool present = (word >> bit & 1) != 0;
+    Lamp& lamp = Shape1[static_cast<std::size_t>(entry * BitsPerEntry + bit)];
+    lamp.BackColor = present ? ErrorPresent : ErrorAbsent;
+    // For eyes that do not tell red from green.
+    lamp.ToolTip = present ? lamp.AccessibleName : "";
+  }
+}
+
+void Form4::Timer1_Timer() {
+  passRunning_ = true;
+  BlinkRunning = true;
+  for (std::size_t bit = 0; bit < BitsPerEntry; ++bit) {
+    if (Shape1[bit].BackColor == ErrorPresent) {
+      Shape1[bit].Visible = false;
+      link_.WaitMs(LampDarkMs);
+      Shape1[bit].Visible = true;
+    }
+    if (!BlinkRunning || closeAsked_) {
+      CloseAfterPass();
+      return;
+    }
+  }
+  passRunning_ = false;
+  BlinkRunning = false;
+}
+
+void Form4::CloseAfterPass() {
+  passRunning_ = false;
+  BlinkRunning = false;
+  Timer1.Stop();
+  world_.Unload(*this);
+}
+
+bool Form4::Form_Unload() {
+  const bool passToCome = BlinkRunning && Timer1.Enabled();
+  if (passRunning_ || passToCome) {
+    BlinkRunning = false;
+    closeAsked_ = true;
+    return false;
+  }
+  Timer1.Stop();
+  closeAsked_ = false;
+  shell_.ChildWindowOpen = false;
+  // The next visit starts with a clean board, whatever drive it may find.
+  for (int entry = 0; entry < ErrorLogEntries; ++entry) ShowEntry(entry, 0);
+  return true;
+}
+
+void Form4::Command1_Click(CommandIndex index) {
+  const Stay stay(*this);
+  // An erase inside an erase would make the outer one send again, and erase once too often.
+  SetErasing(true);
+  const bool erased =
+      link_.Write(Register::ErrorLog, index == EraseAllErrors ? 1 : 0, ShortExchange);
+  if (!erased) world_.ShowMessage(LinkFailureMessage(link_));
+  if (!stay.Over()) {
+    if (erased) {
+      Form_Load();
+    } else {
+      Timer1.Stop();
+      world_.Unload(*this);
+    }
+  }
+  SetErasing(false);
+}
+
+void Form4::SetErasing(bool erasing) {
+  for (Button& button : Command1) button.Enabled = !erasing;
+  Pointer = erasing ? MousePointer::Hourglass : MousePointer::Default;
+}
+
+}  // namespace gainsmith
