@@ -1,0 +1,87 @@
+// Capture: see the header.
+#include "trace/capture.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "platform/number_text.h"
+
+namespace gainsmith {
+namespace {
+
+// One frame, no resend and no settling wait: the waits for a recording count frames themselves.
+const ExchangeOptions OneFrame{.RetryLimit = -1, .ClosingWait = false};
+
+}  // namespace
+
+void FillTraceTimes(ComboBox& combo) {
+  constexpr int At2000Ms = 12;
+  combo.Items.clear();
+  for (int divider : {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 12, 15, 20, 25, 30}) {
+    combo.Items.push_back({std::to_string(divider) + "00ms", divider, {}});
+  }
+  combo.Choose(At2000Ms);
+}
+
+RecordingWait TestWait(const TraceState& trace) {
+  return {.NotReadyLimit = 17,
+          .PauseMs = static_cast<int>(RoundHalfToEven(trace.SampleDivider * 100.0))};
+}
+
+RecordingWait AnyAnswerWait() { return {.AnyAnswer = true}; }
+
+RecordingWait ScopeWait(std::function<bool()> stop) {
+  return {.NotReadyLimit = 802, .StopBefore = stop, .StopAfter = std::move(stop)};
+}
+
+WaitResult WaitForRecording(Link& link, const RecordingWait& wait) {
+  constexpr int FrameLimit = DefaultRetryLimit + 2;
+  constexpr float Finished = 1;
+  int failures = 0;
+  int notReady = 0;
+  for (;;) {
+    if (wait.StopBefore && wait.StopBefore()) return WaitResult::Stopped;
+    if (!link.Read(Register::RecorderStatus, OneFrame)) {
+      if (++failures == FrameLimit) return WaitResult::LinkFailed;
+      continue;
+    }
+    // Taken before the settling wait, in which another handler may read something else.
+    const bool ready = wait.AnyAnswer || link.ReplyValues[0] == Finished;
+    link.WaitMs(link.ReplyWaitMs());
+    if (wait.StopAfter && wait.StopAfter()) return WaitResult::Stopped;
+    if (ready) return WaitResult::Ready;
+    if (++notReady == wait.NotReadyLimit) return WaitResult::NotReady;
+    if (wait.PauseMs > 0) link.WaitMs(wait.PauseMs);
+  }
+}
+
+bool ReadTraceBlock(Link& link, int offset, int lastOffset, std::vector<float>& traceRaw) {
+  const int count = lastOffset + 1;
+  if (!link.Exchange(Function::Read, Register::Samples + offset, static_cast<float>(count),
+                     {.ClosingWait = false})) {
+    return false;
+  }
+  std::copy_n(link.ReplyValues.begin(), count, traceRaw.begin() + offset);
+  return true;
+}
+
+UploadResult UploadTrace(Link& link, int channelCount, const std::function<bool()>& abandon) {
+  constexpr int LastOffset = 49;
+  constexpr int AbandonMs = 200;
+  const int words = ChannelSamples * channelCount;
+  // Not shared: another upload may run inside the waits of this one.
+  std::vector<float> traceRaw(static_cast<std::size_t>(words) + 1);
+  for (int offset = 0; offset < words; offset += LastOffset + 1) {
+    link.LinkErrorCount = 0;
+    if (abandon && abandon()) {
+      link.WaitMs(AbandonMs);
+      return UploadResult::Abandoned;
+    }
+    if (!ReadTraceBlock(link, offset, LastOffset, traceRaw)) return UploadResult::Failed;
+  }
+  link.ReplyValues = std::move(traceRaw);
+  return UploadResult::Done;
+}
+
+}  // namespace gainsmith

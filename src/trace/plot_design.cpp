@@ -1,0 +1,91 @@
+// Where a plot's controls lie in its window: see the header.
+#include "trace/plot_design.h"
+
+#include <string>
+
+namespace gainsmith {
+namespace {
+
+constexpr int LabelHeightTwips = 240;
+constexpr int GapTwips = 45;
+constexpr int LeftColumnTwips = 720;
+constexpr int Divisions = AxisLabels - 1;
+
+struct Column {
+  const char* Name;
+  int LeftTwips;
+  int WidthTwips;
+  TextAlignment Alignment;
+};
+
+void AddLabel(Window& window, Control& frame, Label& label, std::string name,
+              TextAlignment alignment) {
+  window.Add(label, std::move(name), &frame);
+  label.Alignment = alignment;
+}
+
+// Eleven labels beside the picture, each centred on its division's line; index 0 is the lowest.
+void AddColumn(Window& window, Control& frame, LabelColumn& labels, const PlotPlace& place,
+               const Column& column) {
+  for (int i = 0; i < AxisLabels; ++i) {
+    Label& label = labels[static_cast<std::size_t>(i)];
+    AddLabel(window, frame, label, column.Name + ("(" + std::to_string(i) + ")"), column.Alignment);
+    const int line = place.TopTwips + place.HeightTwips * (Divisions - i) / Divisions;
+    label.Place(column.LeftTwips, line - LabelHeightTwips / 2, column.WidthTwips, LabelHeightTwips);
+  }
+}
+
+void AddTimeAxis(Window& window, Control& frame, Plot& plot, const PlotPlace& place) {
+  const int division = place.WidthTwips / Divisions;
+  // Below the lowest labels of the columns, which reach half their height under the picture.
+  const int top = place.TopTwips + place.HeightTwips + LabelHeightTwips / 2;
+  for (int i = 0; i < AxisLabels; ++i) {
+    Label& label = plot.Label4[static_cast<std::size_t>(i)];
+    AddLabel(window, frame, label, "Label4(" + std::to_string(i) + ")", TextAlignment::Centre);
+    label.Place(place.LeftTwips + place.WidthTwips * i / Divisions - division / 2, top, division,
+                LabelHeightTwips);
+  }
+  AddLabel(window, frame, plot.Label8, "Label8", TextAlignment::Centre);
+  plot.Label8.Place(place.LeftTwips, top + LabelHeightTwips, place.WidthTwips, LabelHeightTwips);
+}
+
+}  // namespace
+
+void DesignPlot(Window& window, Control& frame, Plot& plot, const PlotPlace& place) {
+  window.Add(plot.Picture1, "Picture1", &frame);
+  plot.Picture1.Place(place.LeftTwips, place.TopTwips, place.WidthTwips, place.HeightTwips);
+  plot.Picture1.AccessibleName = "Plot of the last recording";
+
+  const int right = place.LeftTwips + place.WidthTwips;
+  const int velocityLeft = right + GapTwips;
+  const int positionLeft = velocityLeft + place.ColumnTwips + GapTwips;
+  AddColumn(window, frame, plot.Label3, place,
+            {"Label3", place.LeftTwips - GapTwips - LeftColumnTwips, LeftColumnTwips,
+             TextAlignment::Right});
+  AddTimeAxis(window, frame, plot, place);
+  AddColumn(window, frame, plot.Label6, place,
+            {"Label6", velocityLeft, place.ColumnTwips, TextAlignment::Left});
+
+  // Captions stand in one row over the columns, and reach over the picture where they are longer.
+  const int captionTop = place.TopTwips - LabelHeightTwips / 2 - LabelHeightTwips;
+  constexpr int CaptionTwips = 1500;
+  AddLabel(window, frame, plot.Label9, "Label9", TextAlignment::Left);
+  plot.Label9.Place(place.LeftTwips - GapTwips - LeftColumnTwips, captionTop, CaptionTwips,
+                    LabelHeightTwips);
+  AddLabel(window, frame, plot.Label10, "Label10", TextAlignment::Right);
+  if (plot.Description.ChannelCount != 3) {
+    plot.Label10.Place(velocityLeft + place.ColumnTwips - CaptionTwips, captionTop, CaptionTwips,
+                       LabelHeightTwips);
+    return;
+  }
+  AddColumn(window, frame, plot.Label5, place,
+            {"Label5", positionLeft, place.ColumnTwips, TextAlignment::Left});
+  constexpr int PositionCaptionTwips = 1650;
+  const int positionCaptionLeft = positionLeft + place.ColumnTwips - PositionCaptionTwips;
+  plot.Label10.Place(positionCaptionLeft - CaptionTwips, captionTop, CaptionTwips,
+                     LabelHeightTwips);
+  AddLabel(window, frame, plot.Label11, "Label11", TextAlignment::Right);
+  plot.Label11.Place(positionCaptionLeft, captionTop, PositionCaptionTwips, LabelHeightTwips);
+}
+
+}  // namespace gainsmith
