@@ -1,0 +1,234 @@
+// Views of buttons, check boxes and option buttons.
+#include <QCheckBox>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <memory>
+
+#include "desktop/control_view.h"
+#include "desktop/look.h"
+#include "desktop/window_view.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr int SwatchMarginPixels = 3;
+
+// A button that tells when it is held down and, exactly once for each time, when no longer.
+class HoldButton final : public QPushButton {
+ public:
+  using QPushButton::QPushButton;
+  std::function<void()> OnHold;
+  std::function<void()> OnLetGo;
+  QColor Swatch;
+
+  void LetGo() {
+    if (heldBy_ == 0) return;
+    heldBy_ = 0;
+    OnLetGo();
+  }
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    Hold(event->button());
+    QPushButton::mousePressEvent(event);
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (heldBy_ == static_cast<int>(event->button())) LetGo();
+    QPushButton::mouseReleaseEvent(event);
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+      if (!event->isAutoRepeat()) click();
+      return;
+    }
+    if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) Hold(Qt::Key_Space);
+    QPushButton::keyPressEvent(event);
+  }
+  void keyReleaseEvent(QKeyEvent* event) override {
+    const bool ends = event->key() == Qt::Key_Space && !event->isAutoRepeat();
+    if (ends && heldBy_ == Qt::Key_Space) LetGo();
+    QPushButton::keyReleaseEvent(event);
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    LetGo();
+    QPushButton::focusOutEvent(event);
+  }
+  void hideEvent(QHideEvent* event) override {
+    LetGo();
+    QPushButton::hideEvent(event);
+  }
+  void changeEvent(QEvent* event) override {
+    if (event->type() == QEvent::EnabledChange && !isEnabled()) LetGo();
+    QPushButton::changeEvent(event);
+  }
+  bool event(QEvent* event) override {
+    switch (event->type()) {
+      case QEvent::UngrabMouse:
+      case QEvent::WindowDeactivate:
+      case QEvent::WindowBlocked:
+        LetGo();
+        break;
+      default:
+        break;
+    }
+    return QPushButton::event(event);
+  }
+  void paintEvent(QPaintEvent* event) override {
+    QPushButton::paintEvent(event);
+    if (!Swatch.isValid()) return;
+    QPainter painter(this);
+    painter.setOpacity(isEnabled() ? 1.0 : 0.4);
+    painter.fillRect(rect().adjusted(SwatchMarginPixels, SwatchMarginPixels, -SwatchMarginPixels,
+                                     -SwatchMarginPixels),
+                     Swatch);
+  }
+
+ private:
+  void Hold(int by) {
+    if (heldBy_ != 0) return;
+    heldBy_ = by;
+    OnHold();
+  }
+
+  // The mouse button or key that holds it; 0: none.
+  int heldBy_ = 0;
+};
+
+class ButtonView final : public ControlView {
+ public:
+  ButtonView(WindowView& window, Button& record, HoldButton* button)
+      : ControlView(window, record, button), record_(record), button_(button) {
+    button_->OnHold = [this] { OnHold(); };
+    button_->OnLetGo = [this] { OnLetGo(); };
+    connect(button_, &QPushButton::clicked, this, [this] {
+      Post([&record = record_] {
+        if (record.OnClick) record.OnClick();
+      });
+    });
+  }
+
+  void LetGo() override { button_->LetGo(); }
+
+ protected:
+  void ReflectCaption() override { button_->setText(ShownText(record_.Caption)); }
+  void ReflectColours() override {
+    if (!record_.Swatch) {
+      ControlView::ReflectColours();
+      button_->setAutoFillBackground(false);
+      return;
+    }
+    button_->Swatch = FixedColour(record_.BackColor).value_or(QColor(Qt::gray));
+    button_->update();
+  }
+  void ReflectOwn() override {}
+
+ private:
+  void OnHold() {
+    pressed_ = std::make_shared<bool>(false);
+    Post([&record = record_, pressed = pressed_] {
+      *pressed = true;
+      if (record.OnPress) record.OnPress();
+    });
+  }
+  // A release goes with a press that has been handled, whatever became of the window since.
+  void OnLetGo() {
+    Owner().PostAlways([&record = record_, pressed = pressed_] {
+      if (*pressed && record.OnRelease) record.OnRelease();
+    });
+  }
+
+  Button& record_;
+  HoldButton* button_;
+  // Whether the handler of the present press has been called.
+  std::shared_ptr<bool> pressed_ = std::make_shared<bool>(false);
+};
+
+class CheckBoxView final : public ControlView {
+ public:
+  CheckBoxView(WindowView& window, CheckBox& record, QCheckBox* box)
+      : ControlView(window, record, box), record_(record), box_(box) {
+    connect(box_, &QCheckBox::clicked, this, [this](bool ticked) {
+      Post([this, &record = record_, ticked, self = QPointer<ControlView>(this)] {
+        record.Ticked = ticked;
+        if (self) ticked_ = ticked;
+        if (record.OnClick) record.OnClick();
+      });
+    });
+  }
+
+  void Forget() override {
+    ControlView::Forget();
+    ticked_.reset();
+  }
+
+ protected:
+  void ReflectCaption() override { box_->setText(ShownText(record_.Caption)); }
+  void ReflectOwn() override {
+    if (Changed(ticked_, record_.Ticked)) box_->setChecked(record_.Ticked);
+  }
+
+ private:
+  CheckBox& record_;
+  QCheckBox* box_;
+  std::optional<bool> ticked_;
+};
+
+void SelectAlone(const Window& window, OptionButton& chosen) {
+  for (Control* control : window.Controls) {
+    const bool sameGroup = control->Kind == ControlKind::OptionButton &&
+                           control->Container == chosen.Container && control->Page == chosen.Page;
+    if (sameGroup) static_cast<OptionButton*>(control)->Selected = control == &chosen;
+  }
+}
+
+class OptionButtonView final : public ControlView {
+ public:
+  OptionButtonView(WindowView& window, OptionButton& record, QRadioButton* button)
+      : ControlView(window, record, button), record_(record), button_(button) {
+    connect(button_, &QRadioButton::clicked, this, [this] {
+      Post([&record = record_, &window = Owner().Record()] {
+        if (record.Selected) return;
+        SelectAlone(window, record);
+        if (record.OnClick) record.OnClick();
+      });
+    });
+  }
+
+ protected:
+  void ReflectCaption() override { button_->setText(ShownText(record_.Caption)); }
+  void ReflectOwn() override {
+    // While a click is on its way to the record the widget is ahead of it; both agree after that.
+    if (!Changed(selected_, record_.Selected)) return;
+    // An exclusive group refuses to have none of its buttons on.
+    button_->setAutoExclusive(false);
+    button_->setChecked(record_.Selected);
+    button_->setAutoExclusive(true);
+  }
+  void Forget() override {
+    ControlView::Forget();
+    selected_.reset();
+  }
+
+ private:
+  OptionButton& record_;
+  QRadioButton* button_;
+  std::optional<bool> selected_;
+};
+
+}  // namespace
+
+ControlView* MakeButtonView(WindowView& window, Button& record, QWidget* parent) {
+  return new ButtonView(window, record, new HoldButton(parent));
+}
+
+ControlView* MakeCheckBoxView(WindowView& window, CheckBox& record, QWidget* parent) {
+  return new CheckBoxView(window, record, new QCheckBox(parent));
+}
+
+ControlView* MakeOptionButtonView(WindowView& window, OptionButton& record, QWidget* parent) {
+  return new OptionButtonView(window, record, new QRadioButton(parent));
+}
+
+}  // namespace gainsmith

@@ -1,0 +1,158 @@
+// Views of frames and tabs.
+#include <QGroupBox>
+#include <QPainter>
+#include <QStyleOptionTabWidgetFrame>
+#include <QTabBar>
+
+#include "desktop/control_view.h"
+#include "desktop/look.h"
+#include "desktop/window_view.h"
+
+namespace gainsmith {
+namespace {
+
+// Controls on a page are placed inside the whole tab control; its strip takes 360 twips.
+constexpr int TabStripHeightPixels = 24;
+
+// A group box whose border starts in the middle of its caption, as the places of its contents
+// expect, and not below it.
+class FrameBox final : public QWidget {
+ public:
+  using QWidget::QWidget;
+  QString Caption;
+  bool Border = true;
+
+  QFont CaptionFont() const {
+    QFont bold = font();
+    bold.setBold(true);
+    return bold;
+  }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    if (!Border) return;
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QFontMetrics metrics(CaptionFont());
+    const int captionWidth = metrics.horizontalAdvance(Caption);
+    const qreal top = Caption.isEmpty() ? 0 : metrics.height() / 2.0;
+    QColor line = palette().color(QPalette::WindowText);
+    line.setAlphaF(0.25F);
+    if (!Caption.isEmpty()) {
+      const QRect gap(CaptionLeft - CaptionGap, 0, captionWidth + 2 * CaptionGap, metrics.height());
+      painter.setClipRegion(QRegion(rect()) - gap);
+    }
+    painter.setPen(line);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, top + 0.5, -0.5, -0.5), 4, 4);
+    painter.setClipping(false);
+    painter.setFont(CaptionFont());
+    painter.setPen(
+        palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
+    painter.drawText(QPoint(CaptionLeft, metrics.ascent()), Caption);
+  }
+
+ private:
+  static constexpr int CaptionLeft = 10;
+  static constexpr int CaptionGap = 3;
+};
+
+class FrameView final : public ControlView {
+ public:
+  FrameView(WindowView& window, Frame& record, FrameBox* box)
+      : ControlView(window, record, box), record_(record), box_(box) {}
+
+ protected:
+  void ReflectCaption() override {
+    box_->Caption = ShownText(record_.Caption);
+    box_->update();
+  }
+  void ReflectOwn() override {
+    if (!Changed(border_, record_.Border)) return;
+    box_->Border = record_.Border;
+    box_->update();
+  }
+
+ private:
+  Frame& record_;
+  FrameBox* box_;
+  std::optional<bool> border_;
+};
+
+// A strip of tabs above one page for each.
+class TabsPane final : public QWidget {
+ public:
+  explicit TabsPane(QWidget* parent) : QWidget(parent), Bar(new QTabBar(this)) {
+    Bar->setFixedHeight(TabStripHeightPixels);
+    Bar->setExpanding(false);
+    Bar->setDrawBase(false);
+  }
+  QTabBar* const Bar;
+  std::vector<QWidget*> Pages;
+
+  void ShowPage(int current) {
+    for (int i = 0; i < static_cast<int>(Pages.size()); ++i) {
+      Pages[static_cast<std::size_t>(i)]->setVisible(i == current);
+    }
+  }
+
+ protected:
+  void resizeEvent(QResizeEvent*) override {
+    Bar->setGeometry(0, 0, width(), TabStripHeightPixels);
+    for (QWidget* page : Pages) {
+      page->setGeometry(0, TabStripHeightPixels, width(), height() - TabStripHeightPixels);
+    }
+  }
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    QStyleOptionTabWidgetFrame option;
+    option.initFrom(this);
+    option.rect = rect().adjusted(0, TabStripHeightPixels - 1, 0, 0);
+    option.lineWidth = 1;
+    style()->drawPrimitive(QStyle::PE_FrameTabWidget, &option, &painter, this);
+  }
+};
+
+class TabsView final : public ControlView {
+ public:
+  TabsView(WindowView& window, Tabs& record, TabsPane* pane)
+      : ControlView(window, record, pane), record_(record), pane_(pane) {
+    for (const std::string& page : record.Pages) {
+      pane_->Pages.push_back(new QWidget(pane_));
+      pane_->Bar->addTab(ShownText(page));
+    }
+    connect(pane_->Bar, &QTabBar::currentChanged, this, [this](int page) {
+      pane_->ShowPage(page);
+      if (Owner().Host().Reflecting || Owner().Detached()) return;
+      record_.CurrentPage = page;
+      currentPage_ = page;
+    });
+  }
+
+  QWidget* PageParent(int page) override { return pane_->Pages.at(static_cast<std::size_t>(page)); }
+  QPoint PageOrigin() const override { return {0, TabStripHeightPixels}; }
+  QWidget* FocusWidget() override { return pane_->Bar; }
+
+ protected:
+  void ReflectOwn() override {
+    if (!Changed(currentPage_, record_.CurrentPage)) return;
+    pane_->Bar->setCurrentIndex(record_.CurrentPage);
+    pane_->ShowPage(record_.CurrentPage);
+  }
+
+ private:
+  Tabs& record_;
+  TabsPane* pane_;
+  std::optional<int> currentPage_;
+};
+
+}  // namespace
+
+ControlView* MakeFrameView(WindowView& window, Frame& record, QWidget* parent) {
+  return new FrameView(window, record, new FrameBox(parent));
+}
+
+ControlView* MakeTabsView(WindowView& window, Tabs& record, QWidget* parent) {
+  return new TabsView(window, record, new TabsPane(parent));
+}
+
+}  // namespace gainsmith

@@ -1,0 +1,113 @@
+// What all control views have in common: place, visibility, colours, names.
+#include "desktop/control_view.h"
+
+#include <utility>
+
+#include "desktop/look.h"
+#include "desktop/window_view.h"
+
+namespace gainsmith {
+
+ControlView::ControlView(WindowView& window, Control& record, QWidget* widget)
+    : QObject(widget), window_(window), record_(record), widget_(widget) {
+  widget_->setObjectName(ToQt(window.Record().Name + "." + record.Name));
+}
+
+void ControlView::Forget() {
+  caption_.reset();
+  enabled_.reset();
+  backColor_.reset();
+  foreColor_.reset();
+}
+
+void ControlView::Reflect() {
+  ReflectPlace();
+  if (Changed(toolTip_, record_.ToolTip)) widget_->setToolTip(ShownText(record_.ToolTip));
+  const std::string& spoken =
+      record_.AccessibleName.empty() ? record_.Caption : record_.AccessibleName;
+  if (Changed(accessibleName_, spoken)) FocusWidget()->setAccessibleName(ShownText(spoken));
+  if (Changed(caption_, record_.Caption)) ReflectCaption();
+  const bool backChanged = Changed(backColor_, record_.BackColor);
+  const bool foreChanged = Changed(foreColor_, record_.ForeColor);
+  if (backChanged || foreChanged) ReflectColours();
+  ReflectOwn();
+  if (Changed(enabled_, record_.Enabled)) widget_->setEnabled(record_.Enabled);
+  if (Changed(visible_, record_.Visible)) widget_->setVisible(record_.Visible);
+}
+
+void ControlView::ReflectPlace() {
+  // Edges are rounded, not lengths, so that neighbours stay neighbours.
+  const int left = PixelsFromTwips(record_.LeftTwips);
+  const int top = PixelsFromTwips(record_.TopTwips);
+  const QRect place(left, top, PixelsFromTwips(record_.LeftTwips + record_.WidthTwips) - left,
+                    PixelsFromTwips(record_.TopTwips + record_.HeightTwips) - top);
+  if (Changed(place_, place)) window_.PlaceWidget(*this, place);
+}
+
+QColor ControlView::Background() const {
+  if (const auto own = FixedColour(record_.BackColor)) return *own;
+  return window_.BackgroundUnder(record_);
+}
+
+void ControlView::ReflectColours() {
+  const auto back = FixedColour(record_.BackColor);
+  const auto fore = FixedColour(record_.ForeColor);
+  const QColor background = Background();
+  const bool coloured = back || FixedColour(window_.Record().BackColor);
+  QPalette palette;
+  if (back) {
+    for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+      palette.setColor(role, *back);
+    }
+  }
+  if (fore || coloured) {
+    const QColor text = fore ? Readable(*fore, background) : TextOn(background);
+    palette.setColor(QPalette::WindowText, text);
+    if (fore || back) {
+      palette.setColor(QPalette::Text, text);
+      palette.setColor(QPalette::ButtonText, text);
+    }
+  }
+  widget_->setPalette(palette);
+  widget_->setAutoFillBackground(back.has_value());
+}
+
+void ControlView::Post(std::function<void()> run) {
+  window_.Post(std::move(run), [&window = window_] { window.ForgetAll(); });
+}
+
+ControlView* MakeControlView(WindowView& window, Control& record, QWidget* parent) {
+  switch (record.Kind) {
+    case ControlKind::Label:
+      return MakeLabelView(window, static_cast<Label&>(record), parent);
+    case ControlKind::TextBox:
+      return MakeTextBoxView(window, static_cast<TextBox&>(record), parent);
+    case ControlKind::Button:
+      return MakeButtonView(window, static_cast<Button&>(record), parent);
+    case ControlKind::CheckBox:
+      return MakeCheckBoxView(window, static_cast<CheckBox&>(record), parent);
+    case ControlKind::OptionButton:
+      return MakeOptionButtonView(window, static_cast<OptionButton&>(record), parent);
+    case ControlKind::ComboBox:
+      return MakeComboBoxView(window, static_cast<ComboBox&>(record), parent);
+    case ControlKind::Frame:
+      return MakeFrameView(window, static_cast<Frame&>(record), parent);
+    case ControlKind::Tabs:
+      return MakeTabsView(window, static_cast<Tabs&>(record), parent);
+    case ControlKind::PictureBox:
+      return MakePictureBoxView(window, static_cast<PictureBox&>(record), parent);
+    case ControlKind::Lamp:
+      return MakeLampView(window, static_cast<Lamp&>(record), parent);
+    case ControlKind::ProgressBar:
+      return MakeProgressBarView(window, static_cast<ProgressBar&>(record), parent);
+    case ControlKind::StatusBar:
+      return MakeStatusBarView(window, static_cast<StatusBar&>(record), parent);
+    case ControlKind::Grid:
+      return MakeGridView(window, static_cast<Grid&>(record), parent);
+    case ControlKind::Image:
+      return MakeImageView(window, static_cast<Image&>(record), parent);
+  }
+  return nullptr;
+}
+
+}  // namespace gainsmith

@@ -1,0 +1,282 @@
+// DesktopWorld: time, windows and input. Ports, files and dialogs are only passed on.
+#include "desktop/desktop_world.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QDate>
+#include <QLineEdit>
+#include <QScreen>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/dialogs.h"
+#include "desktop/files.h"
+#include "desktop/look.h"
+#include "desktop/port_names.h"
+#include "desktop/sql_row_store.h"
+
+namespace gainsmith {
+namespace {
+
+// Progress loops ask for a repaint with every step; the eye needs no more than this.
+constexpr int RepaintEveryMs = 15;
+
+bool IsUserInput(QEvent::Type type) {
+  switch (type) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::KeyPress:
+    case QEvent::InputMethod:
+    case QEvent::Shortcut:
+    case QEvent::ShortcutOverride:
+    case QEvent::ContextMenu:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::DragEnter:
+    case QEvent::Drop:
+    case QEvent::Close:
+      return true;
+    default:
+      return false;
+  }
+}
+
+Qt::CursorShape ShapeOf(MousePointer pointer) {
+  return pointer == MousePointer::Hourglass ? Qt::WaitCursor : Qt::WhatsThisCursor;
+}
+
+}  // namespace
+
+// While one stands, timers and user actions wait, and the pointer is the ordinary one.
+class DesktopWorld::DialogScope {
+ public:
+  explicit DialogScope(DesktopWorld& world) : world_(world) {
+    world_.BeforeSleep();
+    world_.timers_.Hold();
+    world_.queue_.Hold();
+    if (world_.screenPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
+  }
+  DialogScope(const DialogScope&) = delete;
+  DialogScope& operator=(const DialogScope&) = delete;
+  ~DialogScope() {
+    if (world_.screenPointer_ != MousePointer::Default) {
+      QApplication::setOverrideCursor(ShapeOf(world_.screenPointer_));
+    }
+    world_.queue_.Release();
+    world_.timers_.Release();
+  }
+  static QWidget* Parent() { return QApplication::activeWindow(); }
+
+ private:
+  DesktopWorld& world_;
+};
+
+DesktopWorld::DesktopWorld(std::string programDirectory)
+    : programDirectory_(std::move(programDirectory)), timers_(*this), host_{*this, queue_} {
+  QApplication::setQuitOnLastWindowClosed(false);
+  qApp->installEventFilter(this);
+  connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
+          [this] { BeforeSleep(); });
+}
+
+DesktopWorld::~DesktopWorld() {
+  qApp->removeEventFilter(this);
+  for (const auto& view : views_) {
+    if (view) view->Detach();
+  }
+  queue_.Clear();
+  for (const auto& topLevel : topLevels_) delete topLevel;
+  if (screenPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
+}
+
+bool DesktopWorld::OpenPort(int portNumber, const std::string& settings) {
+  return line_.Open(PortDevice(ToQt(programDirectory_), portNumber), settings);
+}
+
+std::string DesktopWorld::DescribePort(int portNumber) {
+  return FromQt(PortDescription(ToQt(programDirectory_), portNumber));
+}
+
+void DesktopWorld::PumpEvents(std::int64_t deadlineMs) {
+  if (Ended()) return;
+  BeforeSleep();
+  pump_.Run(deadlineMs);
+}
+
+int DesktopWorld::PresentYear() { return QDate::currentDate().year(); }
+
+void DesktopWorld::BeforeSleep() {
+  if (host_.Reflecting || Ended()) return;
+  host_.Reflecting = true;
+  for (const Window* window : LoadedWindows()) {
+    WindowView* view = ViewOf(*window);
+    if (view != nullptr && window->Visible) view->Reflect();
+  }
+  host_.Reflecting = false;
+  FocusPending();
+  timers_.Rescan();
+}
+
+WindowView* DesktopWorld::ViewOf(const Window& window) const {
+  const auto view = std::find_if(views_.begin(), views_.end(), [&](const auto& v) {
+    return v && !v->Detached() && &v->Record() == &window;
+  });
+  return view == views_.end() ? nullptr : view->data();
+}
+
+const WindowView* DesktopWorld::ViewOfWidget(const QWidget* widget) const {
+  for (; widget != nullptr; widget = widget->parentWidget()) {
+    const auto view = std::find_if(views_.begin(), views_.end(),
+                                   [&](const auto& v) { return v && &v->TopLevel() == widget; });
+    if (view != views_.end()) return view->data();
+    // The list of a combo box is part of its window, a message box is not.
+    if (widget->isWindow() && widget->windowType() != Qt::Popup) return nullptr;
+  }
+  return nullptr;
+}
+
+QWidget* DesktopWorld::MainWidget() const {
+  for (const auto& view : views_) {
+    if (view && !view->Detached() && dynamic_cast<FrameWindow*>(&view->Record()) != nullptr) {
+      return &view->TopLevel();
+    }
+  }
+  return nullptr;
+}
+
+void DesktopWorld::WindowShown(Window& window) {
+  WindowView* view = ViewOf(window);
+  if (view == nullptr) {
+    std::erase_if(views_, [](const auto& v) { return v.isNull(); });
+    std::erase_if(topLevels_, [](const auto& t) { return t.isNull(); });
+    view = WindowView::Make(host_, window);
+    views_.emplace_back(view);
+    topLevels_.emplace_back(&view->TopLevel());
+  }
+  BeforeSleep();
+  view->Show(MainWidget());
+}
+
+void DesktopWorld::WindowHidden(Window& window) {
+  WindowView* view = ViewOf(window);
+  if (view != nullptr) {
+    if (window.Loaded) {
+      view->TopLevel().hide();
+    } else {
+      view->Detach();
+    }
+    if (Window* modal = ModalWindow(); modal != nullptr && ViewOf(*modal) != nullptr) {
+      ViewOf(*modal)->TopLevel().activateWindow();
+    } else if (QWidget* main = MainWidget()) {
+      main->activateWindow();
+    }
+  }
+  if (!window.Loaded && dynamic_cast<FrameWindow*>(&window) != nullptr) EndProgram();
+}
+
+void DesktopWorld::ProgramEnded() {
+  for (const auto& view : views_) {
+    if (view) view->Detach();
+  }
+  queue_.Clear();
+  QCoreApplication::exit(0);
+}
+
+void DesktopWorld::SetFocus(Control& control) {
+  pendingFocus_ = &control;
+  BeforeSleep();
+}
+
+// A control may be given the keyboard before its window is on the screen, or enabled.
+void DesktopWorld::FocusPending() {
+  if (pendingFocus_ == nullptr) return;
+  for (const auto& view : views_) {
+    if (!view || view->Detached()) continue;
+    ControlView* control = view->ViewOf(*pendingFocus_);
+    if (control == nullptr) continue;
+    pendingFocus_ = nullptr;
+    QWidget* widget = control->FocusWidget();
+    widget->setFocus(Qt::OtherFocusReason);
+    if (auto* edit = dynamic_cast<QLineEdit*>(widget)) edit->selectAll();
+    return;
+  }
+}
+
+void DesktopWorld::SetScreenPointer(MousePointer pointer) {
+  if (pointer == screenPointer_ || Ended()) return;
+  if (screenPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
+  screenPointer_ = pointer;
+  if (pointer != MousePointer::Default) QApplication::setOverrideCursor(ShapeOf(pointer));
+}
+
+int DesktopWorld::ScreenWidthTwips() {
+  return TwipsFromPixels(QApplication::primaryScreen()->size().width());
+}
+
+int DesktopWorld::ScreenHeightTwips() {
+  return TwipsFromPixels(QApplication::primaryScreen()->size().height());
+}
+
+void DesktopWorld::Repaint(Window& window) {
+  if (Ended()) return;
+  if (sinceRepaint_.isValid() && sinceRepaint_.elapsed() < RepaintEveryMs) return;
+  BeforeSleep();
+  if (WindowView* view = ViewOf(window)) view->TopLevel().repaint();
+  sinceRepaint_.start();
+}
+
+MessageAnswer DesktopWorld::ShowMessage(const Message& message) {
+  if (Ended()) return message.Default;
+  const DialogScope scope(*this);
+  return RunMessageBox(DialogScope::Parent(), message);
+}
+
+ChosenFile DesktopWorld::AskOpenFile(const std::string& filter) {
+  if (Ended()) return {};
+  const DialogScope scope(*this);
+  return RunFileDialog(DialogScope::Parent(), FilePurpose::Open, filter);
+}
+
+ChosenFile DesktopWorld::AskSaveFile(const std::string& filter) {
+  if (Ended()) return {};
+  const DialogScope scope(*this);
+  return RunFileDialog(DialogScope::Parent(), FilePurpose::Save, filter);
+}
+
+std::optional<Colour> DesktopWorld::AskColour(Colour present) {
+  if (Ended()) return std::nullopt;
+  const DialogScope scope(*this);
+  return RunColourDialog(DialogScope::Parent(), present);
+}
+
+std::optional<std::string> DesktopWorld::ReadFile(const std::string& path) {
+  return ReadWholeFile(path);
+}
+
+bool DesktopWorld::WriteFile(const std::string& path, const std::string& bytes) {
+  return !Ended() && WriteWholeFile(path, bytes);
+}
+
+bool DesktopWorld::FileExists(const std::string& path) { return IsFile(path); }
+
+void DesktopWorld::OpenDocument(const std::string& address) {
+  if (!Ended()) OpenWithDesktop(address);
+}
+
+std::unique_ptr<RowStore> DesktopWorld::OpenRows(const std::string& path,
+                                                 const std::string& table) {
+  return OpenRowStore(path, table);
+}
+
+bool DesktopWorld::eventFilter(QObject* receiver, QEvent* event) {
+  if (!IsUserInput(event->type()) || ModalWindow() == nullptr) return false;
+  const auto* widget = dynamic_cast<const QWidget*>(receiver);
+  const WindowView* view = widget == nullptr ? nullptr : ViewOfWidget(widget);
+  const bool held = view != nullptr && !view->Detached() && !TakesInput(*this, view->Record());
+  if (held && event->type() == QEvent::Close) event->ignore();
+  return held;
+}
+
+}  // namespace gainsmith

@@ -1,0 +1,91 @@
+// DesktopWorld: the world of real windows, a real serial port and real time.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "desktop/event_pump.h"
+#include "desktop/input_queue.h"
+#include "desktop/serial_line.h"
+#include "desktop/window_timers.h"
+#include "desktop/window_view.h"
+#include "platform/world.h"
+
+namespace gainsmith {
+
+// Made after the QApplication and its look, and destroyed before it. Touches no record after
+// EndProgram, nor when it is destroyed; the records of windows on show must outlive either.
+class DesktopWorld final : public World, private QObject {
+ public:
+  // Fixed files and COM links are looked for in `programDirectory`.
+  explicit DesktopWorld(std::string programDirectory);
+  ~DesktopWorld() override;
+
+  bool OpenPort(int portNumber, const std::string& settings) override;
+  void ClosePort() override { line_.Close(); }
+  bool IsPortOpen() const override { return line_.IsOpen(); }
+  int BytesAvailable() override { return line_.BytesAvailable(); }
+  void ClearInput() override { line_.ClearInput(); }
+  void ClearOutput() override { line_.ClearOutput(); }
+  std::vector<std::uint8_t> ReadAll() override { return line_.ReadAll(); }
+  void WriteByte(std::uint8_t byte) override { line_.WriteByte(byte); }
+  std::string DescribePort(int portNumber) override;
+
+  std::int64_t NowMs() override { return EventPump::NowMs(); }
+  void PumpEvents(std::int64_t deadlineMs) override;
+  int PresentYear() override;
+
+  void SetFocus(Control& control) override;
+  void SetScreenPointer(MousePointer pointer) override;
+  int ScreenWidthTwips() override;
+  int ScreenHeightTwips() override;
+  void Repaint(Window& window) override;
+
+  MessageAnswer ShowMessage(const Message& message) override;
+  ChosenFile AskOpenFile(const std::string& filter) override;
+  ChosenFile AskSaveFile(const std::string& filter) override;
+  std::optional<Colour> AskColour(Colour present) override;
+
+  std::string ProgramDirectory() override { return programDirectory_; }
+  std::optional<std::string> ReadFile(const std::string& path) override;
+  bool WriteFile(const std::string& path, const std::string& bytes) override;
+  bool FileExists(const std::string& path) override;
+  void OpenDocument(const std::string& address) override;
+  std::unique_ptr<RowStore> OpenRows(const std::string& path, const std::string& table) override;
+
+ protected:
+  void WindowShown(Window& window) override;
+  void WindowHidden(Window& window) override;
+  void ProgramEnded() override;
+  // Keeps input from windows that another one holds it from, their load included.
+  bool eventFilter(QObject* receiver, QEvent* event) override;
+
+ private:
+  class DialogScope;
+  // Brings records that changed onto widgets and takes note of timers.
+  void BeforeSleep();
+  WindowView* ViewOf(const Window& window) const;
+  const WindowView* ViewOfWidget(const QWidget* widget) const;
+  QWidget* MainWidget() const;
+  void FocusPending();
+
+  std::string programDirectory_;
+  EventPump pump_;
+  InputQueue queue_;
+  WindowTimers timers_;
+  SerialLine line_;
+  ViewHost host_;
+  // Widgets belong to themselves until the end; those that are left then are deleted here.
+  std::vector<QPointer<WindowView>> views_;
+  std::vector<QPointer<QWidget>> topLevels_;
+  Control* pendingFocus_ = nullptr;
+  MousePointer screenPointer_ = MousePointer::Default;
+  QElapsedTimer sinceRepaint_;
+};
+
+}  // namespace gainsmith

@@ -1,0 +1,115 @@
+// Menus and tool buttons from their records.
+#include "desktop/frame_bars.h"
+
+#include <QAction>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QToolBar>
+#include <QToolButton>
+#include <memory>
+#include <vector>
+
+#include "desktop/icons.h"
+#include "desktop/look.h"
+#include "desktop/window_view.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr QSize ToolIconSize(24, 24);
+
+// An action and what it shows of its record.
+struct MenuEntry {
+  MenuItem* Record;
+  QAction* Action;
+  std::string Caption;
+
+  void Reflect() {
+    if (Caption != Record->Caption) {
+      Caption = Record->Caption;
+      Action->setText(ShownText(Caption));
+    }
+    // Qt compares before it does anything.
+    Action->setEnabled(Record->Enabled);
+    Action->setVisible(Record->Visible);
+  }
+};
+
+struct ToolEntry {
+  ToolButton* Record;
+  QAction* Action;
+};
+
+struct Bars {
+  std::vector<MenuEntry> Menus;
+  std::vector<ToolEntry> Tools;
+};
+
+void AddMenuItem(Bars& bars, WindowView& view, QWidget& parent, MenuItem& item) {
+  if (item.Caption == "-") {
+    auto* separator = new QAction(&parent);
+    separator->setSeparator(true);
+    parent.addAction(separator);
+    return;
+  }
+  QAction* action = nullptr;
+  if (item.Items.empty()) {
+    action = new QAction(&parent);
+    action->setShortcut(QKeySequence(ToQt(item.Shortcut)));
+    QObject::connect(action, &QAction::triggered, &view, [&view, &item] {
+      view.Post([&item] {
+        if (item.OnClick) item.OnClick();
+      });
+    });
+  } else {
+    auto* menu = new QMenu(&parent);
+    menu->setObjectName(ToQt(view.Record().Name + "." + item.Name));
+    for (MenuItem* below : item.Items) AddMenuItem(bars, view, *menu, *below);
+    action = menu->menuAction();
+  }
+  action->setObjectName(ToQt(view.Record().Name + "." + item.Name));
+  action->setText(ShownText(item.Caption));
+  parent.addAction(action);
+  bars.Menus.push_back({&item, action, item.Caption});
+}
+
+void AddToolButton(Bars& bars, WindowView& view, QToolBar& bar, ToolButton& button) {
+  auto* action = new QAction(ProgramIcon(button.Icon), ShownText(button.ToolTip), &bar);
+  action->setToolTip(ShownText(button.ToolTip));
+  QObject::connect(action, &QAction::triggered, &view, [&view, &button] {
+    view.Post([&button] {
+      if (button.OnClick) button.OnClick();
+    });
+  });
+  bar.addAction(action);
+  QWidget* widget = bar.widgetForAction(action);
+  widget->setObjectName(
+      ToQt(view.Record().Name + ".Toolbar1(" + std::to_string(bars.Tools.size() + 1) + ")"));
+  widget->setAccessibleName(action->toolTip());
+  // Reachable by keyboard, as every other control is.
+  widget->setFocusPolicy(Qt::TabFocus);
+  bars.Tools.push_back({&button, action});
+}
+
+}  // namespace
+
+std::function<void()> MakeFrameBars(WindowView& view, FrameWindow& record, QMainWindow& window) {
+  const auto bars = std::make_shared<Bars>();
+  for (MenuItem* item : record.Menus) AddMenuItem(*bars, view, *window.menuBar(), *item);
+  if (!record.ToolButtons.empty()) {
+    auto* bar = new QToolBar(&window);
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+    bar->setIconSize(ToolIconSize);
+    for (ToolButton* button : record.ToolButtons) AddToolButton(*bars, view, *bar, *button);
+    window.setContextMenuPolicy(Qt::NoContextMenu);
+    window.addToolBar(bar);
+  }
+  return [bars] {
+    for (MenuEntry& entry : bars->Menus) entry.Reflect();
+    for (const ToolEntry& entry : bars->Tools) entry.Action->setEnabled(entry.Record->Enabled);
+  };
+}
+
+}  // namespace gainsmith

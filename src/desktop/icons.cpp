@@ -1,0 +1,65 @@
+// SVG pictures in the colours of the palette.
+#include "desktop/icons.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPixmap>
+#include <QSvgRenderer>
+
+#include "desktop/look.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr double DisabledOpacity = 0.35;
+
+// The drawing with its "currentColor" replaced.
+QByteArray Drawing(const QString& path, const QColor& text) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return {};
+  return file.readAll().replace("currentColor", text.name().toLatin1());
+}
+
+class SvgIconEngine final : public QIconEngine {
+ public:
+  explicit SvgIconEngine(QString path) : path_(std::move(path)) {}
+
+  void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State) override {
+    QSvgRenderer renderer(Drawing(path_, QApplication::palette().color(QPalette::ButtonText)));
+    painter->save();
+    if (mode == QIcon::Disabled) painter->setOpacity(painter->opacity() * DisabledOpacity);
+    renderer.render(painter, place);
+    painter->restore();
+  }
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+    return pixmap;
+  }
+  QIconEngine* clone() const override { return new SvgIconEngine(path_); }
+
+ private:
+  QString path_;
+};
+
+}  // namespace
+
+QIcon ProgramIcon(const std::string& name) {
+  return QIcon(new SvgIconEngine(QStringLiteral(":/icons/%1.svg").arg(ToQt(name))));
+}
+
+void PaintProgramPicture(QPainter& painter, const QRectF& place, const std::string& name,
+                         const QColor& text) {
+  QSvgRenderer renderer(Drawing(QStringLiteral(":/icons/%1.svg").arg(ToQt(name)), text));
+  if (!renderer.isValid()) return;
+  const QSizeF size = QSizeF(renderer.defaultSize()).scaled(place.size(), Qt::KeepAspectRatio);
+  QRectF target(QPointF(0, 0), size);
+  target.moveCenter(place.center());
+  renderer.render(&painter, target);
+}
+
+}  // namespace gainsmith

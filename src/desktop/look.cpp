@@ -1,0 +1,165 @@
+// The look: palettes and colours.
+#include "desktop/look.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QGlyphRun>
+#include <QIcon>
+#include <QStyleFactory>
+#include <QTextLayout>
+#include <QToolTip>
+#include <algorithm>
+#include <cmath>
+
+// The resources lie in a static library; the linker keeps them only if asked for.
+static void KeepResources() { Q_INIT_RESOURCE(desktop); }
+
+namespace gainsmith {
+namespace {
+
+constexpr int TwipsPerPixel = 15;
+constexpr int FontHeightPixels = 12;
+constexpr double ReadableContrast = 4.5;
+
+struct SchemeColours {
+  QRgb Window, WindowText, Base, AlternateBase, Button, Highlight, HighlightedText, Link, Disabled,
+      ToolTipBase, Placeholder;
+};
+
+constexpr SchemeColours LightColours{0xfff2f3f5, 0xff1b1f24, 0xffffffff, 0xfff6f7f9,
+                                     0xffe6e8eb, 0xff1f6fb5, 0xffffffff, 0xff1261a6,
+                                     0xff8a929b, 0xfffffbe6, 0xff7a828b};
+constexpr SchemeColours DarkColours{0xff26292e, 0xffe4e7eb, 0xff1b1e22, 0xff212429,
+                                    0xff363b42, 0xff2f7fc4, 0xffffffff, 0xff6cb4ef,
+                                    0xff7b838d, 0xff3a3f46, 0xff8a929b};
+
+QPalette PaletteOf(const SchemeColours& colours) {
+  QPalette palette(QColor(colours.Button), QColor(colours.Window));
+  const QColor text(colours.WindowText);
+  palette.setColor(QPalette::WindowText, text);
+  palette.setColor(QPalette::Text, text);
+  palette.setColor(QPalette::ButtonText, text);
+  palette.setColor(QPalette::Base, QColor(colours.Base));
+  palette.setColor(QPalette::AlternateBase, QColor(colours.AlternateBase));
+  palette.setColor(QPalette::Highlight, QColor(colours.Highlight));
+  palette.setColor(QPalette::HighlightedText, QColor(colours.HighlightedText));
+  palette.setColor(QPalette::Link, QColor(colours.Link));
+  palette.setColor(QPalette::ToolTipBase, QColor(colours.ToolTipBase));
+  palette.setColor(QPalette::ToolTipText, text);
+  palette.setColor(QPalette::PlaceholderText, QColor(colours.Placeholder));
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, QColor(colours.Disabled));
+  }
+  palette.setColor(QPalette::Disabled, QPalette::Base, QColor(colours.Window));
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, QColor(colours.Disabled));
+  return palette;
+}
+
+double Luminance(const QColor& colour) {
+  const auto linear = [](double part) {
+    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+         0.0722 * linear(colour.blueF());
+}
+
+double Contrast(const QColor& a, const QColor& b) {
+  const double first = Luminance(a);
+  const double second = Luminance(b);
+  return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+bool CanDraw(QChar letter, const QFont& font) {
+  QTextLayout layout(QString(letter), font);
+  layout.beginLayout();
+  layout.createLine();
+  layout.endLayout();
+  for (const QGlyphRun& run : layout.glyphRuns()) {
+    const auto glyphs = run.glyphIndexes();
+    if (std::find(glyphs.begin(), glyphs.end(), 0U) != glyphs.end()) return false;
+  }
+  return true;
+}
+
+}  // namespace
+
+void ApplyLook(QApplication& application) {
+  KeepResources();
+  const QColor before = application.palette().color(QPalette::Window);
+  const Scheme desktops = Luminance(before) < 0.2 ? Scheme::Dark : Scheme::Light;
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QFont font = application.font();
+  font.setFamilies({QStringLiteral("Segoe UI"), QStringLiteral("Liberation Sans"),
+                    QStringLiteral("Arial"), QStringLiteral("DejaVu Sans")});
+  // The windows' places are fixed, so the letters are, too: in device-independent pixels.
+  font.setPixelSize(FontHeightPixels);
+  QApplication::setFont(font);
+  QToolTip::setFont(font);
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/gainsmith.svg")));
+  ApplyScheme(desktops);
+}
+
+void ApplyScheme(Scheme scheme) {
+  const QPalette palette = PaletteOf(scheme == Scheme::Dark ? DarkColours : LightColours);
+  QApplication::setPalette(palette);
+  QToolTip::setPalette(palette);
+}
+
+Scheme PresentScheme() {
+  return Luminance(QApplication::palette().color(QPalette::Window)) < 0.2 ? Scheme::Dark
+                                                                          : Scheme::Light;
+}
+
+int PixelsFromTwips(int twips) {
+  return static_cast<int>(std::floor((twips + TwipsPerPixel / 2.0) / TwipsPerPixel));
+}
+
+int TwipsFromPixels(int pixels) { return pixels * TwipsPerPixel; }
+
+std::optional<QColor> FixedColour(Colour colour) {
+  if ((colour & SystemColour(0)) != 0) return std::nullopt;
+  return QColor(static_cast<int>(colour & 0xFFU), static_cast<int>(colour >> 8U & 0xFFU),
+                static_cast<int>(colour >> 16U & 0xFFU));
+}
+
+Colour ColourOf(const QColor& colour) {
+  return Rgb(static_cast<std::uint32_t>(colour.red()), static_cast<std::uint32_t>(colour.green()),
+             static_cast<std::uint32_t>(colour.blue()));
+}
+
+QColor Readable(const QColor& wanted, const QColor& background) {
+  if (Contrast(wanted, background) >= ReadableContrast) return wanted;
+  const bool lighter = TextOn(background) == QColor(Qt::white);
+  float hue = 0;
+  float saturation = 0;
+  float lightness = 0;
+  wanted.getHslF(&hue, &saturation, &lightness);
+  QColor colour = wanted;
+  while (Contrast(colour, background) < ReadableContrast && lightness > 0 && lightness < 1) {
+    lightness = std::clamp(lightness + (lighter ? 0.04F : -0.04F), 0.0F, 1.0F);
+    colour = QColor::fromHslF(hue, saturation, lightness);
+  }
+  return colour;
+}
+
+QColor TextOn(const QColor& background) {
+  return Contrast(Qt::white, background) >= Contrast(Qt::black, background) ? Qt::white : Qt::black;
+}
+
+QString ToQt(const std::string& text) { return QString::fromStdString(text); }
+std::string FromQt(const QString& text) { return text.toStdString(); }
+
+QString ShownText(const std::string& text) {
+  QString shown = ToQt(text);
+  for (QChar& letter : shown) {
+    constexpr char16_t FirstFullWidth = 0xFF01;
+    constexpr char16_t LastFullWidth = 0xFF5E;
+    constexpr char16_t Distance = 0xFEE0;
+    const char16_t code = letter.unicode();
+    if (code < FirstFullWidth || code > LastFullWidth) continue;
+    if (!CanDraw(letter, QApplication::font())) letter = QChar(char16_t(code - Distance));
+  }
+  return shown;
+}
+
+}  // namespace gainsmith

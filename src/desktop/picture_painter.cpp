@@ -1,0 +1,119 @@
+// Strokes of a picture box.
+#include "desktop/picture_painter.h"
+
+#include <QPainter>
+#include <QPolygonF>
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "desktop/look.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr int Divisions = 10;
+constexpr QRgb GroundColour = 0xff10151b;
+constexpr QRgb DivisionColour = 0xff263039;
+constexpr QRgb CentreColour = 0xff43505c;
+// A little more than a pixel keeps slanted antialiased strokes as bright as level ones.
+constexpr double PenWidthPerPixel = 1.25;
+
+struct Segment {
+  QPointF From;
+  QPointF To;
+};
+
+std::optional<Segment> Place(const PictureLine& line, const QRectF& area) {
+  const auto x = [&](float value) {
+    return area.left() + (double{value} - line.Scale.Left) / line.Scale.Width * area.width();
+  };
+  const auto y = [&](float value) {
+    return area.top() + (double{value} - line.Scale.Top) / line.Scale.Height * area.height();
+  };
+  const Segment segment{{x(line.X1), y(line.Y1)}, {x(line.X2), y(line.Y2)}};
+  const bool finite = std::isfinite(segment.From.x()) && std::isfinite(segment.From.y()) &&
+                      std::isfinite(segment.To.x()) && std::isfinite(segment.To.y());
+  return finite ? std::optional(segment) : std::nullopt;
+}
+
+// The part of the segment inside `bounds`; nothing when it lies outside altogether.
+std::optional<Segment> Clip(const Segment& segment, const QRectF& bounds) {
+  const QPointF along = segment.To - segment.From;
+  double first = 0;
+  double last = 1;
+  const auto cut = [&](double direction, double distance) {
+    if (direction == 0) return distance >= 0;
+    const double at = distance / direction;
+    if (direction < 0) first = std::max(first, at);
+    if (direction > 0) last = std::min(last, at);
+    return first <= last;
+  };
+  const bool visible = cut(-along.x(), segment.From.x() - bounds.left()) &&
+                       cut(along.x(), bounds.right() - segment.From.x()) &&
+                       cut(-along.y(), segment.From.y() - bounds.top()) &&
+                       cut(along.y(), bounds.bottom() - segment.From.y());
+  if (!visible) return std::nullopt;
+  return Segment{segment.From + first * along, segment.From + last * along};
+}
+
+bool SamePen(const PictureLine& a, const PictureLine& b) {
+  return a.Color == b.Color && a.WidthPixels == b.WidthPixels && a.Dotted == b.Dotted;
+}
+
+QPen PenOf(const PictureLine& line) {
+  QPen pen(FixedColour(line.Color).value_or(QColor(Qt::white)));
+  pen.setWidthF(line.WidthPixels * PenWidthPerPixel);
+  pen.setStyle(line.Dotted ? Qt::DotLine : Qt::SolidLine);
+  pen.setJoinStyle(Qt::BevelJoin);
+  pen.setCapStyle(Qt::FlatCap);
+  return pen;
+}
+
+}  // namespace
+
+void PaintGraticule(QPainter& painter, const QRectF& area) {
+  painter.fillRect(area, QColor(GroundColour));
+  painter.setRenderHint(QPainter::Antialiasing, false);
+  for (int i = 1; i < Divisions; ++i) {
+    painter.setPen(QColor(i == Divisions / 2 ? CentreColour : DivisionColour));
+    const double x = std::round(area.left() + area.width() * i / Divisions);
+    const double y = std::round(area.top() + area.height() * i / Divisions);
+    painter.drawLine(QPointF(x, area.top()), QPointF(x, area.bottom()));
+    painter.drawLine(QPointF(area.left(), y), QPointF(area.right(), y));
+  }
+}
+
+void PaintLines(QPainter& painter, const QRectF& area, const std::vector<PictureLine>& lines) {
+  painter.save();
+  painter.setClipRect(area);
+  painter.setRenderHint(QPainter::Antialiasing);
+  // Far outside points cost time and precision; strokes reach a little over the edge.
+  const QRectF bounds = area.adjusted(-area.width(), -area.height(), area.width(), area.height());
+  QPolygonF stroke;
+  const PictureLine* strokeLine = nullptr;
+  const auto finish = [&] {
+    if (stroke.size() > 1) {
+      painter.setPen(PenOf(*strokeLine));
+      painter.drawPolyline(stroke);
+    }
+    stroke.clear();
+  };
+  for (const PictureLine& line : lines) {
+    const auto placed = Place(line, area);
+    const auto segment = placed ? Clip(*placed, bounds) : std::nullopt;
+    if (!segment) continue;
+    const bool goesOn =
+        !stroke.isEmpty() && SamePen(*strokeLine, line) && stroke.constLast() == segment->From;
+    if (!goesOn) {
+      finish();
+      stroke.push_back(segment->From);
+      strokeLine = &line;
+    }
+    stroke.push_back(segment->To);
+  }
+  finish();
+  painter.restore();
+}
+
+}  // namespace gainsmith

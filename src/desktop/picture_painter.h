@@ -1,0 +1,21 @@
+// Painting the lines of a picture box at any size.
+#pragma once
+
+#include <QRectF>
+#include <vector>
+
+#include "platform/control.h"
+
+class QPainter;
+
+namespace gainsmith {
+
+// The dark ground and its ten by ten divisions.
+void PaintGraticule(QPainter& painter, const QRectF& area);
+
+// The lines, each in its own user scale, antialiased, clipped to the area. Lines that follow each
+// other end to end in one pen are joined into one stroke. Lines with a coordinate that is not a
+// number are left out.
+void PaintLines(QPainter& painter, const QRectF& area, const std::vector<PictureLine>& lines);
+
+}  // namespace gainsmith

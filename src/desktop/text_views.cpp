@@ -1,0 +1,252 @@
+// Views of labels and text boxes.
+#include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPointer>
+
+#include "desktop/control_view.h"
+#include "desktop/look.h"
+#include "desktop/window_view.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr int HeadingHeightPixels = 15;
+
+// A label that can be clicked, by keyboard too.
+class TextLabel final : public QLabel {
+ public:
+  using QLabel::QLabel;
+  std::function<void()> OnClick;
+
+ protected:
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (OnClick && rect().contains(event->position().toPoint())) OnClick();
+  }
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool activates = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
+                           event->key() == Qt::Key_Space;
+    if (OnClick && activates) {
+      OnClick();
+    } else {
+      QLabel::keyPressEvent(event);
+    }
+  }
+  void focusInEvent(QFocusEvent* event) override {
+    QLabel::focusInEvent(event);
+    setFrameStyle(QFrame::Box);
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    QLabel::focusOutEvent(event);
+    setFrameStyle(QFrame::NoFrame);
+  }
+};
+
+Qt::Alignment AlignmentOf(const Label& record) {
+  const Qt::Alignment vertical = record.WordWrap ? Qt::AlignTop : Qt::AlignVCenter;
+  switch (record.Alignment) {
+    case TextAlignment::Centre:
+      return vertical | Qt::AlignHCenter;
+    case TextAlignment::Right:
+      return vertical | Qt::AlignRight;
+    case TextAlignment::Left:
+      break;
+  }
+  return vertical | Qt::AlignLeft;
+}
+
+class LabelView final : public ControlView {
+ public:
+  LabelView(WindowView& window, Label& record, TextLabel* label)
+      : ControlView(window, record, label), record_(record), label_(label) {
+    label_->setTextFormat(Qt::PlainText);
+    label_->setWordWrap(record.WordWrap);
+    if (record.OnClick) MakeLink();
+    QFont font = label_->font();
+    if (record.Heading) {
+      font.setPixelSize(HeadingHeightPixels);
+      font.setBold(true);
+    }
+    font.setUnderline(static_cast<bool>(record.OnClick));
+    label_->setFont(font);
+  }
+
+ protected:
+  void ReflectCaption() override { label_->setText(ShownText(record_.Caption)); }
+  void ReflectOwn() override {
+    const Qt::Alignment alignment = AlignmentOf(record_);
+    if (label_->alignment() != alignment) label_->setAlignment(alignment);
+  }
+  void ReflectColours() override {
+    ControlView::ReflectColours();
+    if (!record_.OnClick) return;
+    QPalette palette = label_->palette();
+    palette.setColor(QPalette::WindowText,
+                     Readable(QApplication::palette().color(QPalette::Link), Background()));
+    label_->setPalette(palette);
+  }
+
+ private:
+  void MakeLink() {
+    label_->setCursor(Qt::PointingHandCursor);
+    label_->setFocusPolicy(Qt::StrongFocus);
+    label_->OnClick = [this] {
+      Post([&record = record_] {
+        if (record.OnClick) record.OnClick();
+      });
+    };
+  }
+
+  Label& record_;
+  TextLabel* label_;
+};
+
+// Which key a record's handler is asked about; 0: none, the key is the widget's own business.
+int KeyOf(const QKeyEvent& event) {
+  if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) return KeyEnter;
+  if (event.key() == Qt::Key_Backspace) return KeyBackspace;
+  const QString text = event.text();
+  const bool command = (event.modifiers() & (Qt::ControlModifier | Qt::MetaModifier)) != 0 &&
+                       (event.modifiers() & Qt::AltModifier) == 0;
+  if (command || text.isEmpty() || !text[0].isPrint()) return 0;
+  return text[0].unicode();
+}
+
+// An edit field that asks about each letter before it takes it, pasted ones included.
+class FilteredEdit final : public QLineEdit {
+ public:
+  explicit FilteredEdit(QWidget* parent) : QLineEdit(parent) { setAcceptDrops(false); }
+  std::function<bool(int key)> Passes;
+  std::function<void(Qt::FocusReason reason)> OnLeft;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->matches(QKeySequence::Paste)) {
+      PasteFiltered(QApplication::clipboard()->text());
+      return;
+    }
+    const int key = KeyOf(*event);
+    // The handler may wait, and close this very window.
+    const QPointer<FilteredEdit> self(this);
+    if (key != 0 && Passes && (!Passes(key) || !self)) {
+      event->accept();
+      return;
+    }
+    QLineEdit::keyPressEvent(event);
+  }
+  void inputMethodEvent(QInputMethodEvent* event) override {
+    for (const QChar letter : event->commitString()) {
+      if (Passes && !Passes(letter.unicode())) return;
+    }
+    QLineEdit::inputMethodEvent(event);
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    // Would paste the selection of another program.
+    if (event->button() != Qt::MiddleButton) QLineEdit::mouseReleaseEvent(event);
+  }
+  void contextMenuEvent(QContextMenuEvent* event) override {
+    QMenu* menu = createStandardContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    if (auto* paste = menu->findChild<QAction*>(QStringLiteral("edit-paste"))) {
+      paste->disconnect();
+      connect(paste, &QAction::triggered, this,
+              [this] { PasteFiltered(QApplication::clipboard()->text()); });
+    }
+    menu->popup(event->globalPos());
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    QLineEdit::focusOutEvent(event);
+    if (OnLeft) OnLeft(event->reason());
+  }
+
+ private:
+  void PasteFiltered(const QString& text) {
+    const QPointer<FilteredEdit> self(this);
+    QString passed;
+    for (const QChar letter : text) {
+      if (!letter.isPrint()) continue;
+      if (!Passes || Passes(letter.unicode())) passed += letter;
+      if (!self) return;
+    }
+    insert(passed);
+    emit textEdited(this->text());
+  }
+};
+
+// Whether the user has gone to another control, rather than to a menu or another program.
+bool LeftForControl(Qt::FocusReason reason, const QWidget* left) {
+  switch (reason) {
+    case Qt::MouseFocusReason:
+    case Qt::TabFocusReason:
+    case Qt::BacktabFocusReason:
+    case Qt::ShortcutFocusReason:
+      return true;
+    case Qt::ActiveWindowFocusReason: {
+      const QWidget* now = QApplication::focusWidget();
+      return now != nullptr && now != left;
+    }
+    default:
+      return false;
+  }
+}
+
+class TextBoxView final : public ControlView {
+ public:
+  TextBoxView(WindowView& window, TextBox& record, FilteredEdit* edit)
+      : ControlView(window, record, edit), record_(record), edit_(edit) {
+    edit_->Passes = [this](int key) { return KeyPasses(key); };
+    edit_->OnLeft = [this](Qt::FocusReason reason) { OnLeft(reason); };
+    connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) {
+      if (Owner().Detached()) return;
+      record_.Text = FromQt(text);
+      text_ = record_.Text;
+    });
+  }
+
+  void Forget() override {
+    ControlView::Forget();
+    text_.reset();
+  }
+
+ protected:
+  void ReflectOwn() override {
+    if (Changed(text_, record_.Text)) edit_->setText(ToQt(record_.Text));
+  }
+
+ private:
+  bool KeyPasses(int key) {
+    if (Owner().Detached()) return false;
+    if (!record_.OnKeyPress) return true;
+    // The handler may end with other widgets on the screen than it began with.
+    const QPointer<WindowView> owner(&Owner());
+    const bool passes = record_.OnKeyPress(key);
+    return passes && owner && !owner->Detached();
+  }
+  void OnLeft(Qt::FocusReason reason) {
+    if (!record_.OnLostFocus) return;
+    const QPointer<FilteredEdit> edit(edit_);
+    Post([&record = record_, edit, reason] {
+      if (record.OnLostFocus && LeftForControl(reason, edit)) record.OnLostFocus();
+    });
+  }
+
+  TextBox& record_;
+  FilteredEdit* edit_;
+  std::optional<std::string> text_;
+};
+
+}  // namespace
+
+ControlView* MakeLabelView(WindowView& window, Label& record, QWidget* parent) {
+  return new LabelView(window, record, new TextLabel(parent));
+}
+
+ControlView* MakeTextBoxView(WindowView& window, TextBox& record, QWidget* parent) {
+  return new TextBoxView(window, record, new FilteredEdit(parent));
+}
+
+}  // namespace gainsmith

@@ -1,0 +1,237 @@
+// WindowView: building, placing and reflecting a window.
+#include "desktop/window_view.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMainWindow>
+#include <QScreen>
+#include <QWindow>
+#include <algorithm>
+#include <utility>
+
+#include "desktop/frame_bars.h"
+#include "desktop/look.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr QSize SmallestMainWindow(640, 400);
+
+Qt::CursorShape ShapeOf(MousePointer pointer) {
+  switch (pointer) {
+    case MousePointer::Hourglass:
+      return Qt::WaitCursor;
+    case MousePointer::ArrowQuestion:
+      return Qt::WhatsThisCursor;
+    case MousePointer::Default:
+      break;
+  }
+  return Qt::ArrowCursor;
+}
+
+QRect PlaceOf(const Window& record) {
+  return {PixelsFromTwips(record.LeftTwips), PixelsFromTwips(record.TopTwips),
+          PixelsFromTwips(record.ClientWidthTwips), PixelsFromTwips(record.ClientHeightTwips)};
+}
+
+}  // namespace
+
+bool TakesInput(const World& world, const Window& window) {
+  const Window* modal = world.ModalWindow();
+  return !world.Ended() && window.Loaded && (modal == nullptr || modal == &window);
+}
+
+WindowView* WindowView::Make(ViewHost& host, Window& record) {
+  if (auto* frame = dynamic_cast<FrameWindow*>(&record)) {
+    auto* top = new QMainWindow;
+    auto* client = new QWidget;
+    top->setCentralWidget(client);
+    top->setMinimumSize(SmallestMainWindow);
+    if (!frame->MaximizeBox) top->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
+    auto* view = new WindowView(host, record, top, client);
+    view->reflectBars_ = MakeFrameBars(*view, *frame, *top);
+    return view;
+  }
+  auto* top = new QWidget(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                                       Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+  return new WindowView(host, record, top, top);
+}
+
+WindowView::WindowView(ViewHost& host, Window& record, QWidget* topLevel, QWidget* client)
+    : QObject(topLevel), host_(host), record_(record), topLevel_(topLevel), client_(client) {
+  topLevel_->setObjectName(ToQt(record.Name));
+  topLevel_->installEventFilter(this);
+  BuildControls();
+  LinkTabOrder();
+}
+
+void WindowView::BuildControls() {
+  for (Control* control : record_.Controls) {
+    if (control->Parked) continue;
+    QWidget* parent = client_;
+    if (control->Container != nullptr) {
+      ControlView* container = ViewOf(*control->Container);
+      // What lies in a parked container is out of sight with it.
+      if (container == nullptr) continue;
+      parent = container->PageParent(control->Page);
+    }
+    controls_.push_back(MakeControlView(*this, *control, parent));
+  }
+}
+
+void WindowView::LinkTabOrder() {
+  QWidget* before = nullptr;
+  for (ControlView* view : controls_) {
+    QWidget* widget = view->FocusWidget();
+    if (widget->focusPolicy() == Qt::NoFocus) continue;
+    if (before != nullptr) QWidget::setTabOrder(before, widget);
+    before = widget;
+  }
+}
+
+ControlView* WindowView::ViewOf(const Control& record) const {
+  const auto view = std::find_if(controls_.begin(), controls_.end(),
+                                 [&](const ControlView* v) { return &v->Record() == &record; });
+  return view == controls_.end() ? nullptr : *view;
+}
+
+void WindowView::PlaceWidget(ControlView& view, const QRect& place) {
+  QPoint origin(0, 0);
+  if (const Control* container = view.Record().Container) {
+    if (const ControlView* owner = ViewOf(*container)) origin = owner->PageOrigin();
+  }
+  view.Widget().setGeometry(place.translated(-origin));
+}
+
+QColor WindowView::BackgroundUnder(const Control& record) const {
+  for (const Control* below = record.Container; below != nullptr; below = below->Container) {
+    if (const auto colour = FixedColour(below->BackColor)) return *colour;
+  }
+  if (const auto colour = FixedColour(record_.BackColor)) return *colour;
+  return QApplication::palette().color(QPalette::Window);
+}
+
+void WindowView::Reflect() {
+  if (detached_) return;
+  const qint64 paletteKey = QApplication::palette().cacheKey();
+  if (paletteKey != std::exchange(paletteKey_, paletteKey)) {
+    backColor_.reset();
+    ForgetAll();
+  }
+  ReflectWindow();
+  for (ControlView* view : controls_) view->Reflect();
+  if (reflectBars_) reflectBars_();
+  if (!TakesInput(host_.TheWorld, record_)) {
+    for (ControlView* view : controls_) view->LetGo();
+  }
+}
+
+void WindowView::ForgetAll() {
+  for (ControlView* view : controls_) view->Forget();
+}
+
+void WindowView::ReflectWindow() {
+  if (caption_ != record_.Caption) {
+    caption_ = record_.Caption;
+    topLevel_->setWindowTitle(ShownText(record_.Caption));
+  }
+  if (pointer_ != record_.Pointer) {
+    pointer_ = record_.Pointer;
+    if (record_.Pointer == MousePointer::Default) {
+      topLevel_->unsetCursor();
+    } else {
+      topLevel_->setCursor(ShapeOf(record_.Pointer));
+    }
+  }
+  if (backColor_ != record_.BackColor) {
+    backColor_ = record_.BackColor;
+    ReflectColours();
+  }
+  if (place_ != PlaceOf(record_)) {
+    place_ = PlaceOf(record_);
+    MoveToPlace();
+  }
+}
+
+void WindowView::ReflectColours() {
+  QPalette palette;
+  if (const auto back = FixedColour(record_.BackColor)) palette.setColor(QPalette::Window, *back);
+  client_->setPalette(palette);
+  client_->setAutoFillBackground(true);
+}
+
+// At the record's place, moved as far as it takes to be on the screen as a whole.
+void WindowView::MoveToPlace() {
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  if (client_ != topLevel_) {
+    topLevel_->resize(place_->size().expandedTo(SmallestMainWindow).boundedTo(screen.size()));
+    topLevel_->move(screen.topLeft());
+    return;
+  }
+  topLevel_->setFixedSize(place_->size());
+  const QSize whole = topLevel_->isVisible() ? topLevel_->frameGeometry().size() : place_->size();
+  const auto within = [](int wanted, int first, int last) {
+    return std::max(first, std::min(wanted, last));
+  };
+  topLevel_->move(within(place_->left(), screen.left(), screen.right() + 1 - whole.width()),
+                  within(place_->top(), screen.top(), screen.bottom() + 1 - whole.height()));
+}
+
+void WindowView::Show(QWidget* owner) {
+  if (!topLevel_->isVisible()) {
+    topLevel_->setWindowModality(record_.Modal ? Qt::ApplicationModal : Qt::NonModal);
+    topLevel_->winId();
+    if (owner != nullptr && owner != topLevel_ && owner->windowHandle() != nullptr) {
+      topLevel_->windowHandle()->setTransientParent(owner->windowHandle());
+    }
+  }
+  const auto* frame = dynamic_cast<const FrameWindow*>(&record_);
+  if (frame != nullptr && frame->Maximized) {
+    topLevel_->showMaximized();
+  } else {
+    topLevel_->show();
+  }
+  topLevel_->raise();
+  topLevel_->activateWindow();
+}
+
+void WindowView::Detach() {
+  if (detached_) return;
+  host_.Reflecting = true;
+  topLevel_->hide();
+  host_.Reflecting = false;
+  detached_ = true;
+  topLevel_->deleteLater();
+}
+
+void WindowView::Post(std::function<void()> run, std::function<void()> dropped,
+                      const void* mergeKey) {
+  if (detached_ || host_.Reflecting) return;
+  const QPointer<WindowView> self(this);
+  UserAction action;
+  action.Allowed = [self] {
+    return self && !self->detached_ && TakesInput(self->host_.TheWorld, self->record_);
+  };
+  action.Run = std::move(run);
+  action.Dropped = [self, dropped = std::move(dropped)] {
+    if (self && !self->detached_ && dropped) dropped();
+  };
+  action.MergeKey = mergeKey;
+  host_.Queue.Post(std::move(action));
+}
+
+void WindowView::PostAlways(std::function<void()> run) {
+  UserAction action;
+  action.Allowed = [&world = host_.TheWorld] { return !world.Ended(); };
+  action.Run = std::move(run);
+  host_.Queue.Post(std::move(action));
+}
+
+bool WindowView::eventFilter(QObject* watched, QEvent* event) {
+  if (watched != topLevel_ || event->type() != QEvent::Close || detached_) return false;
+  event->ignore();
+  Post([&world = host_.TheWorld, &record = record_] { world.Unload(record); });
+  return true;
+}
+
+}  // namespace gainsmith

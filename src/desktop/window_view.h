@@ -1,0 +1,89 @@
+// WindowView: a window record's widgets, built from the record alone.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <QWidget>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "desktop/control_view.h"
+#include "desktop/input_queue.h"
+#include "platform/world.h"
+
+namespace gainsmith {
+
+// What views need of the world they are in.
+struct ViewHost {
+  World& TheWorld;
+  InputQueue& Queue;
+  // Records are being brought onto widgets: what widgets report meanwhile is not the user's doing.
+  bool Reflecting = false;
+};
+
+// Whether the user may act on the window: it is loaded and no other window holds the input.
+bool TakesInput(const World& world, const Window& window);
+
+// Belongs to its top-level widget and is deleted with it. Touches the record no more once Detach
+// was called.
+class WindowView : public QObject {
+ public:
+  // Makes the top-level widget and all that is in it; nothing is shown yet.
+  static WindowView* Make(ViewHost& host, Window& record);
+
+  Window& Record() const { return record_; }
+  QWidget& TopLevel() const { return *topLevel_; }
+  ViewHost& Host() const { return host_; }
+
+  void Show(QWidget* owner);
+  void Reflect();
+  // Takes the window from the screen for good and lets its widgets be deleted once the handlers
+  // that are under way have returned.
+  void Detach();
+  bool Detached() const { return detached_; }
+
+  ControlView* ViewOf(const Control& record) const;
+  // Posts a handler's run for when its turn comes; `dropped` runs instead if the window takes no
+  // input then, and neither if it is gone.
+  void Post(std::function<void()> run, std::function<void()> dropped = {},
+            const void* mergeKey = nullptr);
+  // Posts what must run whatever became of the window, unless the program has ended.
+  void PostAlways(std::function<void()> run);
+
+  // Reflects every control anew next time.
+  void ForgetAll();
+
+  // For control views.
+  void PlaceWidget(ControlView& view, const QRect& place);
+  QColor BackgroundUnder(const Control& record) const;
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  WindowView(ViewHost& host, Window& record, QWidget* topLevel, QWidget* client);
+  void BuildControls();
+  void LinkTabOrder();
+  void ReflectWindow();
+  void ReflectColours();
+  void MoveToPlace();
+
+  ViewHost& host_;
+  Window& record_;
+  QWidget* topLevel_;
+  // Where the controls lie: the top level itself, or the area below the bars of a frame window.
+  QWidget* client_;
+  std::vector<ControlView*> controls_;
+  // Brings the menus and tool buttons of a frame window up to date.
+  std::function<void()> reflectBars_;
+  bool detached_ = false;
+  std::optional<std::string> caption_;
+  std::optional<MousePointer> pointer_;
+  std::optional<Colour> backColor_;
+  std::optional<QRect> place_;
+  qint64 paletteKey_ = 0;
+};
+
+}  // namespace gainsmith
