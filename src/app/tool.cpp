@@ -1,0 +1,42 @@
+// Tool: see the header.
+#include "app/tool.h"
+
+namespace gainsmith {
+
+Tool::Tool(World& world)
+    : link(world),
+      mdiForm1(world, shell),
+      waiting(world, shell),
+      form9(world, shell),
+      dialog(world),
+      transfer(world, link, parameters, shell, mdiForm1, waiting),
+      files(world, parameters, shell, mdiForm1, waiting, transfer),
+      driveCommands(world, shell, mdiForm1, waiting, transfer, files),
+      form2(world, link, parameters, shell, mdiForm1, transfer),
+      form1(world, link, parameters, shell),
+      form4(world, link, shell),
+      form110(world, link),
+      commands(world, shell, mdiForm1, MakeRoutes()),
+      world_(world) {}
+
+void Tool::Start() { world_.Show(mdiForm1); }
+
+Routes Tool::MakeRoutes() {
+  Routes routes;
+  routes.Connect = &form2;
+  routes.CurrentLoop = &form1;
+  routes.ErrorLog = &form4;
+  routes.TestConsole = &form110;
+  routes.About = &dialog;
+  routes.Waiting = &waiting;
+  routes.OpenConfigFile = [this] { files.OpenConfigFile(); };
+  routes.Save = [this] { files.mnuSave_Click(); };
+  routes.SaveAs = [this] { files.SaveConfigAs(); };
+  routes.DownloadToDrive = [this] { driveCommands.mnuDownloadToDrive_Click(); };
+  routes.ResetDrive = [this] { driveCommands.mnuReset_Click(); };
+  routes.ReadFromDrive = [this] { driveCommands.ReadFromDrive_Click(); };
+  routes.ForgetClosingPositionWindow = [this] { trace.ClosingPositionWindow = false; };
+  return routes;
+}
+
+}  // namespace gainsmith
