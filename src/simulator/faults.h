@@ -24,7 +24,7 @@ enum class Fault {
   ExtraByte,     // one byte more behind a good reply
   Garbage,       // noise of the same length
   HangUp,        // the device goes away
-  ResetInTest,   // the drive restarts while a motion or a step test runs
+  ResetInTest,   // the drive restarts while it moves or records
 };
 constexpr std::size_t FaultCount = 12;
 using FaultSet = std::bitset<FaultCount>;
@@ -35,7 +35,8 @@ std::span<const std::string_view> FaultNames();
 
 // Which of the requests that a fault can spoil it hits. They are counted from the injection on,
 // and only those that it can spoil: wrong-count counts reads, wrong-echo writes, reset-in-test the
-// requests that come while the motor is under test, the others every request to this drive.
+// requests that come while the motor moves or a recording runs, the others every request to this
+// drive.
 struct Hits {
   enum class Which { All, Next, Every, Only };
   Which Kind = Which::All;

@@ -4,11 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "drive_host.h"
+#include "simulator/factory_values.h"
 
 namespace gainsmith::sim {
 namespace {
+
+using Words = std::vector<std::uint16_t>;
 
 // One letter for each request: 'o' answered as it should be, '-' not at all, 'x' otherwise.
 std::string Answers(DriveHost& host, int count) {
@@ -137,6 +141,30 @@ TEST(Faults, LostReplyWasObeyedAndSilenceWasNot) {
   drive.Inject(Fault::Silent, Hits::Next(1));
   EXPECT_FALSE(host.Write(Reg::PolePairs, 3));
   EXPECT_EQ(drive.Registers()[Reg::PolePairs], 2);
+}
+
+TEST(Faults, ResetInTestWaitsForATestAndEndsIt) {
+  SimulatedDrive drive{{}};
+  DriveHost host(drive);
+  drive.Inject(Fault::ResetInTest, Hits::Next(1));
+  EXPECT_TRUE(host.Write(Reg::VelocityKp, 401));
+  // One move of ten revolutions and back, two seconds each way.
+  const std::pair<Reg, std::uint16_t> setup[] = {
+      {Reg::SpeedWord, 1000},   {Reg::AccelerationWord, 20}, {Reg::LengthHigh, 0},
+      {Reg::LengthLow, 40000},  {Reg::RepeatCount, 1},       {Reg::PauseWord, 200},
+      {Reg::SampleDivider, 10}, {Reg::TraceKind, 145},
+  };
+  for (const auto& [reg, value] : setup) EXPECT_TRUE(host.Write(reg, value));
+  EXPECT_TRUE(host.Write(Reg::PositionCommand, 2));
+  host.Now += 500'000;
+  drive.Advance(host.Now);
+  EXPECT_TRUE(drive.Moving());
+  EXPECT_TRUE(host.Read(28).empty());
+  host.Now += 5'000'000;  // the motor coasts to a stop, short of its way
+  drive.Advance(host.Now);
+  EXPECT_FALSE(drive.Moving());
+  EXPECT_LT(drive.Motor().ShaftPositionPulses(), 40'000);
+  EXPECT_EQ(host.Read(31), Words{FactoryValues()[Reg::VelocityKp]});
 }
 
 TEST(Faults, HangUpLastsUntilTheLineIsThereAgain) {
