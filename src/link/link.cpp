@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 #include "platform/number_text.h"
 
@@ -68,33 +69,48 @@ std::int16_t Link::ReplyWaitMs(int driveMs) const {
   return static_cast<std::int16_t>(ExpectedReplyLength * 10 / BitsPerMs + driveMs);
 }
 
+Link::Outcome Link::Attempt(std::uint8_t address, Function function, Register reg, float value,
+                            int driveMs) {
+  const std::uint64_t frame = frameNumber_ + 1;
+  if (!SendFrame(address, function, reg, value)) return Outcome::Refused;
+  WaitMs(ReplyWaitMs(driveMs));
+  ReceiveReply(address, function);
+  // Another exchange ran inside this one: the reply is that one's.
+  if (frame != frameNumber_ && LinkErrorCount == 0) LinkErrorCount = 1;
+  return LinkErrorCount == 0 ? Outcome::Done : Outcome::Failed;
+}
+
+void Link::WaitAfterSuccess(int driveMs) {
+  std::vector<std::uint8_t> reply = RxBuffer;
+  std::vector<float> values = ReplyValues;
+  WaitMs(ReplyWaitMs(driveMs));
+  // What another exchange left here during the wait is not what the caller asked for.
+  RxBuffer = std::move(reply);
+  ReplyValues = std::move(values);
+  LinkErrorCount = 0;
+  ValueRefused = false;
+}
+
 bool Link::Exchange(Function function, Register reg, float value, const ExchangeOptions& options) {
   for (int retries = 0;; ++retries) {
-    const std::uint64_t frame = frameNumber_ + 1;
-    if (!SendFrame(DeviceAddress, function, reg, value)) return false;
-    WaitMs(ReplyWaitMs(options.DriveMs));
-    ReceiveReply(DeviceAddress, function);
-    if (frame != frameNumber_ && LinkErrorCount == 0) LinkErrorCount = 1;
-    if (LinkErrorCount == 0) {
-      if (options.ClosingWait) WaitMs(ReplyWaitMs(options.DriveMs));
-      return true;
-    }
-    if (retries > options.RetryLimit) return false;
+    const Outcome outcome = Attempt(DeviceAddress, function, reg, value, options.DriveMs);
+    if (outcome == Outcome::Done) break;
+    if (outcome == Outcome::Refused || retries > options.RetryLimit) return false;
     if (options.Abandon && options.Abandon()) return false;
   }
+  if (options.ClosingWait) WaitAfterSuccess(options.DriveMs);
+  return true;
 }
 
 bool Link::RetryThreeTimes(std::uint8_t address, Function function, Register reg, float value) {
   constexpr int Resends = 3;
   for (int resends = 0;; ++resends) {
     LinkIdle = false;
-    if (!SendFrame(address, function, reg, value)) return false;
-    WaitMs(ReplyWaitMs());
-    ReceiveReply(address, function);
-    if (LinkErrorCount == 0) break;
-    if (resends == Resends) return false;
+    const Outcome outcome = Attempt(address, function, reg, value, StandardDriveMs);
+    if (outcome == Outcome::Done) break;
+    if (outcome == Outcome::Refused || resends == Resends) return false;
   }
-  WaitMs(ReplyWaitMs());
+  WaitAfterSuccess(StandardDriveMs);
   LinkIdle = true;
   return true;
 }

@@ -18,6 +18,9 @@
 
 namespace gainsmith {
 
+// The drive's share of the wait for a reply.
+constexpr int StandardDriveMs = 50;
+
 // What an exchange may do differently from the standard.
 struct ExchangeOptions {
   // Resends after the first two frames: at most RetryLimit + 2 frames go out.
@@ -25,7 +28,7 @@ struct ExchangeOptions {
   // Wait ReplyWaitMs once more after a success.
   bool ClosingWait = true;
   // The drive's share of ReplyWaitMs, in ms.
-  int DriveMs = 50;
+  int DriveMs = StandardDriveMs;
   // Asked before a frame is sent again; true ends the exchange as failed. For commands that start
   // a motion: they must not go out again behind a stop that was sent meanwhile.
   std::function<bool()> Abandon = {};
@@ -89,7 +92,7 @@ class Link {
   void ReceiveReply(std::uint8_t address, Function function);
 
   // Wait for a reply of ExpectedReplyLength: ten bit times a byte and the drive's share, in ms.
-  std::int16_t ReplyWaitMs(int driveMs = 50) const;
+  std::int16_t ReplyWaitMs(int driveMs = StandardDriveMs) const;
 
   // The standard exchange with DeviceAddress: SendFrame, ReplyWaitMs, ReceiveReply, and again
   // until it succeeds or the limit is reached. A refused value fails at once. True on success,
@@ -111,6 +114,13 @@ class Link {
   std::uint16_t Raw() const { return RawValue(RxBuffer); }
 
  private:
+  // Done: LinkErrorCount is zero. Refused: the value cannot be packed, nothing was sent.
+  enum class Outcome { Done, Failed, Refused };
+  // One request and its reply.
+  Outcome Attempt(std::uint8_t address, Function function, Register reg, float value, int driveMs);
+  // The wait that closes a good exchange. Its reply is still the caller's afterwards, whatever ran
+  // inside the wait.
+  void WaitAfterSuccess(int driveMs);
   bool RetryThreeTimes(std::uint8_t address, Function function, Register reg, float value);
 
   World& world_;
