@@ -24,7 +24,7 @@ constexpr std::array<MotorPreset, 3> kPresets{{
      .ViscousNmPerRadPerSec = 1e-4,
      .CoulombNm = 0.008,
      .ResonanceHz = 600.0,
-     .ResonanceDamping = 0.01},
+     .ResonanceDamping = 0.006},
 }};
 
 }  // namespace
