@@ -1,0 +1,252 @@
+// The plot: labels, what is drawn in which order and colour, the position axis, the spectrum view.
+#include "trace/plot.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "trace/plot_bench.h"
+#include "trace/plot_design.h"
+#include "trace/spectrum_view.h"
+
+namespace gainsmith::test {
+namespace {
+
+// Colours of the lines on the picture, each once, in drawing order.
+std::vector<Colour> ColoursDrawn(const Plot& plot) {
+  std::vector<Colour> colours;
+  for (const PictureLine& line : plot.Picture1.Lines) {
+    if (colours.empty() || colours.back() != line.Color) colours.push_back(line.Color);
+  }
+  return colours;
+}
+
+TEST(PlotLabels, BeforeAnyCapture) {
+  PlotBench position(PositionPlot);
+  EXPECT_EQ(position.plot.Label3[0].Caption, "-2.00");
+  EXPECT_EQ(position.plot.Label3[5].Caption, "0.00");
+  EXPECT_EQ(position.plot.Label4[10].Caption, "2000");
+  EXPECT_EQ(position.plot.Label5[0].Caption, "-200");
+  EXPECT_EQ(position.plot.Label6[10].Caption, "400");
+  EXPECT_EQ(position.plot.Label9.Caption, "Current (A)");
+  EXPECT_EQ(position.statusBar1.Panels[5], "位置误差:");
+  EXPECT_EQ(position.statusBar1.Panels.size(), 9U);
+  PlotBench scope(ScopePlot);
+  EXPECT_EQ(scope.plot.Label3[5].Caption, "0.000");
+  EXPECT_TRUE(scope.statusBar1.Panels.empty());
+  PlotBench velocity(VelocityPlot);
+  EXPECT_EQ(velocity.plot.Label8.Caption, "Time(ms)");
+  EXPECT_EQ(velocity.plot.Label10.Caption, "V_Bak(rpm)");
+  EXPECT_EQ(velocity.statusBar1.Panels.size(), 7U);
+}
+
+TEST(PlotLabels, OfACapture) {
+  PlotBench bench(PositionPlot);
+  bench.Capture();
+  EXPECT_EQ(bench.plot.Label3[10].Caption, "2.000");
+  EXPECT_EQ(bench.plot.Label3[5].Caption, "0");
+  EXPECT_EQ(bench.plot.Label4[1].Caption, "200");
+  EXPECT_EQ(bench.plot.Label5[10].Caption, "200");
+  EXPECT_EQ(bench.plot.Label6[9].Caption, "320");
+  // Without a position series its column is all zeros.
+  bench.trace.ShowPErr = false;
+  bench.plot.SetAxisLabels();
+  EXPECT_EQ(bench.plot.Label5[0].Caption, "0");
+  EXPECT_EQ(bench.plot.Label5[10].Caption, "0");
+  // The scope keeps its column.
+  PlotBench scope(ScopePlot);
+  scope.Capture();
+  scope.trace.ShowPErr = false;
+  scope.plot.SetAxisLabels();
+  EXPECT_EQ(scope.plot.Label5[10].Caption, "200");
+  EXPECT_EQ(scope.plot.Label9.Caption, "Current(A)");
+}
+
+TEST(PlotLabels, TestsTakeTheChosenTraceTimeAndTheScopeThatOfItsCapture) {
+  for (const auto& [description, text] :
+       {std::pair{&VelocityPlot, "500"}, {&PositionPlot, "500"}, {&ScopePlot, "2000"}}) {
+    PlotBench bench(*description);
+    bench.Capture();
+    bench.combo1.Choose(4);
+    bench.plot.SetAxisLabels();
+    EXPECT_EQ(bench.plot.Label4[10].Caption, text);
+  }
+}
+
+TEST(PlotRedraw, DrawsTheShownChannelsInOrderUpToTheLastSample) {
+  PlotBench bench(PositionPlot);
+  bench.trace.PositionColours[Signal::VBak] = 4711;
+  bench.Capture();
+  EXPECT_EQ(ColoursDrawn(bench.plot), (std::vector<Colour>{16744700, 4711, 255}));
+  ASSERT_EQ(bench.plot.Picture1.Lines.size(), 3U * 199);
+  const PictureLine& last = bench.plot.Picture1.Lines.back();
+  EXPECT_EQ(last.X1, 198);
+  EXPECT_EQ(last.X2, 199);
+  EXPECT_EQ(last.Scale, (PictureScale{0, 400, 200.4F, -800}));
+  EXPECT_EQ(bench.plot.Picture1.Lines[7].Y1, 180);  // 90 of 200 pulses
+
+  bench.trace.ShowPRef = bench.trace.ShowPBak = true;
+  bench.trace.ShowIBak = false;
+  bench.plot.Form_Resize();
+  EXPECT_EQ(ColoursDrawn(bench.plot), (std::vector<Colour>{16744700, 16711810, 16744580, 4711}));
+  EXPECT_EQ(bench.plot.Label5[3].ForeColor, 16744580U);
+
+  bench.trace.ShowPErr = bench.trace.ShowPBak = bench.trace.ShowPRef = bench.trace.ShowVBak = false;
+  bench.plot.Form_Resize();
+  EXPECT_TRUE(bench.plot.Picture1.Lines.empty());
+  EXPECT_EQ(bench.plot.Label6[10].Caption, "400");
+}
+
+TEST(PlotRedraw, TheVelocityPlotDrawsItsOwnChannelsInItsOwnColours) {
+  PlotBench bench(VelocityPlot);
+  bench.trace.VelocityColours[Signal::IBak] = 5;
+  bench.trace.PositionColours[Signal::IBak] = 6;
+  bench.Capture();
+  bench.trace.ShowPErr = true;
+  bench.plot.Form_Resize();
+  EXPECT_EQ(ColoursDrawn(bench.plot), (std::vector<Colour>{8454016, 5}));
+  // The current column follows the position window's colour.
+  EXPECT_EQ(bench.plot.Label3[0].ForeColor, 6U);
+}
+
+TEST(PlotRedraw, StaysEmptyWithoutData) {
+  PlotBench bench(VelocityPlot);
+  bench.Capture();
+  bench.trace.TraceReadFailed = true;
+  bench.plot.Form_Resize();
+  EXPECT_TRUE(bench.plot.Picture1.Lines.empty());
+  // The scope does not know that failure.
+  PlotBench scope(ScopePlot);
+  scope.trace.TraceReadFailed = true;
+  scope.Capture();
+  EXPECT_EQ(scope.plot.Picture1.Lines.size(), 3U * 199);
+  scope.plot.Open();
+  scope.plot.Form_Resize();
+  EXPECT_TRUE(scope.plot.Picture1.Lines.empty());
+}
+
+TEST(PositionAxis, TheLargestOfTheShownSeriesSetsIt) {
+  const struct {
+    bool Error, Feedback, Reference;
+    float ErrorTop, FeedbackTop, ReferenceTop;
+    PositionSeries Source;
+    const char* Caption;
+  } cases[] = {
+      {true, false, false, 1, 9, 9, PositionSeries::PErr, "P_Err(P)"},
+      {false, true, false, 9, 1, 9, PositionSeries::PBak, "P_Bak(P)"},
+      {false, false, true, 9, 9, 1, PositionSeries::PRef, "P_Ref(P)"},
+      {true, true, false, 5, 5, 9, PositionSeries::PErr, "P_Err(P)"},
+      {true, true, false, 4, 5, 9, PositionSeries::PBak, "P_Bak(P)"},
+      {false, true, true, 9, 5, 5, PositionSeries::PBak, "P_Bak(P)"},
+      {false, true, true, 9, 4, 5, PositionSeries::PRef, "P_Ref(P)"},
+      {true, false, true, 5, 9, 5, PositionSeries::PErr, " P_Err(P)"},
+      {true, false, true, 4, 9, 5, PositionSeries::PRef, "P_Ref(P)"},
+      {true, true, true, 5, 5, 5, PositionSeries::PErr, "P_Err(P)"},
+      {true, true, true, 4, 5, 5, PositionSeries::PBak, "P_Bak(P)"},
+      {true, true, true, 4, 5, 6, PositionSeries::PRef, "P_Ref(P)"},
+      {false, false, false, 1, 2, 3, PositionSeries::PBak, "before"},
+  };
+  for (const auto& c : cases) {
+    PlotBench bench(PositionPlot);
+    bench.plot.PositionSource = PositionSeries::PBak;
+    bench.plot.Label11.Caption = "before";
+    std::tie(bench.trace.ShowPErr, bench.trace.ShowPBak, bench.trace.ShowPRef) =
+        std::tuple(c.Error, c.Feedback, c.Reference);
+    bench.trace.PErrTop[0] = c.ErrorTop;
+    bench.trace.PBakTop[0] = c.FeedbackTop;
+    bench.trace.PRefTop[0] = c.ReferenceTop;
+    bench.plot.PickPositionSource();
+    EXPECT_EQ(bench.plot.PositionSource, c.Source) << c.Error << c.Feedback << c.Reference;
+    EXPECT_EQ(bench.plot.Label11.Caption, c.Caption) << c.Error << c.Feedback << c.Reference;
+  }
+}
+
+TEST(PositionAxis, AllPositionTracesAndTheColumnFollowTheChosenSeries) {
+  PlotBench bench(PositionPlot);
+  bench.Capture();
+  bench.trace.PBakTop[0] = 2000;
+  bench.trace.PBakGain[0] = 0.2F;
+  bench.trace.ShowPBak = true;
+  bench.plot.PickPositionSource();
+  bench.plot.SetAxisLabels();
+  EXPECT_EQ(bench.trace.PErrPlot[7], 18);
+  EXPECT_EQ(bench.plot.Label5[10].Caption, "2000");
+}
+
+TEST(SpectrumView, HasItsOwnAxesAndNoMouse) {
+  PlotBench bench(ScopePlot);
+  bench.Capture();
+  bench.trace.SetTraceTime(8);
+  bench.trace.Spectrum.fill(0);
+  bench.trace.Spectrum[1] = 9999;
+  bench.trace.Spectrum[40] = 1234.5F;
+  bench.plot.FrequencyMode = true;
+  bench.plot.Form_Resize();
+  EXPECT_EQ(bench.plot.SpectrumTop, 1270.5F);
+  EXPECT_EQ(bench.plot.Label3[10].Caption, "1270");
+  EXPECT_EQ(bench.plot.Label4[10].Caption, "120");  // 12.5 Hz a division, a tie goes to even
+  EXPECT_EQ(bench.plot.Label9.Caption, "Energy(J)");
+  EXPECT_EQ(bench.plot.Label8.Caption, "Frequency(Hz)");
+  ASSERT_EQ(bench.plot.Picture1.Lines.size(), 65U);
+  EXPECT_EQ(bench.plot.Picture1.Lines[40].Y1, 1234.5F);
+  EXPECT_EQ(bench.plot.Picture1.Scale, (PictureScale{0, 1270.5F, 64.4F, -1270.5F}));
+
+  bench.Drag(5, 1000, 60, 100);
+  EXPECT_EQ(bench.plot.ZoomLevel, 0);
+  EXPECT_TRUE(bench.plot.Picture1.Overlay.empty());
+
+  bench.plot.FrequencyMode = false;
+  bench.plot.SetAxisLabels();
+  bench.plot.Form_Resize();
+  EXPECT_EQ(bench.plot.Label9.Caption, "Current(A)");
+  EXPECT_EQ(bench.plot.Label3[10].Caption, "2.000");
+  EXPECT_EQ(bench.plot.Picture1.Lines.size(), 3U * 199);
+}
+
+TEST(SpectrumView, AxesOfOtherCaptures) {
+  FftArray silence{};
+  const SpectrumAxes quiet = SpectrumAxesOf(silence, 3);
+  EXPECT_EQ(quiet.SpectrumTop, 70);
+  EXPECT_EQ(quiet.Energy[1], "7");
+  EXPECT_EQ(quiet.Frequency[10], "330");  // 333.5 Hz
+  EXPECT_EQ(SpectrumAxesOf(silence, 20).Frequency[10], "0");
+}
+
+// Of a layout: names of controls whose places overlap, and of those outside the frame.
+std::vector<std::string> Misplaced(const Window& window, int frameWidth, int frameHeight) {
+  std::vector<std::string> names;
+  for (const Control* a : window.Controls) {
+    const int right = a->LeftTwips + a->WidthTwips;
+    const int bottom = a->TopTwips + a->HeightTwips;
+    if (a->LeftTwips < 0 || a->TopTwips < 0 || right > frameWidth || bottom > frameHeight) {
+      names.push_back(a->Name + " outside");
+    }
+    for (const Control* b : window.Controls) {
+      if (a < b && a->LeftTwips < b->LeftTwips + b->WidthTwips && b->LeftTwips < right &&
+          a->TopTwips < b->TopTwips + b->HeightTwips && b->TopTwips < bottom) {
+        names.push_back(a->Name + " over " + b->Name);
+      }
+    }
+  }
+  return names;
+}
+
+TEST(PlotDesign, NothingOverlapsOrLeavesItsPlace) {
+  const struct {
+    const PlotDescription& Description;
+    const PlotPlace& Place;
+    int WidthTwips, HeightTwips;
+  } cases[] = {{VelocityPlot, VelocityPlotPlace, 10815, 4575},
+               {PositionPlot, PositionPlotPlace, 12510, 4080},
+               {ScopePlot, ScopePlotPlace, 12900, 6960}};
+  for (const auto& c : cases) {
+    PlotBench bench(c.Description);
+    Window window;
+    Frame frame;
+    DesignPlot(window, frame, bench.plot, c.Place);
+    EXPECT_EQ(Misplaced(window, c.WidthTwips, c.HeightTwips), std::vector<std::string>{});
+  }
+}
+
+}  // namespace
+}  // namespace gainsmith::test
