@@ -1,0 +1,195 @@
+// Whole sessions with the tool: what passes on the wire and what the user sees, in order.
+#include <gtest/gtest.h>
+
+#include "bench.h"
+#include "simulator/factory_values.h"
+
+namespace gainsmith::test {
+namespace {
+
+using Texts = Bench::Texts;
+
+const Texts ReadAll = {"R 0",   "R 1",   "R 6",   "R 7",   "R 8",   "R 13",  "R 14",  "R 15",
+                       "R 18",  "R 19",  "R 31",  "R 32",  "R 33",  "R 34",  "R 42",  "R 43",
+                       "R 44",  "R 45",  "R 46",  "R 47",  "R 48",  "R 240", "R 241", "R 247",
+                       "R 248", "R 249", "R 250", "R 251", "R 252", "R 255", "R 49",  "R 51",
+                       "R 52",  "R 53",  "R 54",  "R 238", "R 55",  "R 56",  "R 41",  "R 40",
+                       "R 39",  "R 58",  "R 245", "R 246"};
+
+constexpr int WriteOrder[] = {0,  1,  31, 32,  13,  6,   7,  8,   33,  14,  15,  18,  46,  47,  48,
+                              42, 43, 44, 45,  49,  19,  34, 255, 252, 247, 248, 249, 250, 251, 51,
+                              52, 53, 54, 238, 240, 241, 55, 56,  41,  40,  39,  58,  245, 246};
+
+// The frames of a download to a drive that holds `registers`.
+Texts WriteAll(sim::RegisterBank& registers) {
+  Texts frames;
+  for (const int reg : WriteOrder) {
+    frames.push_back("W " + std::to_string(reg) + "=" +
+                     std::to_string(registers.Values[static_cast<std::size_t>(reg)]));
+  }
+  return frames;
+}
+
+Texts Joined(Texts first, const Texts& second) {
+  first.insert(first.end(), second.begin(), second.end());
+  return first;
+}
+
+TEST(Session, FromConnectToExit) {
+  Bench bench;
+  Tool& tool = bench.tool;
+  EXPECT_EQ(tool.mdiForm1.lblConnection.Caption, "Not connected");
+
+  bench.Connect();
+  EXPECT_EQ(bench.TakeFrames(), Joined({"R 253", "R 254", "R 255"}, ReadAll));
+  EXPECT_TRUE(tool.mdiForm1.MnuCurrentLoop.Enabled);
+  EXPECT_EQ(tool.mdiForm1.lblConnection.Caption, "Connected");
+  EXPECT_EQ(tool.mdiForm1.lblConnectionDetail.Caption,
+            "COM1 (simulated drive), 38400 baud, device 1");
+  EXPECT_FALSE(tool.form2.Visible);
+  EXPECT_FALSE(tool.waiting.Loaded);
+
+  bench.user.Click(tool.mdiForm1.MnuCurrentLoop);
+  EXPECT_EQ(bench.TakeFrames(), (Texts{"R 0", "R 1"}));
+  bench.user.Type(tool.form1.Text1[Form1::Kp], "900");
+  bench.user.Type(tool.form1.Text1[Form1::TestCurrent], "1.5");
+  bench.user.Click(tool.form1.cmdTest);
+  EXPECT_EQ(bench.TakeFrames(), (Texts{"W 0=900", "W 1=500", "W 4=1536", "W 2=1", "R 256x50",
+                                       "R 306x50", "R 356x50", "R 406x50"}));
+  bench.user.Close(tool.form1);
+  EXPECT_EQ(bench.TakeFrames(), (Texts{"W 2=0"}));
+  EXPECT_EQ(tool.parameters[Slot::CurrentKp], 900);
+
+  bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, "/home/axis.tvd"}};
+  bench.user.Click(tool.mdiForm1.mnuSaveAs);
+  EXPECT_EQ(tool.mdiForm1.Caption, "Torvane Gainsmith for KVT518 - [axis.tvd]");
+  EXPECT_TRUE(bench.TakeFrames().empty());
+
+  bench.device.Drive.Registers()[sim::Reg::CurrentKp] = 1;
+  bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, "/home/axis.tvd"}};
+  bench.user.Click(tool.mdiForm1.mnuFileOpen);
+  EXPECT_EQ(bench.TakeFrames(), WriteAll(bench.device.Drive.Registers()));
+  EXPECT_EQ(bench.device.Drive.Registers()[sim::Reg::CurrentKp], 900);
+  EXPECT_EQ(bench.TakeMessages(),
+            (Texts{"Configuration settings from the source file have been loaded successfully."}));
+
+  bench.world.Answers = {MessageAnswer::Yes};
+  bench.user.Click(tool.mdiForm1.mnuReset);
+  EXPECT_EQ(bench.TakeFrames(), Joined(WriteAll(bench.device.Drive.Registers()), {"W 12=1"}));
+  EXPECT_EQ(bench.device.Drive.Registers()[sim::Reg::CurrentKp],
+            sim::FactoryValues()[sim::Reg::CurrentKp]);
+  EXPECT_EQ(tool.mdiForm1.Caption, "Torvane Gainsmith for KVT518");
+  EXPECT_EQ(bench.TakeMessages().back(),
+            "All configurations in the connected KVT518 drive have been reset to factory default "
+            "successfully!");
+
+  bench.user.Click(tool.mdiForm1.nmuExit);
+  EXPECT_TRUE(bench.world.Ended());
+  EXPECT_FALSE(bench.world.IsPortOpen());
+}
+
+TEST(Session, TheSameScriptGivesTheSameFramesAtTheSameTimes) {
+  const auto run = [] {
+    sim::DriveOptions options;
+    options.Seed = 7;
+    Bench bench(options);
+    bench.device.Drive.Inject(sim::Fault::BadCrc, sim::Hits::Every(9));
+    bench.device.Drive.Inject(sim::Fault::LateReply, sim::Hits::Every(13));
+    bench.Connect();
+    bench.user.Click(bench.tool.mdiForm1.MnuCurrentLoop);
+    bench.user.Click(bench.tool.form1.cmdTest);
+    bench.user.Close(bench.tool.form1);
+    std::vector<std::pair<std::int64_t, Texts::value_type>> log;
+    for (const LoggedFrame& frame : bench.world.Log.Frames()) {
+      log.emplace_back(frame.AtMs, frame.Text());
+    }
+    return std::pair{log, bench.tool.form1.Samples};
+  };
+  EXPECT_EQ(run(), run());
+}
+
+TEST(Session, NothingStartsInsideABulkRead) {
+  Bench bench;
+  MDIForm1& main = bench.tool.mdiForm1;
+  bool waitingWasThere = false;
+  // Commands of a window that was connected before stay enabled: press them all in the read.
+  main.EnableDriveMenus();
+  main.EnableToolbarButtons();
+  bench.world.At(3000, [&] {
+    waitingWasThere = bench.tool.waiting.Visible;
+    EXPECT_EQ(main.lblActivity.Caption.substr(0, 18), "Reading settings: ");
+    for (MenuItem* menu : main.Menus) {
+      for (MenuItem* item : menu->Items) {
+        if (item->OnClick && item != &main.nmuExit && menu != &main.mnuHelp) item->OnClick();
+      }
+    }
+    for (ToolButton* button : main.ToolButtons) button->OnClick();
+    EXPECT_TRUE(bench.world.Messages.empty());
+    bench.user.Close(bench.tool.waiting);
+  });
+  bench.Connect();
+  EXPECT_TRUE(waitingWasThere);
+  EXPECT_EQ(bench.TakeFrames(), Joined({"R 253", "R 254", "R 255"}, ReadAll));
+  EXPECT_FALSE(main.lblActivity.Visible);
+}
+
+TEST(Session, TheExitQuestionInTheMiddleOfARead) {
+  {
+    Bench bench;
+    bench.world.Answers = {MessageAnswer::No};
+    bench.world.At(2000, [&] { bench.user.Click(bench.tool.mdiForm1.nmuExit); });
+    bench.Connect();
+    EXPECT_EQ(bench.TakeFrames(), Joined({"R 253", "R 254", "R 255"}, ReadAll));
+    EXPECT_EQ(bench.TakeMessages(), (Texts{"Exit Gainsmith for KVT518?"}));
+  }
+  {
+    Bench bench;
+    bench.world.Answers = {MessageAnswer::Yes};
+    const std::int64_t start = bench.world.NowMs();
+    bench.world.At(2000, [&] { bench.user.Click(bench.tool.mdiForm1.nmuExit); });
+    bench.Connect();
+    EXPECT_TRUE(bench.world.Ended());
+    EXPECT_FALSE(bench.world.IsPortOpen());
+    EXPECT_EQ(bench.world.NowMs(), start + 2000);
+    EXPECT_EQ(bench.TakeMessages(), (Texts{"Exit Gainsmith for KVT518?"}));
+  }
+}
+
+// A drive that fails at any single request of connect and current loop test: the tool says so in a
+// fixed message, and is ready for the next connect.
+TEST(Session, AFaultAtAnyRequestIsToldAndSurvived) {
+  const sim::Fault faults[] = {sim::Fault::Silent, sim::Fault::HangUp, sim::Fault::ResetInTest};
+  for (const sim::Fault fault : faults) {
+    for (int request = 1; request <= 57; ++request) {
+      SCOPED_TRACE(std::string(sim::NameOf(fault)) + " at request " + std::to_string(request));
+      Bench bench;
+      Tool& tool = bench.tool;
+      bench.device.Drive.Inject(fault, sim::Hits::Only(request));
+      bench.Connect();
+      if (tool.mdiForm1.MnuCurrentLoop.Enabled) {
+        bench.user.Click(tool.mdiForm1.MnuCurrentLoop);
+        // A field that could not be read is empty, and refused.
+        const bool loaded = !tool.form1.Text1[Form1::Kp].Text.empty();
+        if (loaded) bench.user.Click(tool.form1.cmdTest);
+        bench.user.Close(tool.form1);
+      }
+      for (const std::string& text : bench.TakeMessages()) {
+        EXPECT_TRUE(text == LostLink || text.starts_with("Unable to Communicate with the Drive."))
+            << text;
+      }
+      EXPECT_TRUE(tool.form2.openPort.Enabled);
+
+      // The device comes back; the user closes the port, if it is open, and connects again.
+      bench.device.Drive.ClearFaults();
+      if (bench.device.Drive.HungUp()) bench.device.Drive.Reconnect();
+      if (bench.world.IsPortOpen()) bench.Connect();
+      bench.world.RunFor(500);
+      bench.Connect();
+      EXPECT_TRUE(tool.mdiForm1.MnuCurrentLoop.Enabled);
+      EXPECT_TRUE(bench.TakeMessages().empty());
+    }
+  }
+}
+
+}  // namespace
+}  // namespace gainsmith::test
