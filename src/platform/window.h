@@ -80,8 +80,8 @@ struct Window {
 
   // Adds a control under its name; for the designs.
   template <typename T>
-  T& Add(T& control, std::string name, Control* container = nullptr, int page = 0) {
-    control.Name = std::move(name);
+  T& Add(T& control, const std::string& name, Control* container = nullptr, int page = 0) {
+    control.Name = name;
     control.Container = container;
     control.Page = page;
     Controls.push_back(&control);
