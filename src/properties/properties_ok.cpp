@@ -1,0 +1,103 @@
+// sysConfigFrm: OK, which checks, puts the options into the flags word and writes.
+#include "params/parameter_table.h"
+#include "platform/number_text.h"
+#include "properties/properties_fields.h"
+#include "properties/properties_window.h"
+
+namespace gainsmith {
+
+void sysConfigFrm::cmdOK_Click() {
+  if (!ValidateProperties()) return;
+  cmdOK.Enabled = false;
+  Pointer = MousePointer::Hourglass;
+  ApplyFlagOptions();
+  if (WriteProperties()) world_.Unload(*this);
+  cmdOK.Enabled = true;
+  Pointer = MousePointer::Default;
+}
+
+bool sysConfigFrm::Refuse(Control& field, const char* text) {
+  world_.ShowMessage({text, "Invalid Value", MessageButtons::Ok, MessageIcon::Critical});
+  world_.SetFocus(field);
+  return false;
+}
+
+bool sysConfigFrm::ValidateProperties() {
+  const double polePairs = LeadingNumber(cboMotorPolePair.Text);
+  if (polePairs <= 1) {
+    return Refuse(cboMotorPolePair,
+                  " Motor Pole Pair value should be an integer value great than 1");
+  }
+  for (const PlainField& row : PlainFields) {
+    const double value = LeadingNumber(Text1[row.Index].Text);
+    const bool fits = value <= row.Most && (row.LeastFits ? value >= row.Least : value > row.Least);
+    if (!fits) return Refuse(Text1[row.Index], row.Message);
+  }
+  for (const LimitField& row : LimitFields) {
+    TextBox& field = this->*row.Field;
+    if (!field.Visible) continue;
+    const double value = LeadingNumber(field.Text);
+    if (value < row.Least || value > row.Most) return Refuse(field, row.Message);
+  }
+  // All other fields have a range that a register can hold.
+  if (!PackWord(static_cast<float>(polePairs))) {
+    return Refuse(cboMotorPolePair,
+                  "Motor Pole Pair value can't be sent: the drive takes 2-65,535");
+  }
+  return true;
+}
+
+void sysConfigFrm::ApplyFlagOptions() {
+  auto word = static_cast<unsigned>(values_.DriveFlagsWord);
+  for (const FlagOption& row : FlagOptions) {
+    if (!row.Applied) continue;
+    if (Option1[row.WhenSet].Selected) {
+      word |= row.Mask;
+    } else if (Option1[row.WhenClear].Selected || row.Mask == flags::Direction) {
+      word &= ~unsigned{row.Mask};
+    }
+  }
+  values_.DriveFlagsWord = static_cast<float>(word);
+}
+
+bool sysConfigFrm::WriteSetting(Slot slot, double value, double raw, const Stay& stay) {
+  values_[slot] = static_cast<float>(value);
+  if (!link_.Write(RowOf(slot).Source, static_cast<float>(raw))) {
+    ReportFailure(stay);
+    return false;
+  }
+  return !stay.Over();
+}
+
+bool sysConfigFrm::WriteProperties() {
+  const Stay stay(*this);
+  const double polePairs = LeadingNumber(cboMotorPolePair.Text);
+  if (polePairs != polePairs_) {
+    polePairs_ = polePairs;
+    if (!WriteSetting(Slot::PolePairs, polePairs, polePairs, stay)) return false;
+  }
+  for (const LimitField& row : LimitFields) {
+    const TextBox& field = this->*row.Field;
+    if (!field.Visible) continue;
+    const int scale = RowOf(row.Kept).Scale;
+    const double raw = RoundHalfToEven(LeadingNumber(field.Text), 2) * scale;
+    if (!WriteSetting(row.Kept, raw / scale, raw, stay)) return false;
+  }
+  for (const PlainField& row : PlainFields) {
+    const double value = LeadingNumber(Text1[row.Index].Text);
+    if (value == text1_[row.Index]) continue;
+    if (!WriteSetting(row.Kept, value, value, stay)) return false;
+  }
+
+  values_[Slot::PulseEdge] = values_.DriveFlagsWord;
+  // What an earlier download left there is not the fault of this write.
+  link_.WriteFailed = false;
+  link_.WriteRegisterRetry(link_.DeviceAddress, Register::Flags, values_.DriveFlagsWord);
+  if (link_.WriteFailed) {
+    ReportFailure(stay);
+    return false;
+  }
+  return !stay.Over();
+}
+
+}  // namespace gainsmith

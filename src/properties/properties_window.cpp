@@ -1,0 +1,85 @@
+// sysConfigFrm: its events, and what acts at once on a choice or a click. The load, OK and the
+// fields that commit on Enter have files of their own.
+#include "properties/properties_window.h"
+
+#include <utility>
+
+namespace gainsmith {
+
+sysConfigFrm::sysConfigFrm(World& world, Link& link, ParameterStore& values, MDIForm1& main)
+    : world_(world), link_(link), values_(values), main_(main) {
+  Design();
+  Wire();
+}
+
+void sysConfigFrm::Wire() {
+  for (TextBox* field : {&Text3, &Text4, &Text5, &Text6, &Text7, &Text9, &Text10, &Text11}) {
+    field->OnKeyPress = [this, field](int key) { return NumberField_KeyPress(*field, key); };
+  }
+  for (const CheckIndex index : {TwoAxesInterpolation, ReversePolarity}) {
+    Check1[index].OnClick = [this, index] { Check1_Click(index); };
+  }
+  Combo1.OnClick = [this] { Combo1_Click(); };
+  Combo2.OnClick = [this] { Combo2_Click(); };
+  Check2.OnClick = [this] { Check2_Click(); };
+  cmdOK.OnClick = [this] { cmdOK_Click(); };
+  Command2.OnClick = [this] { Command2_Click(); };
+  err.OnTimer = [this] { err_Timer(); };
+}
+
+void sysConfigFrm::Command2_Click() { world_.Unload(*this); }
+
+void sysConfigFrm::err_Timer() {
+  if (link_.ReadFailed) {
+    ReportFailure(Stay(*this));
+  } else {
+    err.Stop();
+  }
+}
+
+void sysConfigFrm::ReportFailure(const Stay& stay) {
+  world_.ShowMessage(LinkFailureMessage(link_));
+  link_.ReadFailed = false;
+  link_.WriteFailed = false;
+  if (stay.Over()) return;
+  err.Stop();
+  world_.Unload(*this);
+}
+
+void sysConfigFrm::Combo1_Click() {
+  const auto watts = static_cast<float>(Combo1.ChosenData());
+  values_[Slot::RatedPower] = watts;
+  if (link_.Write(Register::RatedPower, watts)) return;
+  world_.ShowMessage(LinkFailureMessage(link_));
+  link_.LinkIdle = true;
+}
+
+void sysConfigFrm::Combo2_Click() {
+  const auto mode = static_cast<float>(Combo2.ChosenData());
+  values_[Slot::InputSmoothing] = mode;
+  WriteAtOnce(Register::InputSmoothing, mode);
+}
+
+void sysConfigFrm::Check1_Click(CheckIndex index) {
+  const Register reg =
+      index == TwoAxesInterpolation ? Register::Interpolation : Register::AnalogReverse;
+  WriteAtOnce(reg, Check1[index].Ticked ? 1 : 0);
+}
+
+void sysConfigFrm::Check2_Click() {
+  link_.LinkIdle = false;
+  const bool written = link_.Write(Register::FilterSwitch, Check2.Ticked ? 0 : 1);
+  if (!written) world_.ShowMessage(LinkFailureMessage(link_));
+  link_.LinkIdle = true;
+}
+
+// Tells a failure at once, and leaves WriteFailed to those whose failure it may still hold.
+bool sysConfigFrm::WriteAtOnce(Register reg, float value) {
+  const bool earlier = std::exchange(link_.WriteFailed, false);
+  link_.WriteRegisterRetry(link_.DeviceAddress, reg, value);
+  const bool failed = std::exchange(link_.WriteFailed, earlier);
+  if (failed) world_.ShowMessage(LinkFailureMessage(link_));
+  return !failed;
+}
+
+}  // namespace gainsmith
