@@ -31,8 +31,8 @@ RecordingWait TestWait(const TraceState& trace) {
 
 RecordingWait AnyAnswerWait() { return {.AnyAnswer = true}; }
 
-RecordingWait ScopeWait(std::function<bool()> stop) {
-  return {.NotReadyLimit = 802, .StopBefore = stop, .StopAfter = std::move(stop)};
+RecordingWait ScopeWait(const std::function<bool()>& stop) {
+  return {.NotReadyLimit = 802, .StopBefore = stop, .StopAfter = stop};
 }
 
 WaitResult WaitForRecording(Link& link, const RecordingWait& wait) {

@@ -30,7 +30,7 @@ RecordingWait TestWait(const TraceState& trace);
 // For the later recordings of a velocity test.
 RecordingWait AnyAnswerWait();
 // For the scope: polls follow each other at once.
-RecordingWait ScopeWait(std::function<bool()> stop);
+RecordingWait ScopeWait(const std::function<bool()>& stop);
 
 enum class WaitResult { Ready, Stopped, NotReady, LinkFailed };
 

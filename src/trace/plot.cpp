@@ -158,10 +158,11 @@ void Plot::DrawTrace(Signal signal) {
   const Colour colour = (trace_.*Description.Colours)[signal];
   const int first = static_cast<int>(RoundHalfToEven(trace_.ZoomLeft[level]));
   const int end = first + static_cast<int>(RoundHalfToEven(trace_.ZoomWidth[level]));
-  for (int i = first; i < end; ++i) {
+  // A press at the very edge may lie outside the data.
+  for (int i = std::max(first, 0); i < std::min(end, ChannelSamples - 1); ++i) {
     const auto at = static_cast<std::size_t>(i);
     const auto x = static_cast<float>(i);
-    Picture1.Line(x, plot.at(at), x + 1, plot.at(at + 1), colour);
+    Picture1.Line(x, plot[at], x + 1, plot[at + 1], colour);
   }
 }
 

@@ -1,6 +1,9 @@
 // The mouse on the plot: zoom stack, clamping, rubber band, read-outs, and when it is shut out.
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
+
 #include "trace/plot_bench.h"
 
 namespace gainsmith::test {
@@ -68,6 +71,9 @@ TEST(PlotZoom, TheEndOfADragIsClampedToTheDataAndItsStartIsNot) {
   bench.Drag(100, 0, -30, 900);
   EXPECT_EQ(bench.plot.DragEndX, 0);
   EXPECT_EQ(bench.plot.DragEndY, 400);
+  bench.Click(0, 0);
+  bench.Drag(-7, 100, 40, 0);
+  EXPECT_EQ(bench.plot.Picture1.Lines.front().X1, 0);
 }
 
 TEST(PlotZoom, FifteenLevelsAndANewCaptureBeginsAtTheFirst) {
@@ -119,6 +125,43 @@ TEST(PlotMouse, ShutOutWhileTheLinkIsBusyOrNothingWasStarted) {
   scope.plot.Picture1.OnMouseDown(RightButton, 5, 5);
   scope.plot.Picture1.OnMouseUp(RightButton, 5, 5);
   EXPECT_EQ(scope.plot.ZoomLevel, 1);
+}
+
+// Gestures of all kinds, before a capture and after one, from inside and outside the view.
+TEST(PlotZoom, NoGestureSpoilsTheAxes) {
+  std::mt19937 random(20240817);
+  const auto upTo = [&random](int limit) {
+    return static_cast<int>(random() % static_cast<unsigned>(limit));
+  };
+  for (const PlotDescription* description : {&VelocityPlot, &PositionPlot, &ScopePlot}) {
+    PlotBench bench(*description);
+    bench.plot.CaptureHaveData = true;
+    for (int i = 0; i < 3000; ++i) {
+      const PictureScale view = bench.plot.Picture1.Scale;
+      const auto x = [&] {
+        return view.Left + view.Width * static_cast<float>(upTo(130) - 15) / 100;
+      };
+      const auto y = [&] {
+        return view.Top + view.Height * static_cast<float>(upTo(130) - 15) / 100;
+      };
+      if (upTo(5) == 0) {
+        bench.Click(x(), y());
+      } else {
+        bench.Drag(x(), y(), x(), y());
+      }
+      bench.plot.Picture1.OnMouseMove(NoButton, x(), y());
+      if (upTo(100) == 0) bench.Capture();
+      ASSERT_GE(bench.plot.ZoomLevel, 0);
+      ASSERT_LE(bench.plot.ZoomLevel, 14);
+      for (const LabelColumn* column :
+           {&bench.plot.Label3, &bench.plot.Label4, &bench.plot.Label5, &bench.plot.Label6}) {
+        for (const Label& label : *column) {
+          ASSERT_EQ(label.Caption.find_first_not_of("0123456789.-*"), std::string::npos)
+              << label.Caption;
+        }
+      }
+    }
+  }
 }
 
 TEST(RubberBand, FollowsTheDragAndGoesWithTheRedraw) {
