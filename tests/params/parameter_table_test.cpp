@@ -1,0 +1,130 @@
+// The parameter table: conversions of every slot, and the flags word.
+#include "params/parameter_table.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "link/frames.h"
+#include "params/drive_flags.h"
+
+namespace gainsmith::test {
+namespace {
+
+TEST(ParameterTable, EveryRawValueComesBackFromEverySlot) {
+  for (const ParameterRow& row : ParameterRows()) {
+    for (int raw = 0; raw <= 65535; ++raw) {
+      const float value = RawToValue(row.Index, static_cast<std::uint16_t>(raw));
+      ASSERT_EQ(PackWord(ValueToRaw(row.Index, value)), raw) << row.Name;
+    }
+  }
+}
+
+TEST(ParameterTable, ValuesAreTheFloatsOfTheirDecimalText) {
+  struct Case {
+    Slot Index;
+    std::uint16_t Raw;
+    float Value;
+  };
+  const Case cases[] = {
+      {Slot::Resistance, 260, 2.6F},         {Slot::Resistance, 254, 2.54F},
+      {Slot::Inductance, 65535, 655.35F},    {Slot::BackEmf, 1, 0.01F},
+      {Slot::TorqueConstant, 500, 0.5F},     {Slot::TorqueConstant, 32767, 32.767F},
+      {Slot::Inertia, 13, 0.00013F},         {Slot::Inertia, 34000, 0.34F},
+      {Slot::AnalogPeakCurrent, 235, 23.5F}, {Slot::PeakCurrentLimit, 840, 8.4F},
+      {Slot::RatedCurrentLimit, 35, 0.35F},  {Slot::CurrentKp, 65535, 65535.0F},
+      {Slot::AnalogDeadBand, 20, 20.0F},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(RawToValue(c.Index, c.Raw), c.Value) << RowOf(c.Index).Name;
+  }
+}
+
+TEST(ParameterTable, AValueIsRoundedOnlyWhenItIsPacked) {
+  const float inertia = ValueToRaw(Slot::Inertia, 0.000123F);
+  EXPECT_FLOAT_EQ(inertia, 12.3F);
+  EXPECT_EQ(PackWord(inertia), 12);
+  EXPECT_EQ(PackWord(ValueToRaw(Slot::CurrentKp, 2.5F)), 2);
+  EXPECT_EQ(PackWord(ValueToRaw(Slot::Resistance, 655.36F)), std::nullopt);
+}
+
+TEST(ParameterTable, EveryRowButTheFlagsHasItsOwnRegisterAndItsNumberAsKey) {
+  std::set<Register> seen;
+  for (const ParameterRow& row : ParameterRows()) {
+    if (row.Key == "*") {
+      EXPECT_EQ(row.Source, Register::Flags);
+      continue;
+    }
+    EXPECT_TRUE(seen.insert(row.Source).second) << row.Name;
+    if (row.Index == Slot::PeakCurrentLimit || row.Index == Slot::RatedCurrentLimit) continue;
+    const int key = std::stoi(std::string(row.Key), nullptr, 16);
+    EXPECT_EQ(key, static_cast<int>(row.Source)) << row.Name;
+  }
+  EXPECT_EQ(seen.size(), 44U);
+  EXPECT_EQ(ParameterKeys[49], "MaxCurrent");
+  EXPECT_EQ(ParameterKeys[50], "RatedCurrent");
+}
+
+TEST(DriveFlags, AWordIsExpandedIntoItsSlots) {
+  struct Case {
+    std::uint16_t Word;
+    // Slots 22 to 28.
+    std::array<float, 7> Slots;
+  };
+  const Case cases[] = {
+      {0x0142, {1, 0, 1, 0, 0, 1, 0}}, {0x0000, {0, 0, 0, 0, 0, 0, 0}},
+      {0x0001, {0, 0, 0, 0, 0, 0, 0}}, {0x0002, {1, 0, 0, 0, 0, 0, 0}},
+      {0x0004, {0, 0, 0, 0, 0, 0, 1}}, {0x0008, {0, 0, 0, 0, 1, 0, 0}},
+      {0x0010, {0, 2, 0, 0, 0, 0, 0}}, {0x0020, {0, 1, 0, 0, 0, 0, 0}},
+      {0x0040, {0, 0, 1, 0, 0, 0, 0}}, {0x0080, {0, 0, 0, 1, 0, 0, 0}},
+      {0x0100, {0, 0, 0, 0, 0, 1, 0}}, {0xFE31, {0, 7, 0, 0, 0, 0, 0}},
+  };
+  for (const Case& c : cases) {
+    ParameterStore store;
+    // Left alone where both mode bits are set.
+    store[Slot::OperatingMode] = 7;
+    store[Slot::RatedPower] = 400;
+    TakeDriveFlags(store, c.Word);
+    EXPECT_EQ(store.DriveFlagsWord, c.Word);
+    for (std::size_t i = 0; i < c.Slots.size(); ++i) {
+      EXPECT_EQ(store.ParameterValues[22 + i], c.Slots[i]) << c.Word << ", slot " << 22 + i;
+    }
+    EXPECT_EQ(store[Slot::RatedPower], 400);
+  }
+}
+
+TEST(DriveFlags, WhatWasReadIsWhatADownloadSends) {
+  for (int word = 0; word <= 65535; ++word) {
+    ParameterStore store;
+    TakeDriveFlags(store, static_cast<std::uint16_t>(word));
+    // Both mode bits at once are no mode; the drive gets the one that the table holds.
+    const bool noMode = (word & flags::ModeMask) == flags::ModeMask;
+    ASSERT_EQ(FlagsToSend(store), static_cast<float>(noMode ? word & ~flags::ModeMask : word));
+  }
+}
+
+TEST(DriveFlags, ADownloadSendsTheWholeWordOrTheSlotsOverTheLastWord) {
+  struct Case {
+    const char* What;
+    float LastWord;
+    std::array<float, 7> Slots;
+    float Sent;
+  };
+  const Case cases[] = {
+      {"a whole word counts alone", 0x01FF, {0x0142, 2, 0, 0, 0, 0, 0}, 0x0142},
+      {"bits without a slot are kept", 0xFE01, {1, 0, 0, 0, 0, 0, 0}, 0xFE03},
+      {"slots over other slots", 0x01FE, {0, 1, 0, 1, 0, 0, 0}, 0x00A0},
+      {"velocity mode", 0x0000, {0, 2, 0, 0, 0, 0, 0}, 0x0010},
+      {"an unknown mode keeps the bits", 0x0030, {0, 3, 0, 0, 0, 0, 0}, 0x0030},
+      {"anything but 0 sets", 0x0000, {1, 0, 5, 0, 0, 1, 0}, 0x0142},
+  };
+  for (const Case& c : cases) {
+    ParameterStore store;
+    store.DriveFlagsWord = c.LastWord;
+    for (std::size_t i = 0; i < c.Slots.size(); ++i) store.ParameterValues[22 + i] = c.Slots[i];
+    EXPECT_EQ(FlagsToSend(store), c.Sent) << c.What;
+  }
+}
+
+}  // namespace
+}  // namespace gainsmith::test
