@@ -3,7 +3,7 @@
 
 namespace gainsmith {
 
-Tool::Tool(World& world)
+Tool::Tool(World& world, Edition edition)
     : link(world),
       mdiForm1(world, shell),
       waiting(world, shell),
@@ -17,7 +17,9 @@ Tool::Tool(World& world)
       form4(world, link, shell),
       form110(world, link),
       commands(world, shell, mdiForm1, MakeRoutes()),
-      world_(world) {}
+      world_(world) {
+  if (edition == Edition::ServiceBench) benchMenu.emplace(mdiForm1, commands);
+}
 
 void Tool::Start() { world_.Show(mdiForm1); }
 

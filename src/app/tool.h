@@ -1,6 +1,9 @@
 // Tool: the whole program but its world. Owns every window and all process-wide state.
 #pragma once
 
+#include <optional>
+
+#include "app/bench_menu.h"
 #include "diagnostics/error_log_window.h"
 #include "diagnostics/test_console_window.h"
 #include "link/connect_window.h"
@@ -21,11 +24,14 @@
 
 namespace gainsmith {
 
+// The tool itself, and the same with the service bench's menu.
+enum class Edition { Standard, ServiceBench };
+
 // Made once by a program, and as often as it likes by a test. Everything in it lives as long as it
 // does; nothing is freed by hand.
 struct Tool {
   // `world` outlives the tool.
-  explicit Tool(World& world);
+  explicit Tool(World& world, Edition edition = Edition::Standard);
   Tool(const Tool&) = delete;
   Tool& operator=(const Tool&) = delete;
 
@@ -56,6 +62,8 @@ struct Tool {
   Form110 form110;
 
   Commands commands;
+  // Present in the service bench's edition only.
+  std::optional<BenchMenu> benchMenu;
 
  private:
   Routes MakeRoutes();

@@ -174,6 +174,7 @@ void Commands::mnuReset_Click() {
 }
 
 void Commands::VelocityLoop_Click() {
+  if (shell_.BulkTransferRunning) return;
   routes_.ForgetClosingPositionWindow();
   if (!CommunicationTest()) return;
   if (!shell_.ChildWindowOpen) {
@@ -184,7 +185,12 @@ void Commands::VelocityLoop_Click() {
   }
 }
 
+void Commands::ReadFromDrive_Click() {
+  if (!shell_.BulkTransferRunning && CommunicationTest()) routes_.ReadFromDrive();
+}
+
 void Commands::TestConsole_Click() {
+  if (shell_.BulkTransferRunning) return;
   if (CommunicationTest()) world_.Show(*routes_.TestConsole);
 }
 

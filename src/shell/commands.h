@@ -58,6 +58,7 @@ class Commands {
   void mnuReset_Click();
   // Reached from the service bench's menu only.
   void VelocityLoop_Click();
+  void ReadFromDrive_Click();
   void TestConsole_Click();
 
  private:
