@@ -93,6 +93,7 @@ void Link::WaitAfterSuccess(int driveMs) {
 
 bool Link::Exchange(Function function, Register reg, float value, const ExchangeOptions& options) {
   for (int retries = 0;; ++retries) {
+    if (options.PauseBeforeMs > 0) WaitMs(options.PauseBeforeMs);
     const Outcome outcome = Attempt(DeviceAddress, function, reg, value, options.DriveMs);
     if (outcome == Outcome::Done) break;
     if (outcome == Outcome::Refused || retries > options.RetryLimit) return false;

@@ -29,6 +29,8 @@ struct ExchangeOptions {
   bool ClosingWait = true;
   // The drive's share of ReplyWaitMs, in ms.
   int DriveMs = StandardDriveMs;
+  // Wait before each frame, in ms.
+  int PauseBeforeMs = 0;
   // Asked before a frame is sent again; true ends the exchange as failed. For commands that start
   // a motion: they must not go out again behind a stop that was sent meanwhile.
   std::function<bool()> Abandon = {};
