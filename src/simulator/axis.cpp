@@ -10,15 +10,15 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr int kVelocityStepsPerTick = 2;
-constexpr int kCurrentStepsPerVelocityStep = 4;
-constexpr int kCurrentStepsPerTick = kVelocityStepsPerTick * kCurrentStepsPerVelocityStep;
+constexpr int VelocityStepsPerTick = 2;
+constexpr int CurrentStepsPerVelocityStep = 4;
+constexpr int CurrentStepsPerTick = VelocityStepsPerTick * CurrentStepsPerVelocityStep;
 
 // The drive times the encoder's edges and so knows the position to a sixteenth of a pulse, which it
 // uses for the velocity only.
-constexpr double kEdgeTimingSteps = 16.0;
+constexpr double EdgeTimingSteps = 16.0;
 
-constexpr double kRadPerTurn = 2.0 * std::numbers::pi;
+constexpr double RadPerTurn = 2.0 * std::numbers::pi;
 
 }  // namespace
 
@@ -32,9 +32,9 @@ void Axis::Configure(const RegisterBank& registers) {
   lowSpeedGains_ = ReadLowSpeedGains(registers);
   followingLimitPulses_ = registers[Reg::FollowingErrorLimit];
   countsPerTurn_ = std::max<double>(1.0, registers[Reg::EncoderCounts]);
-  pulsesPerRad_ = countsPerTurn_ / kRadPerTurn;
+  pulsesPerRad_ = countsPerTurn_ / RadPerTurn;
   rpmPerPps_ = 60.0 / countsPerTurn_;
-  lastFinePosition_ = std::floor(motor_.AngleRad() * pulsesPerRad_ * kEdgeTimingSteps);
+  lastFinePosition_ = std::floor(motor_.AngleRad() * pulsesPerRad_ * EdgeTimingSteps);
 }
 
 void Axis::ResetControllers() {
@@ -48,17 +48,17 @@ std::int64_t Axis::PositionPulses() const {
   return static_cast<std::int64_t>(std::floor(motor_.AngleRad() * pulsesPerRad_));
 }
 
-double Axis::SpeedRpm() const { return motor_.SpeedRadPerS() / kRadPerTurn * 60.0; }
+double Axis::SpeedRpm() const { return motor_.SpeedRadPerS() / RadPerTurn * 60.0; }
 
 double Axis::MeasureRpm() {
-  const double finePosition = std::floor(motor_.AngleRad() * pulsesPerRad_ * kEdgeTimingSteps);
+  const double finePosition = std::floor(motor_.AngleRad() * pulsesPerRad_ * EdgeTimingSteps);
   const double moved = finePosition - lastFinePosition_;
   lastFinePosition_ = finePosition;
-  return moved / kEdgeTimingSteps / VelocityPeriodS * rpmPerPps_;
+  return moved / EdgeTimingSteps / VelocityPeriodS * rpmPerPps_;
 }
 
 bool Axis::StepCurrentLoop(double referenceA) {
-  for (int i = 0; i < kCurrentStepsPerVelocityStep; ++i) {
+  for (int i = 0; i < CurrentStepsPerVelocityStep; ++i) {
     motor_.Step(currentLoop_.Step(referenceA, motor_.CurrentA()));
     if (std::abs(motor_.CurrentA()) > guard_.OverCurrentA()) return false;
   }
@@ -79,7 +79,7 @@ std::optional<DriveError> Axis::Tick(const AxisReference& reference) {
   }
 
   const double feedForwardA = gains.Kaff * reference.AccelerationPps2 / pulsesPerRad_;
-  for (int i = 0; i < kVelocityStepsPerTick; ++i) {
+  for (int i = 0; i < VelocityStepsPerTick; ++i) {
     const double referenceA = velocityLoop_.Step(velocityPps * rpmPerPps_, MeasureRpm(),
                                                  feedForwardA, guard_.LimitA(), gains);
     if (!StepCurrentLoop(referenceA)) return DriveError::OverCurrent;
@@ -97,7 +97,7 @@ std::optional<DriveError> Axis::Tick(const AxisReference& reference) {
 }
 
 void Axis::TickUnpowered() {
-  for (int i = 0; i < kCurrentStepsPerTick; ++i) motor_.StepUnpowered();
+  for (int i = 0; i < CurrentStepsPerTick; ++i) motor_.StepUnpowered();
   MeasureRpm();
   errorPulses_ = 0;
 }

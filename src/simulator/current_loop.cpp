@@ -8,8 +8,8 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr double kProportionalUnit = 0.05;  // V/A
-constexpr double kIntegralUnit = 0.001;     // V/A in each period
+constexpr double ProportionalUnit = 0.05;  // V/A
+constexpr double IntegralUnit = 0.001;     // V/A in each period
 
 double AtLeastOne(std::uint16_t value) { return std::max<double>(1.0, value); }
 
@@ -26,8 +26,8 @@ void Winding::Configure(const WindingConstants& constants) {
 }
 
 void CurrentLoop::Configure(const RegisterBank& registers) {
-  proportional_ = registers[Reg::CurrentKp] * kProportionalUnit;
-  integral_ = registers[Reg::CurrentKi] * kIntegralUnit;
+  proportional_ = registers[Reg::CurrentKp] * ProportionalUnit;
+  integral_ = registers[Reg::CurrentKi] * IntegralUnit;
 }
 
 void CurrentLoop::Reset() {

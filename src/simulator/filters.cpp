@@ -18,10 +18,10 @@ void TrapFilter::Configure(double frequencyHz, double widthHz, double periodS) {
     return;
   }
   // A notch is 12 dB down where its detuning is 0.258 of the half-power bandwidth.
-  constexpr double kHalfPowerPerWidth = 1.0 / 0.258;
+  constexpr double HalfPowerPerWidth = 1.0 / 0.258;
   const double w = 2.0 * std::numbers::pi * frequencyHz * periodS;
   // Held below a quarter of the sampling rate, where the tangent has no more to give.
-  const double halfPowerHz = std::min(kHalfPowerPerWidth * widthHz, 0.25 / periodS);
+  const double halfPowerHz = std::min(HalfPowerPerWidth * widthHz, 0.25 / periodS);
   const double alpha = std::tan(std::numbers::pi * halfPowerHz * periodS);
   b0_ = 1.0 / (1.0 + alpha);
   b1_ = -2.0 * std::cos(w) * b0_;

@@ -15,11 +15,12 @@ struct GainRegisters {
   Reg PositionKp, PositionKi, PositionKd, Kvff, VelocityKp, VelocityKi, Kaff;
 };
 
-constexpr GainRegisters kHighSpeed{Reg::PositionKp, Reg::PositionKi, Reg::PositionKd, Reg::Kvff,
-                                   Reg::VelocityKp, Reg::VelocityKi, Reg::Kaff};
-constexpr GainRegisters kLowSpeed{Reg::LowPositionKp, Reg::LowPositionKi, Reg::LowPositionKd,
-                                  Reg::LowKvff,       Reg::LowVelocityKp, Reg::LowVelocityKi,
-                                  Reg::LowKaff};
+constexpr GainRegisters HighSpeedRegisters{Reg::PositionKp, Reg::PositionKi, Reg::PositionKd,
+                                           Reg::Kvff,       Reg::VelocityKp, Reg::VelocityKi,
+                                           Reg::Kaff};
+constexpr GainRegisters LowSpeedRegisters{
+    Reg::LowPositionKp, Reg::LowPositionKi, Reg::LowPositionKd, Reg::LowKvff,
+    Reg::LowVelocityKp, Reg::LowVelocityKi, Reg::LowKaff};
 
 MotionGains ReadGains(const RegisterBank& registers, const GainRegisters& set) {
   const double currentPerAcceleration =
@@ -36,11 +37,11 @@ MotionGains ReadGains(const RegisterBank& registers, const GainRegisters& set) {
 }  // namespace
 
 MotionGains ReadHighSpeedGains(const RegisterBank& registers) {
-  return ReadGains(registers, kHighSpeed);
+  return ReadGains(registers, HighSpeedRegisters);
 }
 
 MotionGains ReadLowSpeedGains(const RegisterBank& registers) {
-  return ReadGains(registers, kLowSpeed);
+  return ReadGains(registers, LowSpeedRegisters);
 }
 
 MotionGains GainsAt(double commandedRpm, const MotionGains& low, const MotionGains& high) {

@@ -8,13 +8,13 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr double kLeastInertiaKgM2 = 1e-6;
-constexpr double kRadPerSPerKrpm = 1000.0 * 2.0 * std::numbers::pi / 60.0;
+constexpr double LeastInertiaKgM2 = 1e-6;
+constexpr double RadPerSPerKrpm = 1000.0 * 2.0 * std::numbers::pi / 60.0;
 
 }  // namespace
 
 double RotorInertiaKgM2(const RegisterBank& registers) {
-  return std::max(kLeastInertiaKgM2, registers[Reg::Inertia] / 100000.0 / 10000.0);
+  return std::max(LeastInertiaKgM2, registers[Reg::Inertia] / 100000.0 / 10000.0);
 }
 
 double TorqueConstantNmPerA(const RegisterBank& registers) {
@@ -23,7 +23,7 @@ double TorqueConstantNmPerA(const RegisterBank& registers) {
 
 void MotorModel::Configure(const RegisterBank& registers, const MotorPreset& preset) {
   winding_.Configure(ReadWinding(registers));
-  backEmf_ = registers[Reg::BackEmf] / 100.0 / kRadPerSPerKrpm;
+  backEmf_ = registers[Reg::BackEmf] / 100.0 / RadPerSPerKrpm;
   torqueConstant_ = TorqueConstantNmPerA(registers);
   viscous_ = preset.ViscousNmPerRadPerSec;
   coulomb_ = preset.CoulombNm;

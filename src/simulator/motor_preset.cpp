@@ -8,7 +8,7 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr std::array<MotorPreset, 3> kPresets{{
+constexpr std::array<MotorPreset, 3> Presets{{
     {.Name = "bare-shaft",
      .Description = "the rotor alone, with bearing friction",
      .ViscousNmPerRadPerSec = 1e-4,
@@ -29,12 +29,12 @@ constexpr std::array<MotorPreset, 3> kPresets{{
 
 }  // namespace
 
-std::span<const MotorPreset> MotorPresets() { return kPresets; }
+std::span<const MotorPreset> MotorPresets() { return Presets; }
 
 std::optional<MotorPreset> FindMotorPreset(std::string_view name) {
-  const auto found = std::find_if(kPresets.begin(), kPresets.end(),
+  const auto found = std::find_if(Presets.begin(), Presets.end(),
                                   [&](const MotorPreset& preset) { return preset.Name == name; });
-  if (found == kPresets.end()) return std::nullopt;
+  if (found == Presets.end()) return std::nullopt;
   return *found;
 }
 

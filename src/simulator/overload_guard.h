@@ -25,18 +25,18 @@ class OverloadGuard {
   double LimitA() const { return limited_ ? ratedA_ : peakA_; }
   double OverCurrentA() const { return 1.5 * peakA_; }
   // The motor has been held at its rated current for so long that it must be jammed.
-  bool Jammed() const { return limitedS_ > kJammedS; }
+  bool Jammed() const { return limitedS_ > JammedS; }
 
   void Pass(double currentA, double durationS) {
     const double load = currentA / ratedA_;
     heatS_ = std::max(0.0, heatS_ + (load * load - 1.0) * durationS);
-    limited_ = heatS_ > (limited_ ? kHeatS / 2.0 : kHeatS);
+    limited_ = heatS_ > (limited_ ? HeatS / 2.0 : HeatS);
     limitedS_ = limited_ ? limitedS_ + durationS : 0.0;
   }
 
  private:
-  static constexpr double kHeatS = 3.0 * (3.0 * 3.0 - 1.0);
-  static constexpr double kJammedS = 5.0;
+  static constexpr double HeatS = 3.0 * (3.0 * 3.0 - 1.0);
+  static constexpr double JammedS = 5.0;
   double peakA_ = 1.0;
   double ratedA_ = 1.0;
   double heatS_ = 0.0;

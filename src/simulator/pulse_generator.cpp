@@ -8,8 +8,8 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr double kLongestFloatDistance = 16777216.0;  // 24 bits
-constexpr std::int64_t kTicksPerMs = 2;
+constexpr double LongestFloatDistance = 16777216.0;  // 24 bits
+constexpr std::int64_t TicksPerMs = 2;
 
 }  // namespace
 
@@ -30,7 +30,7 @@ PositionProfile::PositionProfile(const ProfileWords& words)
 
 // In 32 bits a very long move would come to a stand where a tick's way is lost in the rounding.
 double PositionProfile::Stored(double pulses) const {
-  return distance_ < kLongestFloatDistance ? static_cast<float>(pulses) : pulses;
+  return distance_ < LongestFloatDistance ? static_cast<float>(pulses) : pulses;
 }
 
 Setpoint PositionProfile::Tick(bool hold) {
@@ -126,8 +126,8 @@ void PositionProfile::StepBack() {
 VelocityProfile::VelocityProfile(const ProfileWords& words)
     : stepPps_(words.Acceleration * VelocityAccelerationUnit * TickS),
       topPps_(words.Speed * VelocitySpeedUnit),
-      runTicks_(static_cast<std::int64_t>(words.Length) * kTicksPerMs),
-      pauseTicks_(words.Pause * kTicksPerMs),
+      runTicks_(static_cast<std::int64_t>(words.Length) * TicksPerMs),
+      pauseTicks_(words.Pause * TicksPerMs),
       movesLeft_(words.Repeats) {}
 
 double VelocityProfile::TargetPps() const {

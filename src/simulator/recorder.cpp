@@ -7,14 +7,14 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr std::uint16_t kTwoChannelKind = 144;
+constexpr std::uint16_t TwoChannelKind = 144;
 
 }  // namespace
 
 void Recorder::Arm(const RegisterBank& registers, bool moveToCome) {
   const Settings settings{
       .TicksPerSample = std::max<int>(1, registers[Reg::SampleDivider]),
-      .Channels = registers[Reg::TraceKind] == kTwoChannelKind ? 2 : 3,
+      .Channels = registers[Reg::TraceKind] == TwoChannelKind ? 2 : 3,
   };
   goodForNextTest_ = !moveToCome;
   if (state_ != State::Idle && settings == settings_) return;
@@ -42,7 +42,7 @@ void Recorder::MotionEnded() {
 void Recorder::Wait() {
   state_ = State::Waiting;
   ticksToWait_ =
-      std::int64_t{kLongestWaitInRecordings} * SamplesPerChannel * settings_.TicksPerSample;
+      std::int64_t{LongestWaitInRecordings} * SamplesPerChannel * settings_.TicksPerSample;
 }
 
 void Recorder::Begin() {

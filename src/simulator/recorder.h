@@ -53,7 +53,7 @@ class Recorder {
 
   bool Idle() const { return state_ == State::Idle; }
   // The samples before the move are being recorded: the generator waits.
-  bool Leading() const { return state_ == State::Recording && sample_ < kLeadSamples; }
+  bool Leading() const { return state_ == State::Recording && sample_ < LeadSamples; }
   std::int16_t Sample(int index) const { return memory_[static_cast<std::size_t>(index)]; }
 
  private:
@@ -63,8 +63,8 @@ class Recorder {
     int Channels = MaxChannels;
     bool operator==(const Settings&) const = default;
   };
-  static constexpr int kLeadSamples = 6;
-  static constexpr int kLongestWaitInRecordings = 12;
+  static constexpr int LeadSamples = 6;
+  static constexpr int LongestWaitInRecordings = 12;
 
   void Wait();
   void Begin();

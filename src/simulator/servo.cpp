@@ -12,22 +12,22 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr TimeUs kTickUs = 500;
-constexpr std::uint16_t kStop = 0;
-constexpr std::uint16_t kJog = 1;
-constexpr std::uint16_t kRunTest = 2;
-constexpr std::uint16_t kJogOtherWay = 5;
+constexpr TimeUs TickUs = 500;
+constexpr std::uint16_t CommandStop = 0;
+constexpr std::uint16_t CommandJog = 1;
+constexpr std::uint16_t CommandRunTest = 2;
+constexpr std::uint16_t CommandJogOtherWay = 5;
 
 // A stop takes at most this long, however small the acceleration word is.
-constexpr double kLongestStopS = 0.1;
+constexpr double LongestStopS = 0.1;
 
 // The encoder has to stand still, and on its reference, for so long that the motor counts as
 // resting.
-constexpr int kTicksToRest = 100;
-constexpr std::int32_t kRestErrorPulses = 1;
-constexpr double kRestRpm = 1.0;
+constexpr int TicksToRest = 100;
+constexpr std::int32_t RestErrorPulses = 1;
+constexpr double RestRpm = 1.0;
 
-constexpr double kLeastBackgroundHz = 0.001;
+constexpr double LeastBackgroundHz = 0.001;
 
 }  // namespace
 
@@ -42,10 +42,10 @@ Servo::Servo(const RegisterBank& registers, RaiseError raiseError, const MotorPr
 }
 
 void Servo::Advance(TimeUs now) {
-  for (; nextTickUs_ <= now; nextTickUs_ += kTickUs) {
+  for (; nextTickUs_ <= now; nextTickUs_ += TickUs) {
     const bool nothingHappens = resting_ && !motion_ && recorder_.Idle();
     if (nothingHappens) {
-      nextTickUs_ += (now - nextTickUs_) / kTickUs * kTickUs;
+      nextTickUs_ += (now - nextTickUs_) / TickUs * TickUs;
       continue;
     }
     Tick();
@@ -88,10 +88,10 @@ void Servo::TickPowered() {
 void Servo::WatchForRest() {
   const std::int64_t position = axis_.PositionPulses();
   const bool still =
-      !motion_ && position == lastPosition_ && std::abs(axis_.ErrorPulses()) <= kRestErrorPulses;
+      !motion_ && position == lastPosition_ && std::abs(axis_.ErrorPulses()) <= RestErrorPulses;
   lastPosition_ = position;
   stillTicks_ = still ? stillTicks_ + 1 : 0;
-  resting_ = stillTicks_ >= kTicksToRest;
+  resting_ = stillTicks_ >= TicksToRest;
 }
 
 void Servo::Begin(std::unique_ptr<Motion> motion, MotionKind kind) {
@@ -127,9 +127,9 @@ void Servo::BeginStop() {
   const double rate = registers_[Reg::AccelerationWord] * PositionAccelerationUnit;
   const double startPps = commandedPps_;
   EndMotion();
-  Begin(std::make_unique<SpeedRamp>(startPps, 0.0,
-                                    std::max(rate, std::abs(startPps) / kLongestStopS)),
-        MotionKind::Stop);
+  Begin(
+      std::make_unique<SpeedRamp>(startPps, 0.0, std::max(rate, std::abs(startPps) / LongestStopS)),
+      MotionKind::Stop);
 }
 
 void Servo::Jog(double direction) {
@@ -167,18 +167,18 @@ void Servo::Write(Reg reg, std::uint16_t value, TimeUs now) {
 }
 
 void Servo::CommandPosition(std::uint16_t command) {
-  if (command == kStop && motionKind_ != MotionKind::Background) BeginStop();
-  if (command == kJog) Jog(1.0);
-  if (command == kJogOtherWay) Jog(-1.0);
+  if (command == CommandStop && motionKind_ != MotionKind::Background) BeginStop();
+  if (command == CommandJog) Jog(1.0);
+  if (command == CommandJogOtherWay) Jog(-1.0);
   // A host that missed the reply sends its command again; the test must not begin anew for that.
-  if (command == kRunTest && motionKind_ != MotionKind::PositionTest) {
+  if (command == CommandRunTest && motionKind_ != MotionKind::PositionTest) {
     BeginTest(std::make_unique<PositionProfile>(ReadProfile(registers_)), MotionKind::PositionTest);
   }
 }
 
 void Servo::CommandVelocity(std::uint16_t command) {
-  if (command == kStop && motionKind_ != MotionKind::Background) BeginStop();
-  if (command == kRunTest && motionKind_ != MotionKind::VelocityTest) {
+  if (command == CommandStop && motionKind_ != MotionKind::Background) BeginStop();
+  if (command == CommandRunTest && motionKind_ != MotionKind::VelocityTest) {
     BeginTest(std::make_unique<VelocityProfile>(ReadProfile(registers_)), MotionKind::VelocityTest);
   }
 }
@@ -228,15 +228,14 @@ void Servo::Reset() {
   recorder_.Reset();
 }
 
-bool Servo::Moving() const { return motion_ || std::abs(axis_.SpeedRpm()) > kRestRpm; }
+bool Servo::Moving() const { return motion_ || std::abs(axis_.SpeedRpm()) > RestRpm; }
 
 void Servo::StartBackgroundMotion(const BackgroundMotion& motion, TimeUs now) {
   Advance(now);
   if (motion_ && motionKind_ != MotionKind::Background) return;
   const double amplitudePps = motion.AmplitudeRpm / 60.0 * axis_.CountsPerTurn();
-  Begin(
-      std::make_unique<SineMotion>(std::max(motion.FrequencyHz, kLeastBackgroundHz), amplitudePps),
-      MotionKind::Background);
+  Begin(std::make_unique<SineMotion>(std::max(motion.FrequencyHz, LeastBackgroundHz), amplitudePps),
+        MotionKind::Background);
 }
 
 void Servo::StopBackgroundMotion(TimeUs now) {
