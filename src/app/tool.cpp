@@ -16,6 +16,7 @@ Tool::Tool(World& world, Edition edition)
       form1(world, link, parameters, shell),
       form4(world, link, shell),
       form110(world, link),
+      sysConfig(world, link, parameters, mdiForm1),
       commands(world, shell, mdiForm1, MakeRoutes()),
       world_(world) {
   if (edition == Edition::ServiceBench) benchMenu.emplace(mdiForm1, commands);
@@ -26,6 +27,7 @@ void Tool::Start() { world_.Show(mdiForm1); }
 Routes Tool::MakeRoutes() {
   Routes routes;
   routes.Connect = &form2;
+  routes.Properties = &sysConfig;
   routes.CurrentLoop = &form1;
   routes.ErrorLog = &form4;
   routes.TestConsole = &form110;

@@ -13,6 +13,7 @@
 #include "params/drive_commands.h"
 #include "params/parameter_store.h"
 #include "platform/world.h"
+#include "properties/properties_window.h"
 #include "shell/about_window.h"
 #include "shell/commands.h"
 #include "shell/main_window.h"
@@ -60,6 +61,7 @@ struct Tool {
   Form1 form1;
   Form4 form4;
   Form110 form110;
+  sysConfigFrm sysConfig;
 
   Commands commands;
   // Present in the service bench's edition only.

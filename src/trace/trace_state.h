@@ -85,9 +85,9 @@ struct TraceState {
   PlotArray IErrPlot{}, IBakPlot{}, IRefPlot{};
 
   // Before a split: the channel was uploaded; after it: the channel is drawn.
-  bool ShowPErr = true, ShowPBak = true, ShowPRef = true;
-  bool ShowVErr = true, ShowVBak = true, ShowVRef = true;
-  bool ShowIErr = true, ShowIBak = true, ShowIRef = true;
+  bool ShowPErr = true, ShowPBak = false, ShowPRef = false;
+  bool ShowVErr = false, ShowVBak = true, ShowVRef = false;
+  bool ShowIErr = false, ShowIBak = true, ShowIRef = false;
 
   // --- Zoom tables. Level 0 belongs to the capture, the levels above to the zoom. Before the first
   // capture they hold what the windows show then: 2 A, 400 rpm and 200 pulses at the top.
