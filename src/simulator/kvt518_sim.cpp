@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -162,7 +163,12 @@ class Program {
       if (!error) return Say("no such error: " + line);
       drive_.RaiseError(*error);
     } else if (command == "move") {
-      drive_.StartMotion(Now());
+      BackgroundMotion motion;
+      if (!name.empty()) motion.FrequencyHz = std::strtod(name.c_str(), nullptr);
+      if (!(motion.FrequencyHz >= 0.1 && motion.FrequencyHz <= 100)) {
+        return Say("no such frequency: " + line);
+      }
+      drive_.StartMotion(Now(), motion);
     } else if (command == "stop") {
       drive_.StopMotion(Now());
     } else if (command == "reset") {

@@ -42,7 +42,8 @@ void Recorder::MotionEnded() {
 void Recorder::Wait() {
   state_ = State::Waiting;
   ticksToWait_ =
-      std::int64_t{LongestWaitInRecordings} * SamplesPerChannel * settings_.TicksPerSample;
+      std::int64_t{LongestWaitInRecordings} * SamplesPerChannel * settings_.TicksPerSample +
+      LongestExtraWaitTicks;
 }
 
 void Recorder::Begin() {

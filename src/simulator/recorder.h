@@ -22,11 +22,12 @@ struct RecorderInput {
 // motor moved since the sample before.
 //
 // A recording fits the move that it shows: armed while a move out and back is still to come, it
-// waits for that move, but no longer than twelve times its own length; armed otherwise, it begins
-// at once. An arming that no test has followed yet is good for the next test, too, which then
-// begins it anew. The generator holds a move back until six samples of it are recorded. Sample
-// memory changes only when a recording is complete, and an arming during a recording of the same
-// settings leaves it alone.
+// waits for that move; armed otherwise, it begins at once. It also begins when it has waited for
+// fourteen times its own length and 1.2 s more, before a host that asks once in each recording's
+// length loses patience. An arming that no test has followed yet is good for the next test, too,
+// which then begins it anew. The generator holds a move back until six samples of it are recorded.
+// Sample memory changes only when a recording is complete, and an arming during a recording of the
+// same settings leaves it alone.
 class Recorder {
  public:
   static constexpr int SamplesPerChannel = 200;
@@ -64,7 +65,8 @@ class Recorder {
     bool operator==(const Settings&) const = default;
   };
   static constexpr int LeadSamples = 6;
-  static constexpr int LongestWaitInRecordings = 12;
+  static constexpr int LongestWaitInRecordings = 14;
+  static constexpr int LongestExtraWaitTicks = 2400;
 
   void Wait();
   void Begin();

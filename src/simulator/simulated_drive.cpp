@@ -87,9 +87,9 @@ void SimulatedDrive::Reset(TimeUs now) {
   Note("reset");
 }
 
-void SimulatedDrive::StartMotion(TimeUs now) {
+void SimulatedDrive::StartMotion(TimeUs now, const BackgroundMotion& motion) {
   Advance(now);
-  servo_.StartBackgroundMotion({}, clock_);
+  servo_.StartBackgroundMotion(motion, clock_);
 }
 
 void SimulatedDrive::StopMotion(TimeUs now) {

@@ -57,7 +57,7 @@ class SimulatedDrive {
 
   // A motion that no register commands, as if a machine moved the motor, until stopped or until a
   // command takes over.
-  void StartMotion(TimeUs now);
+  void StartMotion(TimeUs now, const BackgroundMotion& motion = {});
   void StopMotion(TimeUs now);
   // Whether the motor turns or is about to: time then has work to do.
   bool Moving() const { return servo_.Moving(); }

@@ -137,7 +137,7 @@ TEST(ServoRecorder, DoesNotWaitForANextMoveThatIsTooFarAway) {
   ServoBench bench;
   bench.RunPositionTest({.Pulses = 4'000'000, .Repeats = 2}, 1);  // minutes
   bench.Arm(1);
-  bench.PassMs(12 * 100 - 1);
+  bench.PassMs(14 * 100 + 1200 - 1);
   EXPECT_EQ(bench.Motor.RecorderStatus(), 0);
   bench.PassMs(102);
   EXPECT_EQ(bench.Motor.RecorderStatus(), 1);
