@@ -16,6 +16,7 @@ Tool::Tool(World& world, Edition edition)
       form1(world, link, parameters, shell),
       form4(world, link, shell),
       form110(world, link),
+      form8(world, link, parameters, shell, transfer),
       sysConfig(world, link, parameters, mdiForm1),
       commands(world, shell, mdiForm1, MakeRoutes()),
       world_(world) {
@@ -30,6 +31,7 @@ Routes Tool::MakeRoutes() {
   routes.Properties = &sysConfig;
   routes.CurrentLoop = &form1;
   routes.ErrorLog = &form4;
+  routes.ParametersGrid = &form8;
   routes.TestConsole = &form110;
   routes.About = &dialog;
   routes.Waiting = &waiting;

@@ -11,6 +11,7 @@
 #include "params/bulk_transfer.h"
 #include "params/config_file.h"
 #include "params/drive_commands.h"
+#include "params/grid_window.h"
 #include "params/parameter_store.h"
 #include "platform/world.h"
 #include "properties/properties_window.h"
@@ -61,6 +62,7 @@ struct Tool {
   Form1 form1;
   Form4 form4;
   Form110 form110;
+  Form8 form8;
   sysConfigFrm sysConfig;
 
   Commands commands;
