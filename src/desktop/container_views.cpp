@@ -1,7 +1,6 @@
 // Views of frames and tabs.
 #include <QGroupBox>
 #include <QPainter>
-#include <QStyleOptionTabWidgetFrame>
 #include <QTabBar>
 
 #include "desktop/control_view.h"
@@ -13,6 +12,7 @@ namespace {
 
 // Controls on a page are placed inside the whole tab control; its strip takes 360 twips.
 constexpr int TabStripHeightPixels = 24;
+constexpr float LineOpacity = 0.25F;
 
 // A group box whose border starts in the middle of its caption, as the places of its contents
 // expect, and not below it.
@@ -37,7 +37,7 @@ class FrameBox final : public QWidget {
     const int captionWidth = metrics.horizontalAdvance(Caption);
     const qreal top = Caption.isEmpty() ? 0 : metrics.height() / 2.0;
     QColor line = palette().color(QPalette::WindowText);
-    line.setAlphaF(0.25F);
+    line.setAlphaF(LineOpacity);
     if (!Caption.isEmpty()) {
       const QRect gap(CaptionLeft - CaptionGap, 0, captionWidth + 2 * CaptionGap, metrics.height());
       painter.setClipRegion(QRegion(rect()) - gap);
@@ -64,6 +64,7 @@ class FrameView final : public ControlView {
  protected:
   void ReflectCaption() override {
     box_->Caption = ShownText(record_.Caption);
+    box_->setProperty("caption", box_->Caption);
     box_->update();
   }
   void ReflectOwn() override {
@@ -104,13 +105,14 @@ class TabsPane final : public QWidget {
   }
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    QStyleOptionTabWidgetFrame option;
-    option.initFrom(this);
-    option.rect = rect().adjusted(0, TabStripHeightPixels - 1, 0, 0);
-    option.lineWidth = 1;
-    style()->drawPrimitive(QStyle::PE_FrameTabWidget, &option, &painter, this);
+    QColor line = palette().color(QPalette::WindowText);
+    line.setAlphaF(LineOpacity);
+    painter.setPen(line);
+    painter.drawRect(rect().adjusted(0, TabStripHeightPixels - 1, -1, -1));
   }
 };
+
+constexpr int TabDarkening = 120;
 
 class TabsView final : public ControlView {
  public:
@@ -137,6 +139,15 @@ class TabsView final : public ControlView {
     if (!Changed(currentPage_, record_.CurrentPage)) return;
     pane_->Bar->setCurrentIndex(record_.CurrentPage);
     pane_->ShowPage(record_.CurrentPage);
+  }
+  void ReflectColours() override {
+    ControlView::ReflectColours();
+    // The style draws tabs lighter than the buttons of a dark palette; the pages are not.
+    QPalette palette;
+    if (PresentScheme() == Scheme::Dark) {
+      palette.setColor(QPalette::Button, palette.color(QPalette::Window).darker(TabDarkening));
+    }
+    pane_->Bar->setPalette(palette);
   }
 
  private:

@@ -6,6 +6,7 @@
 #include <QDate>
 #include <QLineEdit>
 #include <QScreen>
+#include <QThread>
 #include <algorithm>
 #include <utility>
 
@@ -52,7 +53,7 @@ Qt::CursorShape ShapeOf(MousePointer pointer) {
 // While one stands, timers and user actions wait, and the pointer is the ordinary one.
 class DesktopWorld::DialogScope {
  public:
-  explicit DialogScope(DesktopWorld& world) : world_(world) {
+  explicit DialogScope(DesktopWorld& world) : world_(world), parent_(QApplication::activeWindow()) {
     world_.BeforeSleep();
     world_.timers_.Hold();
     world_.queue_.Hold();
@@ -64,13 +65,16 @@ class DesktopWorld::DialogScope {
     if (world_.screenPointer_ != MousePointer::Default) {
       QApplication::setOverrideCursor(ShapeOf(world_.screenPointer_));
     }
+    // Not every window system does.
+    if (parent_) parent_->activateWindow();
     world_.queue_.Release();
     world_.timers_.Release();
   }
-  static QWidget* Parent() { return QApplication::activeWindow(); }
+  QWidget* Parent() const { return parent_; }
 
  private:
   DesktopWorld& world_;
+  QPointer<QWidget> parent_;
 };
 
 DesktopWorld::DesktopWorld(std::string programDirectory)
@@ -181,7 +185,8 @@ void DesktopWorld::ProgramEnded() {
     if (view) view->Detach();
   }
   queue_.Clear();
-  QCoreApplication::exit(0);
+  // Without a loop to end it would end the next one, a dialog's say.
+  if (thread()->loopLevel() > 0) QCoreApplication::exit(0);
 }
 
 void DesktopWorld::SetFocus(Control& control) {
@@ -230,25 +235,25 @@ void DesktopWorld::Repaint(Window& window) {
 MessageAnswer DesktopWorld::ShowMessage(const Message& message) {
   if (Ended()) return message.Default;
   const DialogScope scope(*this);
-  return RunMessageBox(DialogScope::Parent(), message);
+  return RunMessageBox(scope.Parent(), message);
 }
 
 ChosenFile DesktopWorld::AskOpenFile(const std::string& filter) {
   if (Ended()) return {};
   const DialogScope scope(*this);
-  return RunFileDialog(DialogScope::Parent(), FilePurpose::Open, filter);
+  return RunFileDialog(scope.Parent(), FilePurpose::Open, filter);
 }
 
 ChosenFile DesktopWorld::AskSaveFile(const std::string& filter) {
   if (Ended()) return {};
   const DialogScope scope(*this);
-  return RunFileDialog(DialogScope::Parent(), FilePurpose::Save, filter);
+  return RunFileDialog(scope.Parent(), FilePurpose::Save, filter);
 }
 
 std::optional<Colour> DesktopWorld::AskColour(Colour present) {
   if (Ended()) return std::nullopt;
   const DialogScope scope(*this);
-  return RunColourDialog(DialogScope::Parent(), present);
+  return RunColourDialog(scope.Parent(), present);
 }
 
 std::optional<std::string> DesktopWorld::ReadFile(const std::string& path) {

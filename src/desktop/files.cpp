@@ -21,6 +21,8 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
 }
 
 bool WriteWholeFile(const std::string& path, const std::string& bytes) {
+  // A rename would put a plain file in the place of a device.
+  if (QFileInfo::exists(ToQt(path)) && !IsFile(path)) return false;
   QSaveFile file(ToQt(path));
   if (!file.open(QIODevice::WriteOnly)) return false;
   file.write(bytes.data(), static_cast<qint64>(bytes.size()));

@@ -29,8 +29,8 @@ struct SchemeColours {
 constexpr SchemeColours LightColours{0xfff2f3f5, 0xff1b1f24, 0xffffffff, 0xfff6f7f9,
                                      0xffe6e8eb, 0xff1f6fb5, 0xffffffff, 0xff1261a6,
                                      0xff8a929b, 0xfffffbe6, 0xff7a828b};
-constexpr SchemeColours DarkColours{0xff26292e, 0xffe4e7eb, 0xff1b1e22, 0xff212429,
-                                    0xff363b42, 0xff2f7fc4, 0xffffffff, 0xff6cb4ef,
+constexpr SchemeColours DarkColours{0xff30343a, 0xffe6e9ed, 0xff1d2024, 0xff24272c,
+                                    0xff3c424a, 0xff2f7fc4, 0xffffffff, 0xff6cb4ef,
                                     0xff7b838d, 0xff3a3f46, 0xff8a929b};
 
 QPalette PaletteOf(const SchemeColours& colours) {

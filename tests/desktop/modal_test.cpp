@@ -1,0 +1,166 @@
+// Modal windows, message boxes and the life of windows under nested handlers.
+#include <QApplication>
+
+#include "desk.h"
+
+namespace gainsmith::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+struct ModalTest : Desk {
+  ModalTest() {
+    window.Add(open, "Command1").Place(150, 150, 1500, 375);
+    window.Add(field, "Text1").Place(150, 600, 1500, 300);
+    dialog.Add(done, "Command1").Place(150, 150, 1500, 375);
+    open.OnClick = [&] { log.push_back("main"); };
+    done.OnClick = [&] { log.push_back("dialog"); };
+    world.Show(window);
+    driver.Settle();
+  }
+  Button open, done;
+  TextBox field;
+  // Declared after the world: taken from the screen before it goes.
+  PlainWindow dialog{"Box"};
+  ~ModalTest() override { world.EndProgram(); }
+};
+
+TEST_F(ModalTest, OtherWindowsTakeNoInputFromTheStartOfTheLoad) {
+  dialog.OnLoad = [&] {
+    driver.Click("Form.Command1");
+    driver.Type("Form.Text1", "9");
+    driver.CloseWindow("Form");
+    WaitMs(20);
+  };
+  world.ShowModal(dialog, [&] { log.push_back("closed"); });
+  driver.Click("Form.Command1");
+  driver.Settle();
+  EXPECT_EQ(log, Lines{});
+  EXPECT_EQ(field.Text, "");
+  EXPECT_TRUE(driver.IsEnabled("Form.Command1"));
+
+  driver.Click("Box.Command1");
+  driver.Settle();
+  driver.CloseWindow("Box");
+  driver.Settle();
+  driver.Click("Form.Command1");
+  driver.Settle();
+  EXPECT_EQ(log, (Lines{"dialog", "closed", "main"}));
+}
+
+TEST_F(ModalTest, ClickQueuedBeforeTheModalWindowIsDropped) {
+  open.OnClick = [&] {
+    log.push_back("main");
+    world.ShowModal(dialog);
+  };
+  driver.Click("Form.Command1");
+  driver.Click("Form.Command1");
+  driver.Settle();
+  EXPECT_EQ(log, Lines{"main"});
+}
+
+TEST_F(ModalTest, WindowThatUnloadsItselfInItsLoadIsNeverShown) {
+  dialog.OnLoad = [&] { world.Unload(dialog); };
+  world.ShowModal(dialog, [&] { log.push_back("closed"); });
+  driver.Settle();
+  EXPECT_FALSE(driver.IsShown("Box"));
+  EXPECT_EQ(log, Lines{"closed"});
+  driver.Click("Form.Command1");
+  driver.Settle();
+  EXPECT_EQ(log, (Lines{"closed", "main"}));
+}
+
+TEST_F(ModalTest, MessagesGiveTheAnswerAndHoldBackEverythingElse) {
+  Timer timer;
+  timer.IntervalMs = 5;
+  timer.OnTimer = [&] { log.push_back("tick"); };
+  window.Timers.push_back(&timer);
+  const Message question{"Sure?", "Torvane", MessageButtons::YesNo, MessageIcon::Information,
+                         MessageAnswer::No};
+  open.OnClick = [&] {
+    log.push_back(world.ShowMessage(question) == MessageAnswer::Yes ? "yes" : "no");
+  };
+  driver.OnDialog = [&](QWidget&) {
+    timer.Start();
+    driver.Click("Form.Command1");
+    const std::int64_t endMs = world.NowMs() + 30;
+    while (world.NowMs() < endMs) QApplication::processEvents(QEventLoop::AllEvents, 1);
+    log.push_back("answered");
+    timer.Stop();
+    driver.OnDialog = {};
+  };
+  driver.Answer(MessageAnswer::Yes);
+  driver.Click("Form.Command1");
+  driver.Settle();
+  EXPECT_EQ(log, (Lines{"answered", "yes"}));
+  // Without a script the default is pressed.
+  EXPECT_EQ(world.ShowMessage(question), MessageAnswer::No);
+  ASSERT_EQ(driver.Messages().size(), 2U);
+  EXPECT_EQ(driver.Messages()[0].Text, "Sure?");
+  EXPECT_EQ(driver.Messages()[0].Title, "Torvane");
+  window.Timers.clear();
+}
+
+TEST_F(ModalTest, FileDialogsGiveThePathWithTheFirstFiltersExtension) {
+  ASSERT_TRUE(world.WriteFile(Path("a.tvd"), "1"));
+  driver.AnswerFile(Path("a.tvd"));
+  driver.AnswerFile(Path("b"));
+  driver.AnswerFile("");
+  EXPECT_EQ(world.AskOpenFile("*.tvd|*.tvd|").Path, Path("a.tvd"));
+  EXPECT_EQ(world.AskSaveFile("*.tvd|*.tvd").Path, Path("b.tvd"));
+  EXPECT_EQ(world.AskOpenFile("*.tvd|*.tvd|All Files (*.*)").Result,
+            ChosenFile::Outcome::Cancelled);
+  driver.AnswerColour(Rgb(1, 2, 3));
+  EXPECT_EQ(world.AskColour(Rgb(9, 9, 9)), Rgb(1, 2, 3));
+  EXPECT_EQ(world.AskColour(Rgb(9, 9, 9)), std::nullopt);
+}
+
+TEST_F(ModalTest, RefusedCloseKeepsTheWindow) {
+  window.OnUnload = [] { return false; };
+  driver.CloseWindow("Form");
+  driver.Settle();
+  EXPECT_TRUE(driver.IsShown("Form") && window.Loaded);
+}
+
+TEST_F(ModalTest, AfterTheEndNothingIsShownAskedOrWaitedFor) {
+  open.OnClick = [&] {
+    world.EndProgram();
+    const std::int64_t startMs = world.NowMs();
+    WaitMs(10'000);
+    EXPECT_LT(world.NowMs(), startMs + 5'000);
+    const Message question{"?", "T", MessageButtons::YesNo, MessageIcon::None, MessageAnswer::Yes};
+    EXPECT_EQ(world.ShowMessage(question), MessageAnswer::Yes);
+    world.Show(dialog);
+    EXPECT_FALSE(world.WriteFile(Path("late"), "x"));
+    log.push_back("unwound");
+  };
+  driver.Click("Form.Command1");
+  EXPECT_EQ(QApplication::exec(), 0);
+  EXPECT_EQ(log, Lines{"unwound"});
+  EXPECT_TRUE(driver.Messages().empty());
+  EXPECT_FALSE(driver.IsShown("Form") || driver.IsShown("Box"));
+}
+
+TEST_F(ModalTest, AScriptGoesOnWhileHandlersNest) {
+  open.OnClick = [&] {
+    log.push_back("outer");
+    field.Text = "waiting";
+    WaitMs(60'000);
+    log.push_back("outer ended");
+  };
+  window.OnUnload = [&] {
+    world.EndProgram();
+    return true;
+  };
+  driver.Play([&] {
+    driver.Click("Form.Command1");
+    EXPECT_TRUE(driver.WaitUntil([&] { return field.Text == "waiting"; }));
+    EXPECT_EQ(driver.TextOf("Form.Text1"), "waiting");
+    driver.CloseWindow("Form");
+    EXPECT_TRUE(driver.WaitUntil([&] { return world.Ended(); }));
+  });
+  EXPECT_EQ(log, (Lines{"outer", "outer ended"}));
+}
+
+}  // namespace
+}  // namespace gainsmith::test

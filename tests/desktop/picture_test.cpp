@@ -1,0 +1,98 @@
+// Picture boxes: lines in their own scales, mouse in the picture's.
+#include <QImage>
+#include <QPainter>
+#include <limits>
+
+#include "desk.h"
+#include "desktop/picture_painter.h"
+
+namespace gainsmith::test {
+namespace {
+
+constexpr Colour Red = Rgb(255, 0, 0);
+
+PictureLine LineIn(const PictureScale& scale, float x1, float y1, float x2, float y2) {
+  return {x1, y1, x2, y2, Red, 1, false, scale};
+}
+
+QImage Painted(const std::vector<PictureLine>& lines, int scale = 1) {
+  QImage image(QSize(200, 100) * scale, QImage::Format_RGB32);
+  image.setDevicePixelRatio(scale);
+  image.fill(Qt::black);
+  QPainter painter(&image);
+  PaintLines(painter, QRectF(0, 0, 200, 100), lines);
+  return image;
+}
+
+TEST(PicturePainter, EachLineStaysInTheScaleItWasDrawnIn) {
+  const PictureScale plot{0, 400, 200, -800};
+  const PictureScale unit{0, 0, 1, 1};
+  for (const int scale : {1, 2}) {
+    const QImage image =
+        Painted({LineIn(plot, 0, 200, 200, 200), LineIn(unit, 0, 0.75F, 1, 0.75F)}, scale);
+    EXPECT_GT(qRed(image.pixel(100 * scale, 25 * scale)), 100);
+    EXPECT_GT(qRed(image.pixel(100 * scale, 75 * scale)), 100);
+    EXPECT_EQ(qRed(image.pixel(100 * scale, 50 * scale)), 0);
+  }
+}
+
+TEST(PicturePainter, FarAndUnreadablePointsDoNoHarm) {
+  const PictureScale unit{0, 0, 1, 1};
+  const float nan = std::numeric_limits<float>::quiet_NaN();
+  const float infinity = std::numeric_limits<float>::infinity();
+  const QImage image = Painted({LineIn(unit, 0.5F, -1e6F, 0.5F, 1e6F), LineIn(unit, nan, 0, 1, 1),
+                                LineIn(unit, 0, 0, infinity, 1), LineIn({0, 0, 0, 0}, 0, 0, 1, 1)});
+  EXPECT_GT(qRed(image.pixel(100, 50)), 100);
+  EXPECT_EQ(qRed(image.pixel(40, 20)), 0);
+}
+
+struct PictureTest : Desk {
+  PictureTest() {
+    window.Add(picture, "Picture1").Place(0, 0, 3000, 3000);
+    picture.Scale = {0, 400, 200, -800};
+    const auto note = [this](const char* what) {
+      return [this, what](int button, float x, float y) {
+        log.push_back(std::string(what) + " " + std::to_string(button) + " " +
+                      std::to_string(std::lround(x)) + " " + std::to_string(std::lround(y)));
+      };
+    };
+    picture.OnMouseDown = note("down");
+    picture.OnMouseMove = note("move");
+    picture.OnMouseUp = note("up");
+    world.Show(window);
+    driver.Settle();
+  }
+  PictureBox picture;
+};
+
+TEST_F(PictureTest, MouseSpeaksInThePicturesScaleAlsoBeyondItsEdge) {
+  driver.Drag("Form.Picture1", 0.25, 0.25, 1.5, 0.75);
+  driver.Settle();
+  // The way to the first point is told as well.
+  std::erase(log, "move 0 50 200");
+  ASSERT_GE(log.size(), 3U);
+  EXPECT_EQ(log.front(), "down 1 50 200");
+  EXPECT_EQ(log[log.size() - 2], "move 1 300 -200");
+  EXPECT_EQ(log.back(), "up 1 300 -200");
+}
+
+TEST_F(PictureTest, OverlayComesAndGoesWithoutTouchingThePicture) {
+  const auto pixel = [&] {
+    QWidget* widget = driver.Find("Form.Picture1");
+    driver.Settle();
+    return widget->grab().toImage().pixelColor(100, 60);
+  };
+  picture.Line(0, 100, 200, 100, Rgb(0, 255, 0));
+  const QColor ground = pixel();
+  picture.Overlay = {LineIn(picture.Scale, 0, 160, 200, 160)};
+  EXPECT_GT(pixel().red(), 100);
+  picture.Overlay.clear();
+  EXPECT_EQ(pixel(), ground);
+  picture.Cls();
+  driver.Settle();
+  const QImage image = driver.Find("Form.Picture1")->grab().toImage();
+  EXPECT_LT(image.pixelColor(95, 75).green(), 100);
+}
+
+}  // namespace
+}  // namespace gainsmith::test

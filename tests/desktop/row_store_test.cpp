@@ -1,0 +1,100 @@
+// The grid's row store on a real file, and the files of the world.
+#include <sys/stat.h>
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+
+#include "desk.h"
+
+namespace gainsmith::test {
+namespace {
+
+constexpr const char* Table = "QMX4400";
+
+struct RowStoreTest : Desk {
+  std::string path = Path("QMX4400en.mdb");
+};
+
+std::vector<StoredRow> SomeRows() {
+  return {{"Kp", 0.1F, "0-1"}, {"It's \"quoted\"", -3.4e38F, ""}, {"速", 1e-38F, "；"}};
+}
+
+TEST_F(RowStoreTest, RowsSurviveInAFileThatOthersCanRead) {
+  {
+    const auto store = world.OpenRows(path, Table);
+    store->Append(SomeRows());
+    store->Append({{"Last", 1, "x"}});
+    store->DeleteLast(2);
+  }
+  auto rows = SomeRows();
+  rows.pop_back();
+  {
+    const auto store = world.OpenRows(path, Table);
+    EXPECT_EQ(store->Rows(), rows);
+    store->DeleteLast(51);
+    EXPECT_TRUE(store->Rows().empty());
+    store->Append(rows);
+  }
+  QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "other");
+  database.setDatabaseName(QString::fromStdString(path));
+  ASSERT_TRUE(database.open());
+  QSqlQuery query(R"(SELECT count("Setting Range"), min("Parameter") FROM QMX4400)", database);
+  ASSERT_TRUE(query.next());
+  EXPECT_EQ(query.value(0).toInt(), 2);
+  EXPECT_EQ(query.value(1).toString(), "It's \"quoted\"");
+}
+
+TEST_F(RowStoreTest, FilesThatCannotServeAreLeftAloneAndMemoryServes) {
+  const std::string garbage(5000, 'x');
+  ASSERT_TRUE(world.WriteFile(Path("garbage"), garbage));
+  {
+    QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "foreign");
+    database.setDatabaseName(QString::fromStdString(Path("foreign")));
+    ASSERT_TRUE(database.open());
+    QSqlQuery query(database);
+    ASSERT_TRUE(query.exec("CREATE TABLE QMX4400 (other TEXT)"));
+  }
+  const auto foreign = world.ReadFile(Path("foreign"));
+  for (const std::string name : {"garbage", "foreign", "no/such/directory", "."}) {
+    const auto store = world.OpenRows(Path(name), Table);
+    store->Append(SomeRows());
+    store->DeleteLast(1);
+    EXPECT_EQ(store->Rows().size(), 2U) << name;
+  }
+  EXPECT_EQ(world.ReadFile(Path("garbage")), garbage);
+  EXPECT_EQ(world.ReadFile(Path("foreign")), foreign);
+}
+
+TEST_F(RowStoreTest, AStoreSpoiledWhileOpenGoesOnInMemory) {
+  const auto store = world.OpenRows(path, Table);
+  store->Append(SomeRows());
+  {
+    QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "spoiler");
+    database.setDatabaseName(QString::fromStdString(path));
+    ASSERT_TRUE(database.open());
+    QSqlQuery query(database);
+    ASSERT_TRUE(
+        query.exec("CREATE TRIGGER no BEFORE INSERT ON QMX4400 "
+                   "BEGIN SELECT RAISE(ABORT, 'full'); END"));
+  }
+  store->Append({{"More", 2, ""}});
+  ASSERT_EQ(store->Rows().size(), 4U);
+  EXPECT_EQ(store->Rows()[3].Parameter, "More");
+}
+
+TEST_F(RowStoreTest, FilesAreReadAndWrittenWhole) {
+  const std::string bytes("a\0b\r\n\xff", 6);
+  ASSERT_TRUE(world.WriteFile(Path("f"), "old, and longer than the new"));
+  ASSERT_TRUE(world.WriteFile(Path("f"), bytes));
+  EXPECT_EQ(world.ReadFile(Path("f")), bytes);
+  EXPECT_EQ(world.ReadFile(Path("missing")), std::nullopt);
+  EXPECT_EQ(world.ReadFile(Path(".")), std::nullopt);
+  EXPECT_FALSE(world.FileExists(Path(".")));
+  EXPECT_FALSE(world.WriteFile(Path("no/such/place"), bytes));
+  ASSERT_EQ(mkfifo(Path("fifo").c_str(), 0600), 0);
+  EXPECT_FALSE(world.WriteFile(Path("fifo"), bytes));
+  EXPECT_EQ(world.ReadFile(Path("fifo")), std::nullopt);
+}
+
+}  // namespace
+}  // namespace gainsmith::test

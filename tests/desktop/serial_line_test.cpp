@@ -1,0 +1,118 @@
+// The serial port on a real pseudo-terminal.
+#include <fcntl.h>
+#include <pty.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <QFile>
+#include <ctime>
+
+#include "desk.h"
+
+namespace gainsmith::test {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// The far end of COM1.
+struct SerialLineTest : Desk {
+  SerialLineTest() { Plug(); }
+  ~SerialLineTest() override { Pull(); }
+
+  void Plug() {
+    int slave = -1;
+    char name[64] = {};
+    EXPECT_EQ(openpty(&farEnd, &slave, name, nullptr, nullptr), 0);
+    close(slave);
+    fcntl(farEnd, F_SETFL, O_NONBLOCK);
+    const QString link = QString::fromStdString(Path("COM1"));
+    QFile::remove(link);
+    EXPECT_TRUE(QFile::link(QString::fromLocal8Bit(name), link));
+  }
+  void Pull() {
+    if (farEnd >= 0) close(farEnd);
+    farEnd = -1;
+  }
+  void Send(const Bytes& bytes) {
+    ASSERT_EQ(write(farEnd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+  }
+  Bytes Received() {
+    Bytes bytes(256);
+    const ssize_t count = read(farEnd, bytes.data(), bytes.size());
+    bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    return bytes;
+  }
+  bool Open() { return world.OpenPort(1, "38400,n,8,2"); }
+
+  int farEnd = -1;
+};
+
+TEST_F(SerialLineTest, BytesPassRawBothWays) {
+  ASSERT_TRUE(Open());
+  EXPECT_TRUE(world.IsPortOpen());
+  termios settings{};
+  ASSERT_EQ(tcgetattr(farEnd, &settings), 0);
+  EXPECT_EQ(settings.c_cflag & (CSIZE | CSTOPB | PARENB), CS8 | CSTOPB);
+
+  const Bytes every{0x00, 0x03, 0x0A, 0x0D, 0x11, 0x13, 0x1A, 0x7F, 0x80, 0xFF};
+  for (const std::uint8_t byte : every) world.WriteByte(byte);
+  EXPECT_EQ(Received(), every);
+  Send(every);
+  // No event has run since.
+  EXPECT_EQ(world.BytesAvailable(), static_cast<int>(every.size()));
+  EXPECT_EQ(world.ReadAll(), every);
+  EXPECT_EQ(world.BytesAvailable(), 0);
+
+  Send({1, 2, 3});
+  world.ClearInput();
+  EXPECT_EQ(world.ReadAll(), Bytes{});
+  world.ClosePort();
+  EXPECT_FALSE(world.IsPortOpen());
+  Send({1});
+  EXPECT_EQ(world.BytesAvailable(), 0);
+}
+
+TEST_F(SerialLineTest, VanishedDeviceFailsQuietlyAndUsesNoProcessor) {
+  ASSERT_TRUE(Open());
+  Pull();
+  const std::clock_t busyBefore = std::clock();
+  for (int i = 0; i < 8; ++i) {
+    world.WriteByte(0x55);
+    WaitMs(50);
+    EXPECT_EQ(world.BytesAvailable(), 0);
+    EXPECT_TRUE(world.ReadAll().empty());
+    EXPECT_TRUE(world.IsPortOpen()) << "open is the tool's own idea";
+  }
+  const double busyMs = 1000.0 * static_cast<double>(std::clock() - busyBefore) / CLOCKS_PER_SEC;
+  EXPECT_LT(busyMs, 100);
+  EXPECT_TRUE(driver.Messages().empty());
+
+  world.ClosePort();
+  EXPECT_FALSE(Open());
+  EXPECT_FALSE(world.IsPortOpen());
+  Plug();
+  ASSERT_TRUE(Open());
+  Send({7});
+  EXPECT_EQ(world.ReadAll(), Bytes{7});
+}
+
+TEST_F(SerialLineTest, PortsThatCannotBeOpened) {
+  EXPECT_FALSE(world.OpenPort(12, "38400,n,8,2")) << "no such port";
+  EXPECT_FALSE(world.OpenPort(1, "38400")) << "settings that say nothing";
+  EXPECT_FALSE(world.IsPortOpen());
+  QFile::remove(QString::fromStdString(Path("COM1")));
+  ASSERT_TRUE(
+      QFile::link(QString::fromStdString(Path("missing")), QString::fromStdString(Path("COM1"))));
+  EXPECT_FALSE(Open()) << "a link that leads nowhere";
+}
+
+TEST_F(SerialLineTest, TheListSaysWhatStandsBehindAPort) {
+  const QString device = QFile::symLinkTarget(QString::fromStdString(Path("COM1")));
+  EXPECT_EQ(world.DescribePort(1), device.toStdString());
+  EXPECT_EQ(world.DescribePort(12), "");
+  Pull();
+  EXPECT_NE(world.DescribePort(1).find("not connected"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace gainsmith::test

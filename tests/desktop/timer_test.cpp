@@ -1,0 +1,98 @@
+// Timers of windows, and waits on a real clock.
+#include <ctime>
+
+#include "desk.h"
+
+namespace gainsmith::test {
+namespace {
+
+struct TimerTest : Desk {
+  TimerTest() {
+    timer.IntervalMs = 10;
+    window.Timers = {&timer};
+  }
+  Timer timer;
+};
+
+TEST_F(TimerTest, TicksOnlyWhileLoadedAndNeverInsideItsOwnTick) {
+  int depth = 0;
+  int deepest = 0;
+  int ticks = 0;
+  std::int64_t endedMs = 0;
+  std::int64_t shortestMs = 1000;
+  timer.OnTimer = [&] {
+    if (++ticks > 1) shortestMs = std::min(shortestMs, world.NowMs() - endedMs);
+    deepest = std::max(deepest, ++depth);
+    WaitMs(25);
+    --depth;
+    endedMs = world.NowMs();
+  };
+  timer.Start();
+  WaitMs(30);
+  EXPECT_EQ(ticks, 0) << "not loaded";
+  world.Show(window);
+  EXPECT_TRUE(driver.WaitUntil([&] { return ticks == 3; }));
+  EXPECT_EQ(deepest, 1);
+  EXPECT_GE(shortestMs, timer.IntervalMs) << "the interval starts anew when a tick has ended";
+  world.Unload(window);
+  WaitMs(30);
+  EXPECT_EQ(ticks, 3);
+}
+
+TEST_F(TimerTest, OneTimerTicksInsideAnothersTick) {
+  Timer second;
+  second.IntervalMs = 5;
+  window.Timers.push_back(&second);
+  bool inside = false;
+  int nested = 0;
+  timer.OnTimer = [&] {
+    inside = true;
+    driver.WaitUntil([&] { return nested >= 2; });
+    inside = false;
+    timer.Stop();
+  };
+  second.OnTimer = [&] { nested += inside ? 1 : 0; };
+  timer.Start();
+  second.Start();
+  world.Show(window);
+  EXPECT_TRUE(driver.WaitUntil([&] { return !timer.Enabled(); }));
+  EXPECT_GE(nested, 2);
+}
+
+TEST_F(TimerTest, StoppedAndStartedAgainInItsTickItGoesOn) {
+  int ticks = 0;
+  timer.OnTimer = [&] {
+    ++ticks;
+    timer.Stop();
+    if (ticks < 3) timer.Start();
+  };
+  timer.Start();
+  world.Show(window);
+  EXPECT_TRUE(driver.WaitUntil([&] { return ticks == 3; }));
+  WaitMs(30);
+  EXPECT_EQ(ticks, 3);
+}
+
+// A wait is its milliseconds and the rest of the clock's step; it ends promptly and uses next to
+// no processor time. The limits are wide: other programs run on the machine.
+TEST_F(TimerTest, WaitsEndPromptlyAndSleep) {
+  world.Show(window);
+  driver.Settle();
+  const std::clock_t busyBefore = std::clock();
+  std::int64_t totalMs = 0;
+  const std::int64_t startMs = world.NowMs();
+  for (int round = 0; round < 5; ++round) {
+    for (const int ms : {1, 1, 1, 1, 1, 1, 1, 1, 51, 50, 51}) {
+      const std::int64_t beforeMs = world.NowMs();
+      WaitMs(ms);
+      EXPECT_GE(world.NowMs(), beforeMs + ms + 1);
+      totalMs += ms + 1;
+    }
+  }
+  EXPECT_LE(world.NowMs() - startMs, totalMs * 5 / 4);
+  const double busyMs = 1000.0 * static_cast<double>(std::clock() - busyBefore) / CLOCKS_PER_SEC;
+  EXPECT_LT(busyMs, static_cast<double>(totalMs) / 10);
+}
+
+}  // namespace
+}  // namespace gainsmith::test

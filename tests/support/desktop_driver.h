@@ -1,0 +1,101 @@
+// DesktopDriver: works the real windows as a person would, by the system's own names.
+//
+// A test can call it on the thread of the windows, where a handler that waits keeps the caller
+// waiting; or in Play, on a thread of its own, where a line of the test follows the other while
+// handlers nest.
+#pragma once
+
+#include <QEvent>
+#include <QObject>
+#include <QPoint>
+#include <QWidget>
+#include <deque>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/world.h"
+
+namespace gainsmith::test {
+
+class DesktopDriver : private QObject {
+ public:
+  explicit DesktopDriver(World& world);
+  ~DesktopDriver() override;
+
+  // Runs `script` on a thread of its own and the windows' events on this one, until the script
+  // has ended. Every call to the driver from the script is carried out between events, inside
+  // whatever wait or dialog is under way.
+  void Play(const std::function<void()>& script);
+  // Runs `work` on the windows' thread.
+  void OnGui(const std::function<void()>& work);
+
+  // Waits until `done` (asked on the windows' thread); false when `limitMs` have passed before.
+  bool WaitUntil(const std::function<bool()>& done, int limitMs = 10'000);
+  // Lets what is queued (input, handlers, painting) run until nothing is.
+  void Settle();
+
+  // The widget of a control or window on the screen ("Form3.Text1(9)", "Form3"); none: nullptr.
+  // Use what it points to in OnGui only.
+  QWidget* Find(const std::string& name);
+  bool IsShown(const std::string& name) { return Find(name) != nullptr; }
+  bool IsEnabled(const std::string& name);
+  // The text that a label, button, field, list or window title shows.
+  std::string TextOf(const std::string& name);
+
+  // Each fails the test when the target is not on the screen or disabled. They only post the
+  // input: call WaitUntil or Settle to see its effect.
+  void Click(const std::string& name);
+  void ClickAt(const std::string& name, QPoint place);
+  void Press(const std::string& name);
+  void Release(const std::string& name);
+  // In fractions of a picture's width and height.
+  void Drag(const std::string& name, double x1, double y1, double x2, double y2);
+  // Replaces the text of a field, key by key.
+  void Type(const std::string& name, const std::string& text);
+  void Key(const std::string& name, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+  void Choose(const std::string& name, int index);
+  void TurnPage(const std::string& name, int page);
+  void Menu(const std::string& name);
+  bool IsMenuEnabled(const std::string& name);
+  void CloseWindow(const std::string& name);
+
+  // Answers to come, in order. Without one a message gets its default and a dialog is cancelled.
+  void Answer(MessageAnswer answer);
+  // An empty path cancels.
+  void AnswerFile(const std::string& path);
+  void AnswerColour(std::optional<Colour> colour);
+  // Called while a message, file or colour dialog is on the screen, before it is answered.
+  std::function<void(QWidget& dialog)> OnDialog;
+
+  struct Shown {
+    std::string Text;
+    std::string Title;
+  };
+  // Message boxes so far.
+  std::vector<Shown> Messages();
+
+  // Saves a picture of a window on the screen, at 1 or 2 pixels for each of its own; false when
+  // there is no such window or it can't be written.
+  bool Grab(const std::string& name, const std::string& path, int scale = 1);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void AnswerDialog(QWidget* dialog);
+  QWidget* MustFind(const std::string& name);
+  void Mouse(QWidget& widget, QPoint place, Qt::MouseButton button, QEvent::Type type);
+  void KeyClick(QWidget& widget, int key, const QString& text, Qt::KeyboardModifiers modifiers);
+
+  World& world_;
+  Qt::MouseButtons held_;
+  int timestampMs_ = 0;
+  std::deque<MessageAnswer> answers_;
+  std::deque<std::string> files_;
+  std::deque<std::optional<Colour>> colours_;
+  std::vector<Shown> messages_;
+};
+
+}  // namespace gainsmith::test

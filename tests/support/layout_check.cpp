@@ -1,0 +1,132 @@
+// LayoutFaults: measured on the widgets as they are shown.
+#include "support/layout_check.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyle>
+#include <QStyleOptionButton>
+#include <QStyleOptionComboBox>
+#include <QTabBar>
+#include <QWidget>
+
+namespace gainsmith::test {
+namespace {
+
+// Letters may touch the edge of their place.
+constexpr int TolerancePixels = 1;
+constexpr int ButtonMarginPixels = 3;
+constexpr int CaptionMarginPixels = 10;
+
+std::string NameOf(const QWidget& widget) { return widget.objectName().toStdString(); }
+
+QString WithoutAccessKey(QString text) { return text.remove(u'&'); }
+
+void CheckRoom(std::vector<std::string>& faults, const QWidget& widget, const QString& text,
+               int room) {
+  const int needed = widget.fontMetrics().horizontalAdvance(text);
+  if (needed <= room + TolerancePixels) return;
+  faults.push_back(NameOf(widget) + ": \"" + text.toStdString() + "\" needs " +
+                   std::to_string(needed) + " pixels and has " + std::to_string(room));
+}
+
+void CheckLabel(std::vector<std::string>& faults, const QLabel& label) {
+  const QRect room = label.contentsRect();
+  if (!label.wordWrap()) {
+    for (const QString& line : label.text().split(u'\n')) {
+      CheckRoom(faults, label, line, room.width());
+    }
+  }
+  const int flags = label.wordWrap() ? Qt::TextWordWrap : 0;
+  const QRect needed =
+      label.fontMetrics().boundingRect(QRect(0, 0, room.width(), 10'000), flags, label.text());
+  if (!label.text().isEmpty() && needed.height() > room.height() + TolerancePixels) {
+    faults.push_back(NameOf(label) + ": \"" + label.text().toStdString() + "\" is " +
+                     std::to_string(needed.height()) + " pixels high and has " +
+                     std::to_string(room.height()));
+  }
+}
+
+void CheckButton(std::vector<std::string>& faults, const QAbstractButton& button) {
+  QStyleOptionButton option;
+  option.initFrom(&button);
+  int room = button.width() - 2 * ButtonMarginPixels;
+  if (qobject_cast<const QCheckBox*>(&button) != nullptr) {
+    room = button.style()->subElementRect(QStyle::SE_CheckBoxContents, &option, &button).width();
+  } else if (qobject_cast<const QRadioButton*>(&button) != nullptr) {
+    room = button.style()->subElementRect(QStyle::SE_RadioButtonContents, &option, &button).width();
+  } else if (qobject_cast<const QPushButton*>(&button) == nullptr) {
+    return;
+  }
+  CheckRoom(faults, button, WithoutAccessKey(button.text()), room);
+}
+
+void CheckComboBox(std::vector<std::string>& faults, const QComboBox& box) {
+  QStyleOptionComboBox option;
+  option.initFrom(&box);
+  option.editable = box.isEditable();
+  const int room =
+      box.style()
+          ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &box)
+          .width();
+  for (int i = 0; i < box.count(); ++i) CheckRoom(faults, box, box.itemText(i), room);
+}
+
+void CheckTabs(std::vector<std::string>& faults, const QTabBar& bar) {
+  if (bar.count() == 0 || bar.tabRect(bar.count() - 1).right() <= bar.width()) return;
+  faults.push_back(NameOf(*bar.parentWidget()) + ": not all tabs are in view");
+}
+
+void CheckText(std::vector<std::string>& faults, const QWidget& widget) {
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) CheckLabel(faults, *label);
+  if (const auto* box = qobject_cast<const QComboBox*>(&widget)) CheckComboBox(faults, *box);
+  if (const auto* bar = qobject_cast<const QTabBar*>(&widget)) CheckTabs(faults, *bar);
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+    CheckButton(faults, *button);
+  }
+  const QString caption = widget.property("caption").toString();
+  if (!caption.isEmpty()) {
+    CheckRoom(faults, widget, caption, widget.width() - 2 * CaptionMarginPixels);
+  }
+}
+
+// Whether the widget stands for a control, and is not a part of one.
+bool IsControl(const QWidget& widget) {
+  return widget.isVisible() && !widget.isWindow() && widget.objectName().contains(u'.') &&
+         !widget.objectName().startsWith(u"qt_");
+}
+
+void CheckSiblings(std::vector<std::string>& faults, const QWidget& parent) {
+  std::vector<const QWidget*> controls;
+  for (const QObject* child : parent.children()) {
+    const auto* widget = qobject_cast<const QWidget*>(child);
+    if (widget != nullptr && IsControl(*widget)) controls.push_back(widget);
+  }
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    if (!parent.rect().contains(controls[i]->geometry())) {
+      faults.push_back(NameOf(*controls[i]) + ": reaches out of what it lies in");
+    }
+    for (std::size_t j = i + 1; j < controls.size(); ++j) {
+      if (!controls[i]->geometry().intersects(controls[j]->geometry())) continue;
+      faults.push_back(NameOf(*controls[i]) + " and " + NameOf(*controls[j]) + " overlap");
+    }
+  }
+}
+
+}  // namespace
+
+std::vector<std::string> LayoutFaults(const QWidget& window) {
+  std::vector<std::string> faults;
+  CheckSiblings(faults, window);
+  for (const QWidget* widget : window.findChildren<QWidget*>()) {
+    if (!widget->isVisible()) continue;
+    CheckText(faults, *widget);
+    CheckSiblings(faults, *widget);
+  }
+  return faults;
+}
+
+}  // namespace gainsmith::test
