@@ -26,7 +26,7 @@ bool Link::SendFrame(std::uint8_t address, Function function, Register reg, floa
     LinkErrorCount = 1;
     return false;
   }
-  ++frameNumber_;
+  const std::uint64_t number = ++frameNumber_;
   world_.ClearOutput();
   world_.ClearInput();
   std::copy_n(frame->begin(), TxBuffer.size(), TxBuffer.begin());
@@ -35,6 +35,8 @@ bool Link::SendFrame(std::uint8_t address, Function function, Register reg, floa
   for (const std::uint8_t byte : *frame) {
     world_.WriteByte(byte);
     WaitMs(1);
+    // Another exchange ran inside the wait: the rest of this frame would be noise on the line.
+    if (number != frameNumber_) break;
   }
   return true;
 }

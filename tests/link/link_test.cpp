@@ -215,12 +215,12 @@ TEST_F(LinkTest, AnExchangeInsideAnotherSpoilsItAndIsSentAgain) {
   struct Case {
     const char* When;
     int DelayMs;
-    // Whole ones, and pieces that another frame broke off.
+    // Whole ones, and those that another one broke off.
     std::size_t Frames;
     int Fragments;
   };
   const Case cases[] = {
-      {"between two bytes", 5, 2, 2},
+      {"between two bytes", 5, 2, 1},
       {"before the reply is looked for", SendMs + 10, 3, 0},
       {"after the reply was taken", SendMs + ReplyWait + 10, 3, 0},
   };
