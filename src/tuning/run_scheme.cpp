@@ -100,6 +100,8 @@ bool RunScheme::Exchange(const Stay& stay, Function function, Register reg, floa
 }
 
 bool RunScheme::StopTest(const Stay& stay, int pauseMs) {
+  // Also where a tick stops the test: a new one must not begin inside the stop word's exchange.
+  const Click busy(*this);
   if (!p_.Line.Write(p_.Command, StopWord, {.PauseBeforeMs = pauseMs})) ReportLinkFailure(stay);
   return !stay.Over();
 }

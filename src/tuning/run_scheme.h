@@ -8,8 +8,8 @@
 // What keeps that sound:
 // - A run command is never sent again once a stop was asked for, so that it cannot follow the stop
 //   word on the line.
-// - A Start click is taken only when the handlers of the last click have come to their end; a Stop
-//   click is always taken.
+// - A Start click is taken only when the handlers of the last click have come to their end and no
+//   stop word is on its way; a Stop click is always taken.
 // - A handler whose window was closed while it waited sends nothing more and says nothing.
 // - A lost link is reported once, and closes the window.
 #pragma once
@@ -76,7 +76,7 @@ class RunScheme {
 
   // --- Clicks.
 
-  // Stands in a click's handler from its begin to its end.
+  // Stands in a click's handler, and around a stop word, from begin to end.
   class Click {
    public:
     explicit Click(RunScheme& scheme);

@@ -11,7 +11,7 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = Bench::Texts;
+using Texts = TuningBench::Texts;
 
 constexpr int KpFactory = 400;
 
@@ -22,42 +22,42 @@ Texts TestFrames(const std::string& kp, const std::string& ki, const std::string
 
 struct CurrentLoopTest : ::testing::Test {
   TappedDrive Device;
-  Bench At{Device};
-  Form1 Window{At.World, At.Link, At.Params, At.Shell};
+  TuningBench Bench{Device};
+  Form1 Window{Bench.World, Bench.Link, Bench.Params, Bench.Shell};
 
-  void Open() { At.World.ShowModal(Window); }
-  void Test() { At.User.Click(Window.cmdTest); }
-  void Redraw() { At.World.RunFor(101); }
+  void Open() { Bench.World.ShowModal(Window); }
+  void Test() { Bench.User.Click(Window.cmdTest); }
+  void Redraw() { Bench.World.RunFor(101); }
 };
 
 TEST_F(CurrentLoopTest, LoadTestAndCloseSpeakInOrder) {
   Open();
-  EXPECT_EQ(At.TakeFrames(), (Texts{"R 0", "R 1"}));
+  EXPECT_EQ(Bench.TakeFrames(), (Texts{"R 0", "R 1"}));
   EXPECT_EQ(Window.Text1[Form1::Kp].Text, "400");
   EXPECT_EQ(Window.Text1[Form1::Ki].Text, "500");
-  EXPECT_EQ(At.Params[Slot::CurrentKp], 400);
-  EXPECT_TRUE(At.Shell[OpenMark::CurrentLoop]);
-  EXPECT_TRUE(At.Link.LinkIdle);
+  EXPECT_EQ(Bench.Params[Slot::CurrentKp], 400);
+  EXPECT_TRUE(Bench.Shell[OpenMark::CurrentLoop]);
+  EXPECT_TRUE(Bench.Link.LinkIdle);
   EXPECT_FALSE(Window.DataSource.Enabled());
 
   Test();
-  EXPECT_EQ(At.TakeFrames(), TestFrames("400", "500", "512"));
+  EXPECT_EQ(Bench.TakeFrames(), TestFrames("400", "500", "512"));
   EXPECT_TRUE(Window.DataSource.Enabled());
   EXPECT_TRUE(Window.cmdTest.Enabled);
 
-  At.Shell.ChildWindowOpen = true;
-  At.User.Close(Window);
-  EXPECT_EQ(At.TakeFrames(), (Texts{"W 2=0"}));
-  EXPECT_FALSE(At.Shell[OpenMark::CurrentLoop]);
-  EXPECT_FALSE(At.Shell.ChildWindowOpen);
-  EXPECT_EQ(At.TakeMessages(), Texts{});
+  Bench.Shell.ChildWindowOpen = true;
+  Bench.User.Close(Window);
+  EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 2=0"}));
+  EXPECT_FALSE(Bench.Shell[OpenMark::CurrentLoop]);
+  EXPECT_FALSE(Bench.Shell.ChildWindowOpen);
+  EXPECT_EQ(Bench.TakeMessages(), Texts{});
 }
 
 TEST_F(CurrentLoopTest, WaitsOfTheLoadAreShorter) {
-  const std::int64_t before = At.World.NowMs();
+  const std::int64_t before = Bench.World.NowMs();
   Open();
   // Two exchanges: 8 bytes of 2 ms, 31 ms and a step, 50 ms and a step, 31 ms and a step.
-  EXPECT_EQ(At.World.NowMs() - before, 2 * (16 + 32 + 51 + 32));
+  EXPECT_EQ(Bench.World.NowMs() - before, 2 * (16 + 32 + 51 + 32));
 }
 
 TEST_F(CurrentLoopTest, FieldsAreCheckedInOrderAndCorrected) {
@@ -89,27 +89,27 @@ TEST_F(CurrentLoopTest, FieldsAreCheckedInOrderAndCorrected) {
     Window.Text1[Form1::Kp].Text = c.Kp;
     Window.Text1[Form1::Ki].Text = c.Ki;
     Window.Text1[Form1::TestCurrent].Text = c.Current;
-    At.User.Leave(Window.Text1[c.Field]);
-    EXPECT_EQ(At.TakeMessages(), (Texts{c.Text})) << c.Kp << "/" << c.Ki << "/" << c.Current;
+    Bench.User.Leave(Window.Text1[c.Field]);
+    EXPECT_EQ(Bench.TakeMessages(), (Texts{c.Text})) << c.Kp << "/" << c.Ki << "/" << c.Current;
     EXPECT_EQ(Window.Text1[c.Field].Text, c.Corrected);
-    EXPECT_EQ(At.World.Focus, &Window.Text1[c.Field]);
+    EXPECT_EQ(Bench.World.Focus, &Window.Text1[c.Field]);
   }
   Window.Text1[Form1::Kp].Text = "65535";
   Window.Text1[Form1::Ki].Text = "32767";
   for (const char* current : {"5", "0.1", " 5 A"}) {
     Window.Text1[Form1::TestCurrent].Text = current;
-    At.User.Leave(Window.Text1[Form1::TestCurrent]);
-    EXPECT_EQ(At.TakeMessages(), Texts{}) << current;
+    Bench.User.Leave(Window.Text1[Form1::TestCurrent]);
+    EXPECT_EQ(Bench.TakeMessages(), Texts{}) << current;
   }
 }
 
 TEST_F(CurrentLoopTest, ARefusedFieldStillFiresTheStepWithoutAPicture) {
   Open();
-  At.TakeFrames();
+  Bench.TakeFrames();
   Window.Text1[Form1::Kp].Text = "70000";
   Test();
-  EXPECT_EQ(At.TakeMessages(), (Texts{"Kp value should be 1-65535"}));
-  EXPECT_EQ(At.TakeFrames(), (Texts{"W 0=65535", "W 1=500", "W 4=512", "W 2=1"}));
+  EXPECT_EQ(Bench.TakeMessages(), (Texts{"Kp value should be 1-65535"}));
+  EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 0=65535", "W 1=500", "W 4=512", "W 2=1"}));
   EXPECT_FALSE(Window.DataSource.Enabled());
   EXPECT_TRUE(Window.cmdTest.Enabled);
 
@@ -117,10 +117,10 @@ TEST_F(CurrentLoopTest, ARefusedFieldStillFiresTheStepWithoutAPicture) {
   Window.Text1[Form1::Kp].Text = "0";
   Window.Text1[Form1::Ki].Text = "-7";
   Test();
-  EXPECT_EQ(At.TakeFrames(), (Texts{"W 0=1"}));
-  ASSERT_EQ(At.World.Messages.size(), 2U);
-  EXPECT_NE(At.World.Messages[1].Text.find("-7"), std::string::npos);
-  EXPECT_TRUE(At.Link.LinkIdle);
+  EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 0=1"}));
+  ASSERT_EQ(Bench.World.Messages.size(), 2U);
+  EXPECT_NE(Bench.World.Messages[1].Text.find("-7"), std::string::npos);
+  EXPECT_TRUE(Bench.Link.LinkIdle);
 }
 
 TEST_F(CurrentLoopTest, DrawsTheTraceAndBothLines) {
@@ -143,7 +143,7 @@ TEST_F(CurrentLoopTest, DrawsTheTraceAndBothLines) {
   EXPECT_NEAR(Window.Plot.MeasuredCurrent[150], 1, 0.1);
 
   const auto revision = Window.Picture1.Revision;
-  At.World.RunFor(1000);
+  Bench.World.RunFor(1000);
   EXPECT_EQ(Window.Picture1.Revision, revision) << "the same picture was drawn again";
 }
 
@@ -180,7 +180,7 @@ TEST(CurrentPlotTest, ConvertsCountsAsTheDriveMeansThem) {
 TEST_F(CurrentLoopTest, ZoomsByRectanglesAndBackByClicks) {
   PictureBox& picture = Window.Picture1;
   Open();
-  At.User.Drag(picture, 0, 0, 100, 1);
+  Bench.User.Drag(picture, 0, 0, 100, 1);
   EXPECT_EQ(Window.Plot.ZoomLevel, 0) << "nothing to zoom yet";
   Test();
   struct Gesture {
@@ -199,13 +199,13 @@ TEST_F(CurrentLoopTest, ZoomsByRectanglesAndBackByClicks) {
       {10.5F, 1, 500, 0, 1, {10, 1, 188, -1}},
   };
   for (const Gesture& g : gestures) {
-    At.User.Drag(picture, g.X1, g.Y1, g.X2, g.Y2);
+    Bench.User.Drag(picture, g.X1, g.Y1, g.X2, g.Y2);
     EXPECT_EQ(Window.Plot.ZoomLevel, g.Level);
     EXPECT_EQ(Window.Plot.View(), g.View) << g.X1 << " " << g.X2;
   }
-  for (int i = 0; i < 20; ++i) At.User.Drag(picture, 20, 0.5F, 30, 0.6F);
+  for (int i = 0; i < 20; ++i) Bench.User.Drag(picture, 20, 0.5F, 30, 0.6F);
   EXPECT_EQ(Window.Plot.ZoomLevel, CurrentZoomLevels - 1);
-  At.User.Drag(picture, 20, 0, 20, 0, RightButton);
+  Bench.User.Drag(picture, 20, 0, 20, 0, RightButton);
   EXPECT_EQ(Window.Plot.View(), full);
 }
 
@@ -228,7 +228,7 @@ TEST_F(CurrentLoopTest, TheRubberBandIsDrawnWhileAButtonIsHeld) {
 TEST_F(CurrentLoopTest, TheMouseIsShutOutWhileTheSetupIsWritten) {
   Open();
   Test();
-  At.World.At(100, [&] { At.User.Drag(Window.Picture1, 10, 1, 60, -1); });
+  Bench.World.At(100, [&] { Bench.User.Drag(Window.Picture1, 10, 1, 60, -1); });
   Test();
   EXPECT_EQ(Window.Plot.ZoomLevel, 0);
 }
@@ -238,17 +238,17 @@ TEST_F(CurrentLoopTest, TheMouseIsShutOutWhileTheSetupIsWritten) {
 TEST_F(CurrentLoopTest, ASilentDriveAtLoadLeavesTheWindowOpen) {
   Device.Drive.Inject(sim::Fault::Silent);
   Open();
-  EXPECT_EQ(At.TakeMessages(), (Texts{LostLink}));
-  EXPECT_EQ(At.TakeFrames().size(), 12U);
+  EXPECT_EQ(Bench.TakeMessages(), (Texts{LostLink}));
+  EXPECT_EQ(Bench.TakeFrames().size(), 12U);
   EXPECT_TRUE(Window.Visible);
   EXPECT_EQ(Window.Text1[Form1::Kp].Text, "");
-  EXPECT_TRUE(At.Link.LinkIdle);
+  EXPECT_TRUE(Bench.Link.LinkIdle);
 
   Device.Drive.ClearFaults();
   Window.Text1[Form1::Kp].Text = "10";
   Window.Text1[Form1::Ki].Text = "10";
   Test();
-  EXPECT_EQ(At.TakeMessages(), Texts{}) << "the window can go on";
+  EXPECT_EQ(Bench.TakeMessages(), Texts{}) << "the window can go on";
 }
 
 // Whatever exchange of a test the line dies at: each road ends in its message, and the next test
@@ -265,8 +265,8 @@ TEST_F(CurrentLoopTest, SurvivesALineThatDiesAtAnyExchange) {
       Test();
       // A write that fails ends the test; each block that fails says so for itself.
       const std::size_t expected = good < 4 ? 1 : static_cast<std::size_t>(8 - good);
-      EXPECT_EQ(At.TakeMessages(), Texts(expected, LostLink));
-      EXPECT_TRUE(At.Link.LinkIdle);
+      EXPECT_EQ(Bench.TakeMessages(), Texts(expected, LostLink));
+      EXPECT_TRUE(Bench.Link.LinkIdle);
       EXPECT_TRUE(Window.cmdTest.Enabled);
       EXPECT_EQ(Window.DataSource.Enabled(), good >= 4);
 
@@ -274,8 +274,8 @@ TEST_F(CurrentLoopTest, SurvivesALineThatDiesAtAnyExchange) {
       Device.Drive.ClearFaults();
       Device.Drive.Reconnect();
       Test();
-      EXPECT_EQ(At.TakeMessages(), Texts{});
-      At.User.Close(Window);
+      EXPECT_EQ(Bench.TakeMessages(), Texts{});
+      Bench.User.Close(Window);
     }
   }
 }
@@ -284,14 +284,14 @@ TEST_F(CurrentLoopTest, ClosingBreaksOffATestAndEndsTheTestMode) {
   for (std::int64_t delayMs = 0; delayMs < 2000; delayMs += 7) {
     SCOPED_TRACE(delayMs);
     Open();
-    At.TakeFrames();
-    At.World.At(delayMs, [&] { At.User.Close(Window); });
+    Bench.TakeFrames();
+    Bench.World.At(delayMs, [&] { Bench.User.Close(Window); });
     Test();
-    At.World.RunUntil([&] { return !Window.Loaded; }, 2000);
-    EXPECT_EQ(At.World.Log.Texts().back(), "W 2=0");
+    Bench.World.RunUntil([&] { return !Window.Loaded; }, 2000);
+    EXPECT_EQ(Bench.World.Log.Texts().back(), "W 2=0");
     EXPECT_FALSE(Window.Loaded);
-    EXPECT_TRUE(At.Link.LinkIdle);
-    EXPECT_EQ(At.TakeMessages(), Texts{});
+    EXPECT_TRUE(Bench.Link.LinkIdle);
+    EXPECT_EQ(Bench.TakeMessages(), Texts{});
   }
 }
 

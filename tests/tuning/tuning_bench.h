@@ -10,15 +10,33 @@
 
 #include "link/link.h"
 #include "params/parameter_store.h"
+#include "shell/progress_window.h"
 #include "shell/shell_state.h"
 #include "support/serial_device.h"
 #include "support/virtual_user.h"
 #include "support/virtual_world.h"
+#include "trace/trace_state.h"
 
 namespace gainsmith::test {
 
 inline constexpr const char* LostLink =
     "Unable to communicate with the connected drive. Check your connection";
+
+// Frames with runs of polls and of block reads put together: "R 28", "upload 12".
+inline std::vector<std::string> Summary(const std::vector<std::string>& frames) {
+  std::vector<std::string> summary;
+  int blocks = 0;
+  for (const std::string& frame : frames) {
+    if (frame.ends_with("x50")) {
+      blocks = frame == "R 256x50" ? 1 : blocks + 1;
+      if (blocks > 1) summary.pop_back();
+      summary.push_back("upload " + std::to_string(blocks));
+    } else if (frame != "R 28" || summary.empty() || summary.back() != frame) {
+      summary.push_back(frame);
+    }
+  }
+  return summary;
+}
 
 // The simulated drive with a hook in front of it. For frames that are not broken off.
 class TappedDrive : public DriveDevice {
@@ -39,13 +57,13 @@ class TappedDrive : public DriveDevice {
   int bytes_ = 0;
 };
 
-struct Bench {
-  explicit Bench(SerialDevice& device) {
+struct TuningBench {
+  explicit TuningBench(SerialDevice& device) {
     World.Devices[1] = &device;
     World.OpenPort(1, "38400,n,8,2");
   }
-  Bench(const Bench&) = delete;
-  Bench& operator=(const Bench&) = delete;
+  TuningBench(const TuningBench&) = delete;
+  TuningBench& operator=(const TuningBench&) = delete;
 
   using Texts = std::vector<std::string>;
 
@@ -68,6 +86,8 @@ struct Bench {
   gainsmith::Link Link{World};
   ParameterStore Params;
   ShellState Shell;
+  TraceState Trace;
+  Form9 Progress{World, Shell};
 };
 
 }  // namespace gainsmith::test

@@ -1,0 +1,198 @@
+// Form3: the run button, the tick and the recordings.
+#include "tuning/position_window.h"
+#include "tuning/pulse_generator.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr Colour StoppedColour = 0x00FF00;
+constexpr Colour RunningColour = 0x0000FF;
+constexpr float ThreeChannels = 145;
+constexpr float ArmSamples = ChannelSamples;
+// The drive is given that time before each stop word.
+constexpr int BeforeStopMs = 200;
+
+}  // namespace
+
+void Form3::ShowCaption(const char* caption) {
+  for (Button& button : Command1) button.Caption = caption;
+  Run.ShowPointer();
+}
+
+void Form3::EnableFields(bool enabled) {
+  Combo1.Enabled = enabled;
+  Text5.Enabled = enabled;
+  for (std::size_t i = 0; i < FieldCount; ++i) {
+    if (i != LowKvff && i != LowKaff) Text1[i].Enabled = enabled;
+  }
+  for (const Channel channel : {IBak, VBak, PErr}) Check1[channel].Enabled = enabled;
+}
+
+// All four run buttons alike; the caption that counts is that of the one in sight.
+void Form3::Command1_Click() {
+  const bool start = Run.StopRequested();
+  if (start && !Run.MayStart()) return;
+  const RunScheme::Click click(Run);
+  const Stay stay(*this);
+  Run.TraceBlockFailed = false;
+  if (start) {
+    const Entries entries = TakeEntries();
+    if (!ValidateFields(entries) || !ValidateWords(entries)) return;
+    entries_ = entries;
+  }
+  trace_.ClosingPositionWindow = false;
+  PositionTestMs = PlanMs(entries_);
+  Plot.CaptureHaveData = true;
+  if (start) {
+    StartTest(stay);
+  } else {
+    StopTest(stay);
+  }
+}
+
+float Form3::PlanMs(const Entries& entries) const {
+  const double counts = trace_.EncoderCounts;
+  const float seconds = PositionTestTime(static_cast<float>(entries.Text1[Velocity] / 60),
+                                         static_cast<float>(entries.Text1[Acceleration]),
+                                         static_cast<float>(entries.Text1[Distance] / counts),
+                                         static_cast<float>(entries.Text1[RepeatTimes]),
+                                         static_cast<float>(entries.Text1[Interval] / 1000));
+  return seconds * 1000;
+}
+
+void Form3::StartTest(const Stay& stay) {
+  link_.LinkIdle = false;
+  ShowRunColour(StoppedColour);
+  if (!WriteChangedGains(stay, entries_)) return;
+  ShowCaption(RunScheme::StopCaption);
+  ShowRunColour(RunningColour);
+  EnableFields(false);
+  Plot.Picture1.Cls();
+
+  RunScheme::Result result = WriteStartList(stay);
+  if (result == RunScheme::Result::GoOn) result = Run.SendRunCommand(stay);
+  if (result == RunScheme::Result::Stopped) ShowStopped();
+  if (result != RunScheme::Result::GoOn) return;
+
+  Run.TestStartTick = world_.NowMs();
+  readdata(stay);
+  if (stay.Over() || trace_.TraceReadFailed) return;
+  link_.LinkIdle = true;
+  DataSource.Start();
+}
+
+RunScheme::Result Form3::WriteStartList(const Stay& stay) {
+  const auto& entered = entries_.Text1;
+  const auto word = [](float value) {
+    return RunScheme::StepValue{RunScheme::StepValue::Kind::Write, value};
+  };
+  const auto [speedDivisor, accelFirst, accelSecond] = PositionUnits;
+  trace_.ProfileSpeed = SpeedWord(entered[Velocity], trace_.EncoderCounts, speedDivisor);
+  trace_.ProfileAccel =
+      AccelWord(entered[Acceleration], trace_.EncoderCounts, accelFirst, accelSecond);
+  const LengthWords length = SplitLength(entered[Distance]);
+  trace_.ProfileDistHigh = length.High;
+  trace_.ProfileDistLow = length.Low;
+  trace_.ProfileDwell = static_cast<float>(entered[Interval] * 2);
+
+  const RunScheme::Step steps[] = {
+      {Register::EncoderCounts,
+       [&] {
+         params_[Slot::EncoderCounts] = trace_.EncoderCounts;
+         return word(trace_.EncoderCounts);
+       }},
+      {Register::SpeedWord, [&] { return word(trace_.ProfileSpeed); }},
+      {Register::AccelerationWord, [&] { return word(trace_.ProfileAccel); }},
+      {Register::LengthHigh, [&] { return word(trace_.ProfileDistHigh); }},
+      {Register::LengthLow, [&] { return word(trace_.ProfileDistLow); }},
+      {Register::PauseWord, [&] { return word(trace_.ProfileDwell); }},
+      {Register::RepeatCount, [&] { return word(static_cast<float>(entered[RepeatTimes])); }},
+      {Register::TraceTime,
+       [&] {
+         trace_.SetTraceTime(Combo1.ChosenData());
+         return word(trace_.SampleDivider);
+       }},
+      {Register::TraceKind, [&] { return word(ThreeChannels); }},
+      {Register::ArmRecorder, [&] { return word(ArmSamples); }},
+  };
+  return Run.WriteSteps(stay, steps);
+}
+
+void Form3::ShowStopped() {
+  ShowRunColour(StoppedColour);
+  link_.LinkIdle = true;
+}
+
+void Form3::StopTest(const Stay& stay) {
+  DataSource.Stop();
+  ShowCaption(RunScheme::StartCaption);
+  ShowRunColour(StoppedColour);
+  EnableFields(true);
+  if (!Run.StopTest(stay, BeforeStopMs)) return;
+  link_.LinkIdle = true;
+  if (Run.TraceUploaded) return;
+  readdata(stay);
+  if (!stay.Over()) Run.TraceUploaded = false;
+}
+
+void Form3::readdata(const Stay& stay) {
+  const RunScheme::CaptureEnd end =
+      Run.Capture(stay, TestWait(trace_), Plot.Description.ChannelCount);
+  if (end == RunScheme::CaptureEnd::Failed) trace_.TraceReadFailed = true;
+  if (stay.Over()) return;
+  if (end == RunScheme::CaptureEnd::Uploaded) {
+    trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
+    ShowRecording();
+    Run.TraceUploaded = true;
+  }
+  if (!Run.StopRequested() || !Run.StopTest(stay)) return;
+  Command1[CurveStart].Caption = RunScheme::StartCaption;
+  link_.LinkIdle = true;
+}
+
+void Form3::ShowRecording() {
+  SplitTrace(trace_, link_.ReplyValues, Plot.Description.ChannelCount);
+  trace_.ShowIBak = Check1[IBak].Ticked;
+  trace_.ShowVBak = Check1[VBak].Ticked;
+  if (!Check1[PErr].Ticked || Check1[PBak].Ticked || Check1[PRef].Ticked) {
+    Check1[PErr].Ticked = true;
+    Check1[PBak].Ticked = false;
+    Check1[PRef].Ticked = false;
+    Plot.PickPositionSource();
+  }
+  Plot.SetAxisLabels();
+  Plot.Form_Resize();
+}
+
+bool Form3::StoppedInTick(const Stay& stay) {
+  if (!Run.StopRequested()) return false;
+  if (!Run.StopTest(stay)) return true;
+  DataSource.Stop();
+  ShowStopped();
+  return true;
+}
+
+void Form3::DataSource_Timer() {
+  const Stay stay(*this);
+  if (StoppedInTick(stay)) return;
+  link_.LinkIdle = false;
+  if (!Run.Write(stay, Register::ArmRecorder, ArmSamples) || StoppedInTick(stay)) return;
+
+  RecordingWait wait = TestWait(trace_);
+  wait.StopAfter = [this] { return Run.StopRequested(); };
+  const RunScheme::CaptureEnd end =
+      Run.Capture(stay, std::move(wait), Plot.Description.ChannelCount);
+  if (stay.Over()) return;
+  if (end == RunScheme::CaptureEnd::Stopped) StoppedInTick(stay);
+  if (end != RunScheme::CaptureEnd::Uploaded) return;
+
+  trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
+  if (StoppedInTick(stay)) return;
+  if (Run.ElapsedMs() > static_cast<double>(PositionTestMs)) {
+    DataSource.Stop();
+    return;
+  }
+  ShowRecording();
+}
+
+}  // namespace gainsmith

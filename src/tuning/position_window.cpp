@@ -1,0 +1,119 @@
+// Form3: opening, closing, channels and colours.
+#include "tuning/position_window.h"
+
+#include "platform/number_text.h"
+#include "trace/capture.h"
+#include "trace/split_trace.h"
+
+namespace gainsmith {
+
+Form3::Form3(World& world, Link& link, ParameterStore& params, ShellState& shell, TraceState& trace,
+             Form9& progress)
+    : Plot(PositionPlot, trace, link.LinkIdle, Combo1, &StatusBar1),
+      Run({world, link, trace, *this, Command1[MainStart], DataSource, err,
+           Register::PositionCommand}),
+      world_(world),
+      link_(link),
+      params_(params),
+      shell_(shell),
+      trace_(trace),
+      progress_(progress) {
+  BuildDesign();
+  ResetDesign();
+  ConnectEvents();
+}
+
+void Form3::ConnectEvents() {
+  for (Button& button : Command1) button.OnClick = [this] { Command1_Click(); };
+  DataSource.OnTimer = [this] { DataSource_Timer(); };
+  err.OnTimer = [this] { Run.err_Timer(); };
+  for (std::size_t i = 0; i < ChannelCount; ++i) {
+    Check1[i].OnClick = [this, i] { Check1_Click(static_cast<Channel>(i)); };
+    Command4[i].OnClick = [this, i] { Command4_Click(i); };
+  }
+  Text2.OnKeyPress = [this](int key) { return Text2_KeyPress(key); };
+  Text3.OnKeyPress = [this](int key) { return Text3_KeyPress(key); };
+  Command2.OnPress = [this] { Jog_MouseDown(Clockwise); };
+  Command2.OnRelease = [this] { Jog_MouseUp(Clockwise); };
+  Command3.OnPress = [this] { Jog_MouseDown(CounterClockwise); };
+  Command3.OnRelease = [this] { Jog_MouseUp(CounterClockwise); };
+}
+
+void Form3::Form_Load() {
+  ResetDesign();
+  if (trace_.ClosingPositionWindow) {
+    world_.Unload(*this);
+    return;
+  }
+  LeftTwips = 3000;
+  TopTwips = 2000;
+  Run.Open();
+  shell_[OpenMark::PositionLoop] = true;
+  shell_.ChildWindowOpen = true;
+  FillTraceTimes(Combo1);
+  if (!ReadGains()) return;
+  // Whatever a former test or jog left running is ended.
+  if (!Run.LoadWrite(Register::PositionCommand, 0)) return;
+  for (const Field field : {Velocity, Acceleration, Distance, Interval}) {
+    Text1[field].Text = PlainText(*RememberedOf(field));
+  }
+  link_.LinkIdle = true;
+}
+
+// A test under way must be stopped first. Otherwise the window goes, even where a Stop is still on
+// its way to the drive: that one comes to its end behind the closed window.
+bool Form3::Form_Unload() {
+  constexpr int UploadEndMs = 200;
+  trace_.ClosingPositionWindow = true;
+  link_.WaitMs(UploadEndMs);
+  trace_.PositionColours = DefaultTuningColours();
+  if (!link_.LinkIdle && !Run.StopRequested()) {
+    world_.ShowMessage({"Please click Stop button first before you can close it", MainTitle,
+                        MessageButtons::Ok, MessageIcon::Information});
+    return false;
+  }
+  shell_[OpenMark::PositionLoop] = false;
+  shell_.ChildWindowOpen = false;
+  link_.LinkIdle = true;
+  return true;
+}
+
+void Form3::Check1_Click(Channel channel) {
+  const bool ticked = Check1[channel].Ticked;
+  switch (channel) {
+    case IBak:
+      trace_.ShowIBak = ticked;
+      break;
+    case VBak:
+      trace_.ShowVBak = ticked;
+      break;
+    case PErr:
+      trace_.ShowPErr = ticked;
+      break;
+    case PBak:
+      trace_.ShowPBak = ticked;
+      break;
+    case PRef:
+      trace_.ShowPRef = ticked;
+      break;
+    default:
+      return;
+  }
+  if (!Plot.CaptureHaveData) return;
+  Plot.PickPositionSource();
+  Plot.SetAxisLabels();
+  Plot.Form_Resize();
+}
+
+void Form3::Command4_Click(std::size_t index) {
+  constexpr Signal SignalOfButton[] = {Signal::PErr, Signal::PBak, Signal::PRef,
+                                       Signal::VErr, Signal::VBak, Signal::VRef,
+                                       Signal::IErr, Signal::IBak, Signal::IRef};
+  const std::optional<Colour> chosen = world_.AskColour(Command4[index].BackColor);
+  if (!chosen) return;
+  Command4[index].BackColor = *chosen;
+  trace_.PositionColours[SignalOfButton[index]] = *chosen;
+  Plot.Form_Resize();
+}
+
+}  // namespace gainsmith
