@@ -185,6 +185,7 @@ void DesktopWorld::ProgramEnded() {
     if (view) view->Detach();
   }
   queue_.Clear();
+  QAbstractEventDispatcher::instance()->wakeUp();
   // Without a loop to end it would end the next one, a dialog's say.
   if (thread()->loopLevel() > 0) QCoreApplication::exit(0);
 }

@@ -1,6 +1,7 @@
 // InputQueue: one queued event for each action, so that nested event loops go on with the rest.
 #include "desktop/input_queue.h"
 
+#include <QAbstractEventDispatcher>
 #include <utility>
 
 namespace gainsmith {
@@ -36,6 +37,9 @@ void InputQueue::RunNext() {
   } else if (action.Dropped) {
     action.Dropped();
   }
+  // The handler may have taken longer than a wait around it, or ended the program: whoever sleeps
+  // next looks at the clock again first.
+  QAbstractEventDispatcher::instance()->wakeUp();
 }
 
 }  // namespace gainsmith

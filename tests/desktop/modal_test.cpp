@@ -141,6 +141,16 @@ TEST_F(ModalTest, AfterTheEndNothingIsShownAskedOrWaitedFor) {
   EXPECT_FALSE(driver.IsShown("Form") || driver.IsShown("Box"));
 }
 
+TEST_F(ModalTest, AWaitEndsInTimeThoughAHandlerInsideItTookLonger) {
+  open.OnClick = [&] { WaitMs(30); };
+  for (int i = 0; i < 5; ++i) {
+    driver.Click("Form.Command1");
+    const std::int64_t startMs = world.NowMs();
+    WaitMs(15);
+    EXPECT_LT(world.NowMs() - startMs, 300);
+  }
+}
+
 TEST_F(ModalTest, AScriptGoesOnWhileHandlersNest) {
   open.OnClick = [&] {
     log.push_back("outer");
@@ -152,6 +162,7 @@ TEST_F(ModalTest, AScriptGoesOnWhileHandlersNest) {
     world.EndProgram();
     return true;
   };
+  const std::int64_t startMs = world.NowMs();
   driver.Play([&] {
     driver.Click("Form.Command1");
     EXPECT_TRUE(driver.WaitUntil([&] { return field.Text == "waiting"; }));
@@ -160,6 +171,7 @@ TEST_F(ModalTest, AScriptGoesOnWhileHandlersNest) {
     EXPECT_TRUE(driver.WaitUntil([&] { return world.Ended(); }));
   });
   EXPECT_EQ(log, (Lines{"outer", "outer ended"}));
+  EXPECT_LT(world.NowMs() - startMs, 20'000) << "the end wakes the wait that is under way";
 }
 
 }  // namespace
