@@ -237,6 +237,21 @@ TEST_F(LinkTest, AnExchangeInsideAnotherSpoilsItAndIsSentAgain) {
   }
 }
 
+TEST_F(LinkTest, TheReplyToAnotherFrameIsNeverTakenForTheCallers) {
+  // A frame whose sender does not wait for its reply, inside an exchange.
+  world.At(SendMs + 2, [&] { link.SendFrame(1, Function::Read, Register::PolePairs, 1); });
+  EXPECT_TRUE(link.Read(Register::EncoderCounts));
+  EXPECT_EQ(link.Raw(), 4000);
+  EXPECT_EQ(world.Log.Texts(), (Texts{"R 19", "R 34", "R 19"}));
+
+  // A whole exchange inside ReceiveReply, which has taken its bytes already.
+  link.SendFrame(1, Function::Read, Register::EncoderCounts, 1);
+  link.WaitMs(link.ReplyWaitMs());
+  world.At(10, [&] { EXPECT_TRUE(link.Read(Register::PolePairs)); });
+  link.ReceiveReply(1, Function::Read);
+  EXPECT_NE(link.LinkErrorCount, 0);
+}
+
 TEST_F(LinkTest, AReplyIsTheCallersThoughAnotherExchangeRanInTheClosingWait) {
   world.At(SendMs + ReplyWait + PollWait + 10, [&] {
     device.Drive.Inject(Fault::Silent);

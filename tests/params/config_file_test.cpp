@@ -136,6 +136,10 @@ TEST_F(ConfigFileTest, SaveWritesToTheFileInUseOrAsksForOne) {
   EXPECT_EQ(bench.World.Files["C:\\drives\\motor.tvd"], Present());
   EXPECT_TRUE(bench.World.Messages.empty());
 
+  bench.Files.WriteConfigFile("/copy.tvd", false);
+  EXPECT_EQ(bench.World.Files["/copy.tvd"], Present());
+  EXPECT_EQ(bench.Main.CurrentConfigFile, "C:\\drives\\motor.tvd") << "a copy is not in use";
+
   bench.User.Click(bench.Main.mnuFileClose);
   EXPECT_EQ(bench.Main.Caption, MainTitle);
   bench.User.Click(bench.Main.mnuSave);
