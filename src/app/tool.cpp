@@ -14,10 +14,12 @@ Tool::Tool(World& world, Edition edition)
       driveCommands(world, shell, mdiForm1, waiting, transfer, files),
       form2(world, link, parameters, shell, mdiForm1, transfer),
       form1(world, link, parameters, shell),
+      form3(world, link, parameters, shell, trace, form9),
       form4(world, link, shell),
       form110(world, link),
       form8(world, link, parameters, shell, transfer),
       sysConfig(world, link, parameters, mdiForm1),
+      velocityMode(world, link, parameters, shell, trace),
       commands(world, shell, mdiForm1, MakeRoutes()),
       world_(world) {
   if (edition == Edition::ServiceBench) benchMenu.emplace(mdiForm1, commands);
@@ -30,6 +32,8 @@ Routes Tool::MakeRoutes() {
   routes.Connect = &form2;
   routes.Properties = &sysConfig;
   routes.CurrentLoop = &form1;
+  routes.PositionLoop = &form3;
+  routes.VelocityLoop = &velocityMode;
   routes.ErrorLog = &form4;
   routes.ParametersGrid = &form8;
   routes.TestConsole = &form110;

@@ -23,6 +23,8 @@
 #include "shell/waiting_window.h"
 #include "trace/trace_state.h"
 #include "tuning/current_loop_window.h"
+#include "tuning/position_window.h"
+#include "tuning/velocity_window.h"
 
 namespace gainsmith {
 
@@ -60,10 +62,12 @@ struct Tool {
   // --- Windows.
   Form2 form2;
   Form1 form1;
+  Form3 form3;
   Form4 form4;
   Form110 form110;
   Form8 form8;
   sysConfigFrm sysConfig;
+  velocityModeTune velocityMode;
 
   Commands commands;
   // Present in the service bench's edition only.
