@@ -1,0 +1,222 @@
+// gainsmith-tour: works the tool's real windows through the main job against the drive behind COM1,
+// and keeps pictures of them. Fails where a person would: a button that is not there, a test that
+// does not come to its end.
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QDir>
+#include <iostream>
+#include <string>
+
+#include "app/tool.h"
+#include "desktop/desktop_world.h"
+#include "desktop/look.h"
+#include "support/desktop_driver.h"
+#include "support/layout_check.h"
+
+namespace gainsmith::test {
+namespace {
+
+class Tour {
+ public:
+  Tour(DesktopWorld& world, Tool& tool, std::string directory, bool allVariants)
+      : driver_(world), tool_(tool), directory_(std::move(directory)), allVariants_(allVariants) {}
+
+  void Run() {
+    driver_.Play([this] {
+      Connect();
+      CurrentLoop();
+      PositionLoop();
+      Properties();
+      ErrorLog();
+      VelocityLoop();
+      ParametersGrid();
+      SmallWindows();
+    });
+  }
+
+ private:
+  void Connect() {
+    Picture("MDIForm1", "main-disconnected");
+    driver_.Menu("MDIForm1.mnuConnect");
+    Picture("Form2", "connect");
+    driver_.Click("Form2.openPort");
+    Wait("the read to begin", [this] { return driver_.IsShown("frmWaitingMessage"); });
+    Wait("a dozen settings", [this] { return tool_.mdiForm1.prgActivity.Value >= 12; });
+    Picture("frmWaitingMessage", "waiting");
+    Picture("MDIForm1", "main-reading");
+    Wait("the settings", [this] { return !tool_.shell.BulkTransferRunning; });
+    EXPECT_TRUE(driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"));
+    Picture("MDIForm1", "main-connected");
+  }
+
+  void CurrentLoop() {
+    driver_.Menu("MDIForm1.MnuCurrentLoop");
+    WaitForWindow("Form1");
+    driver_.Type("Form1.Text1(2)", "1");
+    driver_.Click("Form1.cmdTest");
+    Wait("the step response", [this] {
+      return tool_.form1.cmdTest.Enabled && tool_.form1.Plot.HasTrace() &&
+             !tool_.form1.Picture1.Lines.empty();
+    });
+    Picture("Form1", "current-loop");
+    driver_.CloseWindow("Form1");
+    WaitForClosing("Form1");
+  }
+
+  void PositionLoop() {
+    driver_.Menu("MDIForm1.mnuPositionLoop");
+    WaitForWindow("Form3");
+    Picture("Form3", "position-loop-start");
+    driver_.Type("Form3.Text1(13)", "5");
+    driver_.Click("Form3.Command1(3)");
+    Wait("the first trace", [this] { return !tool_.form3.Plot.Picture1.Lines.empty(); });
+    const auto first = tool_.form3.Plot.Picture1.Revision;
+    Wait("a second trace", [&] { return tool_.form3.Plot.Picture1.Revision > first; });
+    Picture("Form3", "position-loop");
+    driver_.Click("Form3.Command1(3)");
+    Wait("the stop",
+         [this] { return tool_.form3.Command1[3].Caption == "Start" && tool_.link.LinkIdle; });
+    driver_.Drag("Form3.Picture1", 0.1, 0.2, 0.5, 0.7);
+    driver_.Settle();
+    driver_.Drag("Form3.Picture1", 0.2, 0.2, 0.7, 0.7);
+    driver_.Settle();
+    EXPECT_EQ(tool_.form3.Plot.ZoomLevel, 2);
+    Picture("Form3", "position-loop-zoomed");
+    for (int page = 0; page < static_cast<int>(tool_.form3.SSTab1.Pages.size()); ++page) {
+      driver_.TurnPage("Form3.SSTab1", page);
+      driver_.Settle();
+      Picture("Form3", "position-loop-page-" + std::to_string(page + 1));
+    }
+    driver_.CloseWindow("Form3");
+    WaitForClosing("Form3");
+  }
+
+  void Properties() {
+    driver_.Menu("MDIForm1.sysConfig");
+    WaitForWindow("sysConfigFrm");
+    Picture("sysConfigFrm", "properties");
+    driver_.Click("sysConfigFrm.Command2");
+    WaitForClosing("sysConfigFrm");
+  }
+
+  void ErrorLog() {
+    driver_.Menu("MDIForm1.ErrCheck");
+    WaitForWindow("Form4");
+    Picture("Form4", "error-log");
+    driver_.CloseWindow("Form4");
+    WaitForClosing("Form4");
+  }
+
+  void VelocityLoop() {
+    driver_.Menu("MDIForm1.mnuVelocityLoop");
+    WaitForWindow("velocityModeTune");
+    driver_.TurnPage("velocityModeTune.SSTab1", 1);
+    driver_.Type("velocityModeTune.Text1(1)", "5");
+    driver_.Click("velocityModeTune.Command1");
+    Wait("the first trace", [this] { return !tool_.velocityMode.Plot.Picture1.Lines.empty(); });
+    driver_.TurnPage("velocityModeTune.SSTab1", 0);
+    driver_.Type("velocityModeTune.Text1(3)", "900");
+    driver_.Key("velocityModeTune.Text1(3)", Qt::Key_Return);
+    const auto first = tool_.velocityMode.Plot.Picture1.Revision;
+    Wait("a second trace", [&] { return tool_.velocityMode.Plot.Picture1.Revision > first; });
+    Picture("velocityModeTune", "velocity-loop");
+    driver_.Click("velocityModeTune.Command1");
+    Wait("the stop",
+         [this] { return tool_.velocityMode.Command1.Caption == "Start" && tool_.link.LinkIdle; });
+    for (int page = 1; page < static_cast<int>(tool_.velocityMode.SSTab1.Pages.size()); ++page) {
+      driver_.TurnPage("velocityModeTune.SSTab1", page);
+      driver_.Settle();
+      Picture("velocityModeTune", "velocity-loop-page-" + std::to_string(page + 1));
+    }
+    driver_.CloseWindow("velocityModeTune");
+    WaitForClosing("velocityModeTune");
+  }
+
+  void ParametersGrid() {
+    driver_.Menu("MDIForm1.mnuParameters");
+    WaitForWindow("Form8");
+    driver_.Click("Form8.readdata");
+    Wait("the rows",
+         [this] { return !tool_.form8.MSFlexGrid1.Rows.empty() && tool_.form8.readdata.Visible; });
+    Picture("Form8", "parameters-grid");
+    driver_.Click("Form8.Command2");
+    WaitForClosing("Form8");
+  }
+
+  void SmallWindows() {
+    driver_.Menu("MDIForm1.mnuTestConsole");
+    WaitForWindow("Form110");
+    Picture("Form110", "test-console");
+    driver_.CloseWindow("Form110");
+    driver_.Menu("MDIForm1.mnuAbout");
+    WaitForWindow("Dialog");
+    Picture("Dialog", "about");
+    driver_.Click("Dialog.Command1");
+    WaitForClosing("Dialog");
+  }
+
+  void Wait(const std::string& what, const std::function<bool()>& done) {
+    constexpr int LimitMs = 60'000;
+    EXPECT_TRUE(driver_.WaitUntil(done, LimitMs)) << "waited in vain for " << what;
+  }
+  void WaitForWindow(const std::string& name) {
+    Wait(name, [&] { return driver_.IsShown(name); });
+  }
+  void WaitForClosing(const std::string& name) {
+    Wait(name + " to close", [&] { return !driver_.IsShown(name); });
+  }
+
+  // A picture at 100 % in the light scheme; with all variants also at 200 %, and in the dark one.
+  void Picture(const std::string& window, const std::string& file) {
+    driver_.Settle();
+    driver_.OnGui([&] {
+      const QWidget* shown = driver_.Find(window);
+      if (shown == nullptr) return;
+      for (const std::string& fault : LayoutFaults(*shown)) {
+        ADD_FAILURE() << window << ": " << fault;
+      }
+    });
+    Save(window, file, 1);
+    if (!allVariants_) return;
+    Save(window, file + "-200", 2);
+    driver_.OnGui([] { ApplyScheme(Scheme::Dark); });
+    driver_.Settle();
+    Save(window, file + "-dark", 1);
+    driver_.OnGui([] { ApplyScheme(Scheme::Light); });
+    driver_.Settle();
+  }
+
+  void Save(const std::string& window, const std::string& file, int scale) {
+    const std::string path = directory_ + "/" + file + ".png";
+    EXPECT_TRUE(driver_.Grab(window, path, scale)) << path;
+    std::cout << path << std::endl;
+  }
+
+  DesktopDriver driver_;
+  Tool& tool_;
+  std::string directory_;
+  bool allVariants_;
+};
+
+}  // namespace
+}  // namespace gainsmith::test
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  const QStringList arguments = QApplication::arguments();
+  if (arguments.size() < 2) {
+    std::cerr << "usage: gainsmith-tour DIRECTORY [--all-variants]\n";
+    return 2;
+  }
+  QDir().mkpath(arguments[1]);
+  gainsmith::ApplyLook(application);
+  gainsmith::DesktopWorld world(QCoreApplication::applicationDirPath().toStdString());
+  gainsmith::Tool tool(world, gainsmith::Edition::ServiceBench);
+  tool.Start();
+  gainsmith::test::Tour tour(world, tool, arguments[1].toStdString(),
+                             arguments.contains("--all-variants"));
+  tour.Run();
+  world.EndProgram();
+  return testing::UnitTest::GetInstance()->Failed() ? 1 : 0;
+}
