@@ -1,8 +1,9 @@
 // Strokes of a picture box.
 #include "desktop/picture_painter.h"
 
+#include <QLineF>
+#include <QList>
 #include <QPainter>
-#include <QPolygonF>
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -19,27 +20,22 @@ constexpr QRgb CentreColour = 0xff43505c;
 // A little more than a pixel keeps slanted antialiased strokes as bright as level ones.
 constexpr double PenWidthPerPixel = 1.25;
 
-struct Segment {
-  QPointF From;
-  QPointF To;
-};
-
-std::optional<Segment> Place(const PictureLine& line, const QRectF& area) {
+std::optional<QLineF> Place(const PictureLine& line, const QRectF& area) {
   const auto x = [&](float value) {
     return area.left() + (double{value} - line.Scale.Left) / line.Scale.Width * area.width();
   };
   const auto y = [&](float value) {
     return area.top() + (double{value} - line.Scale.Top) / line.Scale.Height * area.height();
   };
-  const Segment segment{{x(line.X1), y(line.Y1)}, {x(line.X2), y(line.Y2)}};
-  const bool finite = std::isfinite(segment.From.x()) && std::isfinite(segment.From.y()) &&
-                      std::isfinite(segment.To.x()) && std::isfinite(segment.To.y());
+  const QLineF segment(x(line.X1), y(line.Y1), x(line.X2), y(line.Y2));
+  const bool finite = std::isfinite(segment.x1()) && std::isfinite(segment.y1()) &&
+                      std::isfinite(segment.x2()) && std::isfinite(segment.y2());
   return finite ? std::optional(segment) : std::nullopt;
 }
 
 // The part of the segment inside `bounds`; nothing when it lies outside altogether.
-std::optional<Segment> Clip(const Segment& segment, const QRectF& bounds) {
-  const QPointF along = segment.To - segment.From;
+std::optional<QLineF> Clip(const QLineF& segment, const QRectF& bounds) {
+  const QPointF along = segment.p2() - segment.p1();
   double first = 0;
   double last = 1;
   const auto cut = [&](double direction, double distance) {
@@ -49,12 +45,12 @@ std::optional<Segment> Clip(const Segment& segment, const QRectF& bounds) {
     if (direction > 0) last = std::min(last, at);
     return first <= last;
   };
-  const bool visible = cut(-along.x(), segment.From.x() - bounds.left()) &&
-                       cut(along.x(), bounds.right() - segment.From.x()) &&
-                       cut(-along.y(), segment.From.y() - bounds.top()) &&
-                       cut(along.y(), bounds.bottom() - segment.From.y());
+  const bool visible = cut(-along.x(), segment.x1() - bounds.left()) &&
+                       cut(along.x(), bounds.right() - segment.x1()) &&
+                       cut(-along.y(), segment.y1() - bounds.top()) &&
+                       cut(along.y(), bounds.bottom() - segment.y1());
   if (!visible) return std::nullopt;
-  return Segment{segment.From + first * along, segment.From + last * along};
+  return QLineF(segment.p1() + first * along, segment.p1() + last * along);
 }
 
 bool SamePen(const PictureLine& a, const PictureLine& b) {
@@ -65,8 +61,8 @@ QPen PenOf(const PictureLine& line) {
   QPen pen(FixedColour(line.Color).value_or(QColor(Qt::white)));
   pen.setWidthF(line.WidthPixels * PenWidthPerPixel);
   pen.setStyle(line.Dotted ? Qt::DotLine : Qt::SolidLine);
-  pen.setJoinStyle(Qt::BevelJoin);
-  pen.setCapStyle(Qt::FlatCap);
+  // Closes the gap on the outside of a bend, where one line ends and the next begins.
+  pen.setCapStyle(line.Dotted ? Qt::FlatCap : Qt::SquareCap);
   return pen;
 }
 
@@ -90,27 +86,25 @@ void PaintLines(QPainter& painter, const QRectF& area, const std::vector<Picture
   painter.setRenderHint(QPainter::Antialiasing);
   // Far outside points cost time and precision; strokes reach a little over the edge.
   const QRectF bounds = area.adjusted(-area.width(), -area.height(), area.width(), area.height());
-  QPolygonF stroke;
-  const PictureLine* strokeLine = nullptr;
+  // Line by line, not as polylines: filling the outline of one that crosses itself takes a thousand
+  // times longer.
+  QList<QLineF> stroke;
+  const PictureLine* pen = nullptr;
   const auto finish = [&] {
-    if (stroke.size() > 1) {
-      painter.setPen(PenOf(*strokeLine));
-      painter.drawPolyline(stroke);
-    }
+    if (stroke.isEmpty()) return;
+    painter.setPen(PenOf(*pen));
+    painter.drawLines(stroke);
     stroke.clear();
   };
   for (const PictureLine& line : lines) {
     const auto placed = Place(line, area);
     const auto segment = placed ? Clip(*placed, bounds) : std::nullopt;
     if (!segment) continue;
-    const bool goesOn =
-        !stroke.isEmpty() && SamePen(*strokeLine, line) && stroke.constLast() == segment->From;
-    if (!goesOn) {
+    if (pen == nullptr || !SamePen(*pen, line)) {
       finish();
-      stroke.push_back(segment->From);
-      strokeLine = &line;
+      pen = &line;
     }
-    stroke.push_back(segment->To);
+    stroke.push_back(*segment);
   }
   finish();
   painter.restore();

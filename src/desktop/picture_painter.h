@@ -13,9 +13,8 @@ namespace gainsmith {
 // The dark ground and its ten by ten divisions.
 void PaintGraticule(QPainter& painter, const QRectF& area);
 
-// The lines, each in its own user scale, antialiased, clipped to the area. Lines that follow each
-// other end to end in one pen are joined into one stroke. Lines with a coordinate that is not a
-// number are left out.
+// The lines, each in its own user scale, antialiased, clipped to the area. Lines with a coordinate
+// that is not a number are left out.
 void PaintLines(QPainter& painter, const QRectF& area, const std::vector<PictureLine>& lines);
 
 }  // namespace gainsmith
