@@ -66,8 +66,7 @@ void Form3::Jog_MouseDown(JogButton button) {
   const auto unwanted = [&] {
     return stay.Over() || followed() || JogState[button] == JogReleased;
   };
-  const bool turning =
-      link_.Write(Register::PositionCommand, JogWords[button], {.Abandon = unwanted});
+  const bool turning = Run.Send(Register::PositionCommand, JogWords[button], {.Abandon = unwanted});
   if (followed()) return;
   if (stay.Over() || JogState[button] == JogReleased) {
     WriteJogStop(stay, button);
@@ -90,7 +89,7 @@ void Form3::WriteJogStop(const Stay& stay, JogButton button) {
   // A press that came meanwhile has a release of its own: the stop must not follow its command.
   const std::uint64_t press = jogPresses_[button];
   const auto followed = [&] { return jogPresses_[button] != press; };
-  const bool stopped = link_.Write(Register::PositionCommand, StopWord, {.Abandon = followed});
+  const bool stopped = Run.Send(Register::PositionCommand, StopWord, {.Abandon = followed});
   if (!stopped && !followed()) Run.ReportLinkFailure(stay);
 }
 

@@ -173,6 +173,7 @@ bool Form3::StoppedInTick(const Stay& stay) {
 }
 
 void Form3::DataSource_Timer() {
+  if (!Run.MayTick()) return;
   const Stay stay(*this);
   if (StoppedInTick(stay)) return;
   link_.LinkIdle = false;

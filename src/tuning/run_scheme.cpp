@@ -9,6 +9,17 @@ namespace {
 constexpr float StopWord = 0;
 constexpr float RunWord = 2;
 
+class Counted {
+ public:
+  explicit Counted(int& count) : count_(count) { ++count_; }
+  Counted(const Counted&) = delete;
+  Counted& operator=(const Counted&) = delete;
+  ~Counted() { --count_; }
+
+ private:
+  int& count_;
+};
+
 }  // namespace
 
 bool RunScheme::MayStart() const {
@@ -77,7 +88,7 @@ RunScheme::Result RunScheme::WriteSteps(const Stay& stay, std::span<const Step> 
 
 RunScheme::Result RunScheme::SendRunCommand(const Stay& stay) {
   const auto unwanted = [&] { return StopRequested() || stay.Over(); };
-  const bool taken = p_.Line.Write(p_.Command, RunWord, {.Abandon = unwanted});
+  const bool taken = Send(p_.Command, RunWord, {.Abandon = unwanted});
   if (stay.Over()) {
     // No test may begin behind a closed window.
     if (!reported_) StopTest(stay);
@@ -91,7 +102,13 @@ RunScheme::Result RunScheme::SendRunCommand(const Stay& stay) {
   return Result::GoOn;
 }
 
+bool RunScheme::Send(Register reg, float value, const ExchangeOptions& options) {
+  const Counted sending(sending_);
+  return p_.Line.Write(reg, value, options);
+}
+
 bool RunScheme::Exchange(const Stay& stay, Function function, Register reg, float value) {
+  const Counted sending(sending_);
   const auto gone = [&] { return stay.Over(); };
   const bool done = p_.Line.Exchange(function, reg, value, {.Abandon = gone});
   if (stay.Over()) return false;
@@ -102,7 +119,7 @@ bool RunScheme::Exchange(const Stay& stay, Function function, Register reg, floa
 bool RunScheme::StopTest(const Stay& stay, int pauseMs) {
   // Also where a tick stops the test: a new one must not begin inside the stop word's exchange.
   const Click busy(*this);
-  if (!p_.Line.Write(p_.Command, StopWord, {.PauseBeforeMs = pauseMs})) ReportLinkFailure(stay);
+  if (!Send(p_.Command, StopWord, {.PauseBeforeMs = pauseMs})) ReportLinkFailure(stay);
   return !stay.Over();
 }
 

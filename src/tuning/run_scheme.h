@@ -10,6 +10,8 @@
 //   word on the line.
 // - A Start click is taken only when the handlers of the last click have come to their end and no
 //   stop word is on its way; a Stop click is always taken.
+// - A tick that falls into another handler's exchange gives way: otherwise ticks, each of which
+//   spoils the exchange that it falls into, could keep a gain or a jog command from the drive.
 // - A handler whose window was closed while it waited sends nothing more and says nothing.
 // - A lost link is reported once, and closes the window.
 #pragma once
@@ -61,6 +63,9 @@ class RunScheme {
   bool StopRequested() const { return p_.RunButton.Caption == StartCaption; }
   // A Start click would be taken.
   bool MayStart() const;
+
+  // A tick may use the line.
+  bool MayTick() const { return clicks_ == 0 && sending_ == 0; }
 
   // Milliseconds since the test was started.
   double ElapsedMs() const;
@@ -114,6 +119,9 @@ class RunScheme {
   // Starts the motor.
   Result SendRunCommand(const Stay& stay);
 
+  // A write that reports nothing.
+  bool Send(Register reg, float value, const ExchangeOptions& options);
+
   // One exchange. False when the window was closed, a lost link included.
   bool Exchange(const Stay& stay, Function function, Register reg, float value);
   bool Write(const Stay& stay, Register reg, float value) {
@@ -142,6 +150,8 @@ class RunScheme {
  private:
   const Parts p_;
   int clicks_ = 0;
+  // Exchanges of handlers under way.
+  int sending_ = 0;
   // A lost link was reported since the window opened.
   bool reported_ = false;
 };

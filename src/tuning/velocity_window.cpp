@@ -266,6 +266,7 @@ void velocityModeTune::ShowRecording() {
 }
 
 void velocityModeTune::DataSource_Timer() {
+  if (!Run.MayTick()) return;
   if (Run.ElapsedMs() > static_cast<double>(VelocityTestMs) - UnrecordedMs) {
     DataSource.Stop();
     return;

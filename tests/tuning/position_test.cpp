@@ -273,36 +273,6 @@ TEST_F(PositionTest, ASecondStartClickWhileGainsAreWrittenDoesNothing) {
   ExpectStopped();
 }
 
-// The Stop click falls into every wait of a test in turn.
-TEST_F(PositionTest, StopMeansStopAtEveryMoment) {
-  for (std::int64_t delayMs = 200; delayMs < 9000; delayMs += delayMs < 2500 ? 11 : 53) {
-    SCOPED_TRACE(delayMs);
-    OpenQuietly();
-    EnterShortTest();
-    std::int64_t clickedMs = 0;
-    std::size_t before = 0;
-    Bench.World.At(delayMs, [&] {
-      if (Run().Caption != "Stop") return;
-      clickedMs = Bench.World.NowMs();
-      before = Bench.World.Log.Frames().size();
-      Bench.User.Click(Run());
-    });
-    Click();
-    Bench.World.RunFor(9000);
-    ASSERT_NE(clickedMs, 0);
-    ExpectStopped();
-    EXPECT_EQ(Bench.TakeMessages(), Texts{});
-    const auto& frames = Bench.World.Log.Frames();
-    EXPECT_EQ(frames[before].Text(), "W 9=0") << "the stop word is the next to go out";
-    EXPECT_LE(frames[before].AtMs - clickedMs, 220);
-    for (std::size_t i = before; i < frames.size(); ++i) EXPECT_NE(frames[i].Text(), "W 9=2");
-    Device.Drive.Advance(Bench.World.NowMs() * 1000);
-    EXPECT_FALSE(Device.Drive.Moving());
-    Bench.User.Close(Window);
-    EXPECT_FALSE(Window.Loaded);
-  }
-}
-
 // --- Closing.
 
 TEST_F(PositionTest, ARunningTestRefusesToClose) {
