@@ -22,17 +22,14 @@ void Form2::Design() {
   Add(Label1[PortList], "Label1(0)").Caption = "Choose Serial Port:";
   Add(Label1[BaudList], "Label1(1)").Caption = "Choose Baudrate:";
   Add(Label2, "Label2").Caption = "Device Number\uFF1A";
-  int top = FirstRowTwips;
-  for (Label* label : {&Label1[PortList], &Label1[BaudList], &Label2}) {
-    label->Place(LeftTwipsOfLabels, top + 30, 2300, 300);
-    top += RowTwips;
-  }
 
-  const std::array<const char*, 3> spoken{"Serial port", "Baudrate", "Device number"};
+  const std::array<Label*, 3> labels{&Label1[PortList], &Label1[BaudList], &Label2};
   for (std::size_t i = 0; i < Combo1.size(); ++i) {
+    const int top = FirstRowTwips + static_cast<int>(i) * RowTwips;
+    labels[i]->Place(LeftTwipsOfLabels, top + 30, 2300, 300);
     ComboBox& list = Add(Combo1[i], "Combo1(" + std::to_string(i) + ")");
-    list.Place(LeftTwipsOfLists, FirstRowTwips + static_cast<int>(i) * RowTwips, 2100, 360);
-    list.AccessibleName = spoken[i];
+    list.Place(LeftTwipsOfLists, top, 2100, 360);
+    list.AccessibleName = labels[i]->Caption;
     list.OnClick = [this, i] { Combo1_Click(i); };
   }
 
