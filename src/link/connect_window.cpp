@@ -48,7 +48,7 @@ void Form2::DescribePorts() {
 }
 
 void Form2::Combo1_Click(std::size_t index) {
-  const ComboBox& list = Combo1[index];
+  ComboBox& list = Combo1[index];
   switch (index) {
     case PortList:
       link_.PortNumber = static_cast<std::uint8_t>(list.ChosenData());
@@ -57,6 +57,11 @@ void Form2::Combo1_Click(std::size_t index) {
       link_.SerialSettings = list.Text + Framing;
       break;
     default:
+      // The second half of a transfer must not go to another drive than the first.
+      if (shell_.BulkTransferRunning) {
+        list.Choose(link_.DeviceAddress);
+        return;
+      }
       link_.DeviceAddress = static_cast<std::uint8_t>(LeadingNumber(list.Text));
       // It holds from the next frame on, also for a connection that is open.
       if (world_.IsPortOpen()) main_.lblConnectionDetail.Caption = PortText();

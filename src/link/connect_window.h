@@ -37,7 +37,8 @@ struct Form2 : Window {
 
   // Fills the lists and chooses COM1, 38400 baud and device 1, with the effect of a choice.
   void Form_Load() override;
-  // Takes the chosen entry of a list into the link's state.
+  // Takes the chosen entry of a list into the link's state. While a bulk transfer runs the device
+  // number stays, and its list shows it again.
   void Combo1_Click(std::size_t index);
   // Opens the connection, or closes it. Opening waits for the drive, hides the window and reads
   // all settings; a failure before that leaves the port closed and the window open. Does nothing

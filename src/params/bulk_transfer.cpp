@@ -125,8 +125,10 @@ bool BulkTransfer::SaveToEeprom() {
     link_.WaitMs(link_.ReplyWaitMs());
     link_.WaitMs(StoringMs);
     link_.ReceiveReply(link_.DeviceAddress, Function::Write);
+    // Taken before the wait: another window's exchange may run inside it.
+    const bool stored = link_.LinkErrorCount == 0;
     link_.WaitMs(AfterReplyMs);
-    if (link_.LinkErrorCount == 0) {
+    if (stored) {
       link_.WaitMs(link_.ReplyWaitMs());
       return true;
     }

@@ -125,6 +125,8 @@ void sysConfigFrm::FollowOperatingMode() {
       break;
     case flags::PositionMode:
       Option1[PositionMode].Selected = true;
+      // The connection may have been closed under the load: its commands are gone with it.
+      if (!world_.IsPortOpen()) break;
       main_[Tool1::CurrentLoop].Enabled = true;
       main_.mnuPositionLoop.Enabled = true;
       break;

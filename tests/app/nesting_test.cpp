@@ -1,0 +1,229 @@
+// Handlers inside waits: what a user can do while a command runs, at any of its moments.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "bench.h"
+#include "simulator/registers.h"
+
+namespace gainsmith::test {
+namespace {
+
+using Texts = Bench::Texts;
+
+constexpr const char* ExitQuestion = "Exit Gainsmith for KVT518?";
+constexpr const char* Downloaded = "New configurations have been downloaded to drive successfully";
+constexpr const char* ConfigPath = "/home/axis.tvd";
+
+// A command that moves the whole table, as the user gives it to a connected tool.
+struct TransferCommand {
+  const char* Name;
+  std::function<void(Bench&)> Give;
+};
+
+void Confirm(Bench& bench, MenuItem& item) {
+  bench.world.Answers.push_front(MessageAnswer::Yes);
+  bench.user.Click(item);
+}
+
+const TransferCommand Download{
+    "download", [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuDownloadToDrive); }};
+const TransferCommand Reset{"reset",
+                            [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuReset); }};
+const TransferCommand Open{"open", [](Bench& bench) {
+                             bench.world.Files[ConfigPath] =
+                                 bench.world.Files["/program/default.ini"];
+                             bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, ConfigPath}};
+                             bench.user.Click(bench.tool.mdiForm1.mnuFileOpen);
+                           }};
+const TransferCommand ReadAgain{"read",
+                                [](Bench& bench) { bench.tool.mdiForm1.ReadFromDrive.OnClick(); }};
+
+// The tool, connected, with nothing logged yet.
+struct ConnectedBench : Bench {
+  ConnectedBench() {
+    Connect();
+    TakeFrames();
+    EXPECT_TRUE(TakeMessages().empty());
+  }
+  void ExpectAtRest() {
+    EXPECT_FALSE(tool.shell.BulkTransferRunning);
+    EXPECT_FALSE(tool.waiting.Loaded);
+    EXPECT_FALSE(tool.mdiForm1.lblActivity.Visible);
+    EXPECT_EQ(world.ScreenPointer, MousePointer::Default);
+    EXPECT_TRUE(tool.form2.openPort.Enabled);
+  }
+};
+
+struct Undisturbed {
+  explicit Undisturbed(const TransferCommand& command) {
+    ConnectedBench bench;
+    const std::int64_t start = bench.world.NowMs();
+    command.Give(bench);
+    LastsMs = bench.world.NowMs() - start;
+    for (const LoggedFrame& frame : bench.world.Log.Frames())
+      SentAtMs.push_back(frame.AtMs - start);
+    Frames = bench.TakeFrames();
+    Messages = bench.TakeMessages();
+  }
+  Texts Frames;
+  std::vector<std::int64_t> SentAtMs;
+  Texts Messages;
+  std::int64_t LastsMs = 0;
+};
+
+TEST(Nesting, TheExitQuestionAtAnyMomentOfATransfer) {
+  for (const TransferCommand& command : {Download, Reset, Open, ReadAgain}) {
+    const Undisturbed whole(command);
+    for (std::int64_t delayMs = 1; delayMs < whole.LastsMs; delayMs += 487) {
+      SCOPED_TRACE(std::string(command.Name) + " after " + std::to_string(delayMs));
+      const auto give = [&](Bench& bench, MessageAnswer answer) {
+        bench.world.At(delayMs, [&bench, answer] {
+          bench.world.Answers.push_back(answer);
+          bench.user.Click(bench.tool.mdiForm1.nmuExit);
+        });
+        command.Give(bench);
+      };
+      ConnectedBench stays;
+      give(stays, MessageAnswer::No);
+      EXPECT_EQ(stays.TakeFrames(), whole.Frames);
+      EXPECT_EQ(stays.TakeMessages().size(), whole.Messages.size() + 1);
+      stays.ExpectAtRest();
+
+      ConnectedBench ends;
+      const auto files = ends.world.Files;
+      const std::int64_t start = ends.world.NowMs();
+      give(ends, MessageAnswer::Yes);
+      EXPECT_TRUE(ends.world.Ended());
+      EXPECT_FALSE(ends.world.IsPortOpen());
+      EXPECT_EQ(ends.world.NowMs(), start + delayMs) << "nothing waits behind the end";
+      EXPECT_EQ(ends.TakeMessages().back(), ExitQuestion) << "nothing is told behind the end";
+      const Texts sent = ends.TakeFrames();
+      ASSERT_LE(sent.size(), whole.Frames.size());
+      EXPECT_TRUE(std::equal(sent.begin(), sent.end(), whole.Frames.begin()));
+    }
+  }
+}
+
+TEST(Nesting, ADeviceThatGoesAwayAtAnyRequestOfATransfer) {
+  for (const TransferCommand& command : {Download, Reset, Open, ReadAgain}) {
+    const Undisturbed whole(command);
+    const int requests = static_cast<int>(whole.Frames.size());
+    for (int request = 1; request <= requests; request += 4) {
+      SCOPED_TRACE(std::string(command.Name) + ", request " + std::to_string(request));
+      ConnectedBench bench;
+      bench.device.Drive.Inject(sim::Fault::HangUp, sim::Hits::Only(request));
+      command.Give(bench);
+      // A file is opened without a store, and so without a word of what the drive did not take;
+      // all others end with one message in place of their success.
+      const Texts told = bench.TakeMessages();
+      EXPECT_EQ(told.size(), whole.Messages.size());
+      const bool store = whole.Frames.back() == "W 12=1";
+      const bool read = whole.Frames.front() == "R 0";
+      EXPECT_EQ(told.back(), store || read ? LostLink : whole.Messages.back());
+      const std::string& notice = bench.tool.mdiForm1.lblNotice.Caption;
+      EXPECT_EQ(notice.starts_with("The drive did not take: "), !read && request <= 44) << notice;
+      bench.ExpectAtRest();
+
+      // Plugged in again: close, open, and all is well.
+      bench.device.Drive.ClearFaults();
+      bench.device.Drive.Reconnect();
+      bench.Connect();
+      EXPECT_FALSE(bench.world.IsPortOpen());
+      bench.world.RunFor(500);
+      bench.Connect();
+      EXPECT_EQ(bench.tool.mdiForm1.lblConnection.Caption, "Connected");
+      EXPECT_EQ(bench.tool.mdiForm1.lblNotice.Caption, "");
+      EXPECT_TRUE(bench.TakeMessages().empty());
+    }
+  }
+}
+
+// The properties window stands beside the main one: its OK writes registers of its own.
+TEST(Nesting, APropertyChangedAtAnyMomentOfADownloadSpoilsNeither) {
+  const Undisturbed whole(Download);
+  for (std::int64_t delayMs = 1; delayMs < whole.LastsMs; delayMs += 83) {
+    SCOPED_TRACE(delayMs);
+    ConnectedBench bench;
+    bench.user.Click(bench.tool.mdiForm1[Tool1::Properties]);
+    bench.TakeFrames();
+    bench.tool.parameters[Slot::CurrentKp] = 777;
+    bench.tool.parameters[Slot::Resistance] = 1.25F;
+    bench.world.At(delayMs, [&] { bench.user.Click(bench.tool.sysConfig.cmdOK); });
+    Download.Give(bench);
+    EXPECT_EQ(bench.TakeMessages().back(), Downloaded);
+    EXPECT_EQ(bench.device.Drive.Registers()[sim::Reg::CurrentKp], 777);
+    EXPECT_EQ(bench.device.Drive.Registers().Values[0xF7], 125);
+    EXPECT_FALSE(bench.tool.sysConfig.Loaded) << "its own writes were taken";
+    EXPECT_EQ(bench.tool.mdiForm1.lblNotice.Caption, "");
+    bench.ExpectAtRest();
+  }
+}
+
+TEST(Nesting, AStoreIsJudgedByItsOwnReply) {
+  const Undisturbed whole(Download);
+  ConnectedBench bench;
+  bench.user.Click(bench.tool.mdiForm1[Tool1::Properties]);
+  bench.TakeFrames();
+  // The store's first reply is lost. From its last byte it is looked for until 2 + 53 + 1001 +
+  // 11 x 51 ms have passed; the button is pressed in the wait that follows.
+  bench.device.Drive.Inject(sim::Fault::DropNth,
+                            sim::Hits::Only(static_cast<int>(whole.Frames.size())));
+  bench.world.At(whole.SentAtMs.back() + 2 + 53 + 1001 + 11 * 51 + 100,
+                 [&] { bench.user.Click(bench.tool.sysConfig.cmdOK); });
+  Download.Give(bench);
+  Texts frames = bench.TakeFrames();
+  frames.erase(frames.begin(), frames.begin() + 44);
+  EXPECT_EQ(frames, (Texts{"W 12=1", "W 245=840", "W 246=280", "W 255=388", "W 12=1"}));
+  EXPECT_EQ(bench.TakeMessages().back(), Downloaded);
+}
+
+TEST(Nesting, ADeviceNumberChosenDuringATransferDoesNotSplitIt) {
+  ConnectedBench bench;
+  bench.user.Click(bench.tool.mdiForm1.mnuConnect);
+  ComboBox& devices = bench.tool.form2.Combo1[Form2::DeviceList];
+  bench.world.At(3000, [&] { bench.user.Choose(devices, 5); });
+  Download.Give(bench);
+  EXPECT_EQ(bench.TakeMessages().back(), Downloaded);
+  EXPECT_EQ(devices.Text, "1");
+  for (const LoggedFrame& frame : bench.world.Log.Frames()) EXPECT_EQ(frame.Bytes[0], 1);
+
+  bench.user.Choose(devices, 5);
+  EXPECT_EQ(bench.tool.link.DeviceAddress, 5);
+}
+
+TEST(Nesting, TheConnectionClosedUnderAWindowThatLoads) {
+  ConnectedBench bench;
+  Tool& tool = bench.tool;
+  bench.user.Click(tool.mdiForm1.mnuConnect);
+  bench.world.At(700, [&] { bench.user.Click(tool.form2.openPort); });
+  bench.user.Click(tool.mdiForm1[Tool1::Properties]);
+  bench.world.RunFor(2000);
+  EXPECT_EQ(bench.TakeMessages(), Texts{LostLink});
+  EXPECT_FALSE(tool.sysConfig.Loaded);
+  EXPECT_FALSE(bench.world.IsPortOpen());
+  EXPECT_FALSE(tool.mdiForm1.MnuCurrentLoop.Enabled);
+  EXPECT_FALSE(tool.mdiForm1.mnuPositionLoop.Enabled);
+  EXPECT_FALSE(tool.mdiForm1[Tool1::CurrentLoop].Enabled);
+
+  bench.user.Click(tool.form2.openPort);
+  bench.user.Click(tool.mdiForm1[Tool1::Properties]);
+  EXPECT_TRUE(tool.sysConfig.Visible);
+  bench.world.RunFor(2000);
+  EXPECT_TRUE(bench.TakeMessages().empty()) << "the old failure is not told again";
+}
+
+TEST(Nesting, AWrongDeviceNumberIsToldAndTheRightOneConnects) {
+  Bench bench;
+  bench.user.Click(bench.tool.mdiForm1.mnuConnect);
+  bench.user.Choose(bench.tool.form2.Combo1[Form2::DeviceList], 7);
+  bench.user.Click(bench.tool.form2.openPort);
+  EXPECT_EQ(bench.TakeFrames(), Texts{"R 253"});
+  EXPECT_EQ(bench.TakeMessages().size(), 1U);
+  bench.user.Choose(bench.tool.form2.Combo1[Form2::DeviceList], 1);
+  bench.user.Click(bench.tool.form2.openPort);
+  EXPECT_EQ(bench.tool.mdiForm1.lblConnection.Caption, "Connected");
+}
+
+}  // namespace
+}  // namespace gainsmith::test
