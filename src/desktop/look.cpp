@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "desktop/desktop_scheme.h"
+
 // The resources lie in a static library; the linker keeps them only if asked for.
 static void KeepResources() { Q_INIT_RESOURCE(desktop); }
 
@@ -97,6 +99,9 @@ void ApplyLook(QApplication& application) {
   QToolTip::setFont(font);
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/gainsmith.svg")));
   ApplyScheme(desktops);
+  AskDesktopForDark([](bool dark) {
+    if (dark && PresentScheme() == Scheme::Light) ApplyScheme(Scheme::Dark);
+  });
 }
 
 void ApplyScheme(Scheme scheme) {

@@ -6,7 +6,9 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QPainter>
 #include <QPointer>
+#include <QStyleOptionFocusRect>
 
 #include "desktop/control_view.h"
 #include "desktop/look.h"
@@ -36,13 +38,13 @@ class TextLabel final : public QLabel {
       QLabel::keyPressEvent(event);
     }
   }
-  void focusInEvent(QFocusEvent* event) override {
-    QLabel::focusInEvent(event);
-    setFrameStyle(QFrame::Box);
-  }
-  void focusOutEvent(QFocusEvent* event) override {
-    QLabel::focusOutEvent(event);
-    setFrameStyle(QFrame::NoFrame);
+  void paintEvent(QPaintEvent* event) override {
+    QLabel::paintEvent(event);
+    if (!hasFocus()) return;
+    QPainter painter(this);
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
   }
 };
 
