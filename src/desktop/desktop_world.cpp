@@ -19,6 +19,14 @@
 namespace gainsmith {
 namespace {
 
+// Brings the page that a control lies on to the front.
+void TurnPageTo(const Control& control) {
+  for (const Control* inside = &control; inside->Container != nullptr; inside = inside->Container) {
+    if (inside->Container->Kind != ControlKind::Tabs) continue;
+    static_cast<Tabs*>(inside->Container)->CurrentPage = inside->Page;
+  }
+}
+
 // Progress loops ask for a repaint with every step; the eye needs no more than this.
 constexpr int RepaintEveryMs = 15;
 
@@ -192,6 +200,7 @@ void DesktopWorld::ProgramEnded() {
 
 void DesktopWorld::SetFocus(Control& control) {
   pendingFocus_ = &control;
+  TurnPageTo(control);
   BeforeSleep();
 }
 

@@ -234,6 +234,15 @@ TEST_F(DemonstrationTest, EveryControlIsNamedAndReachableByTab) {
   }
 }
 
+TEST_F(DemonstrationTest, FocusTurnsThePage) {
+  world.Show(demo);
+  driver.Settle();
+  world.SetFocus(demo.jog);
+  driver.Settle();
+  EXPECT_EQ(demo.tabs.CurrentPage, 1);
+  EXPECT_TRUE(driver.Find("Demo.Command2")->hasFocus());
+}
+
 TEST_F(DemonstrationTest, BarsFollowTheirRecords) {
   world.Show(frame);
   driver.Settle();
