@@ -91,6 +91,27 @@ TEST_F(JogTest, BothButtonsReleasedMeansStandstill) {
   }
 }
 
+// Nothing guards a jog against a test: whatever comes of it, Stop and release end it.
+TEST_F(JogTest, AJogInARunningTestEndsAtRest) {
+  Button& run = Window.Command1[Form3::MainStart];
+  Window.Combo1.Choose(1);
+  Window.Text1[Form3::RepeatTimes].Text = "5";
+  for (std::int64_t delayMs = 100; delayMs < 9000; delayMs += 130) {
+    SCOPED_TRACE(delayMs);
+    Bench.World.At(delayMs, [&] { Bench.User.Press(Window.Command3); });
+    ReleaseAfter(delayMs + 400, Window.Command3);
+    Bench.World.At(delayMs + 600, [&] {
+      if (run.Caption == "Stop") Bench.User.Click(run);
+    });
+    Bench.User.Click(run);
+    Bench.World.RunFor(25000);
+    EXPECT_EQ(run.Caption, "Start");
+    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+    EXPECT_TRUE(Bench.Link.LinkIdle);
+    EXPECT_EQ(Bench.TakeMessages(), Texts{});
+  }
+}
+
 TEST_F(JogTest, FieldsTakeDigitsAndEnterSendsThem) {
   Bench.User.Type(Window.Text2, "-1.5e9x");
   EXPECT_EQ(Window.Text2.Text, "159");
