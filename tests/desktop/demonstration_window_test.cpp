@@ -61,9 +61,9 @@ struct DemonstrationWindow : Window {
     Add(heading, "Label7").Place(180, 3900, 4200, 300);
     heading.Caption = "Read and Write Parameters";
     heading.Heading = true;
-    Add(device, "Label2").Place(180, 4320, 1500, 255);
+    Add(device, "Label2").Place(180, 4320, 1650, 255);
     device.Caption = "Device Number：";
-    Add(field, "Text1(0)").Place(1800, 4300, 1200, 315);
+    Add(field, "Text1(0)").Place(1860, 4300, 1140, 315);
     field.Text = "40000";
     field.AccessibleName = "Device Number";
     Add(disabled, "Text1(1)").Place(3120, 4300, 1200, 315);
