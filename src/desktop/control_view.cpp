@@ -7,6 +7,19 @@
 #include "desktop/window_view.h"
 
 namespace gainsmith {
+namespace {
+
+// The style draws outlines somewhat darker than the palette's window colour, which on a dark window
+// nobody sees.
+constexpr QRgb DarkOutlineBase = 0xff88919c;
+
+bool HasOutline(ControlKind kind) {
+  return kind == ControlKind::TextBox || kind == ControlKind::ComboBox ||
+         kind == ControlKind::CheckBox || kind == ControlKind::OptionButton ||
+         kind == ControlKind::ProgressBar;
+}
+
+}  // namespace
 
 ControlView::ControlView(WindowView& window, Control& record, QWidget* widget)
     : QObject(widget), window_(window), record_(record), widget_(widget) {
@@ -55,6 +68,9 @@ void ControlView::ReflectColours() {
   const QColor background = Background();
   const bool coloured = back || FixedColour(window_.Record().BackColor);
   QPalette palette;
+  if (!coloured && PresentScheme() == Scheme::Dark && HasOutline(record_.Kind)) {
+    palette.setColor(QPalette::Window, QColor(DarkOutlineBase));
+  }
   if (back) {
     for (const auto role : {QPalette::Window, QPalette::Base, QPalette::Button}) {
       palette.setColor(role, *back);
