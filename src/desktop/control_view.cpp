@@ -66,7 +66,6 @@ void ControlView::ReflectColours() {
   const auto back = FixedColour(record_.BackColor);
   const auto fore = FixedColour(record_.ForeColor);
   const QColor background = Background();
-  const bool coloured = back || FixedColour(window_.Record().BackColor);
   QPalette palette;
   if (!coloured && PresentScheme() == Scheme::Dark && HasOutline(record_.Kind)) {
     palette.setColor(QPalette::Window, QColor(DarkOutlineBase));
@@ -76,13 +75,11 @@ void ControlView::ReflectColours() {
       palette.setColor(role, *back);
     }
   }
-  if (fore || coloured) {
+  if (fore || back) {
     const QColor text = fore ? Readable(*fore, background) : TextOn(background);
     palette.setColor(QPalette::WindowText, text);
-    if (fore || back) {
-      palette.setColor(QPalette::Text, text);
-      palette.setColor(QPalette::ButtonText, text);
-    }
+    palette.setColor(QPalette::Text, text);
+    palette.setColor(QPalette::ButtonText, text);
   }
   widget_->setPalette(palette);
   widget_->setAutoFillBackground(back.has_value());

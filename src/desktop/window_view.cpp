@@ -107,7 +107,6 @@ QColor WindowView::BackgroundUnder(const Control& record) const {
   for (const Control* below = record.Container; below != nullptr; below = below->Container) {
     if (const auto colour = FixedColour(below->BackColor)) return *colour;
   }
-  if (const auto colour = FixedColour(record_.BackColor)) return *colour;
   return QApplication::palette().color(QPalette::Window);
 }
 
@@ -115,7 +114,7 @@ void WindowView::Reflect() {
   if (detached_) return;
   const qint64 paletteKey = QApplication::palette().cacheKey();
   if (paletteKey != std::exchange(paletteKey_, paletteKey)) {
-    backColor_.reset();
+    ReflectColours();
     ForgetAll();
   }
   ReflectWindow();
@@ -143,20 +142,16 @@ void WindowView::ReflectWindow() {
       topLevel_->setCursor(ShapeOf(record_.Pointer));
     }
   }
-  if (backColor_ != record_.BackColor) {
-    backColor_ = record_.BackColor;
-    ReflectColours();
-  }
   if (place_ != PlaceOf(record_)) {
     place_ = PlaceOf(record_);
     MoveToPlace();
   }
 }
 
+// All windows stand on the ground of the scheme, so that they look alike in light and dark; a
+// record's own BackColor is for its controls.
 void WindowView::ReflectColours() {
-  QPalette palette;
-  if (const auto back = FixedColour(record_.BackColor)) palette.setColor(QPalette::Window, *back);
-  client_->setPalette(palette);
+  client_->setPalette(QPalette());
   client_->setAutoFillBackground(true);
 }
 

@@ -81,7 +81,6 @@ class WindowView : public QObject {
   bool detached_ = false;
   std::optional<std::string> caption_;
   std::optional<MousePointer> pointer_;
-  std::optional<Colour> backColor_;
   std::optional<QRect> place_;
   qint64 paletteKey_ = 0;
 };

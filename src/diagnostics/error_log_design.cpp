@@ -39,7 +39,7 @@ void Form4::Design() {
   Command1[EraseAllErrors].Caption = "Erase All Errors";
   for (std::size_t i = 0; i < Command1.size(); ++i) {
     Add(Command1[i], Indexed("Command1", i));
-    const int left = BoardLeftTwips + static_cast<int>(i) * (ButtonWidthTwips + 240);
+    const int left = ClientWidthTwips - (2 - static_cast<int>(i)) * (ButtonWidthTwips + 240);
     Command1[i].Place(left, ButtonTopTwips, ButtonWidthTwips, ButtonHeightTwips);
   }
   Timer1.IntervalMs = 200;

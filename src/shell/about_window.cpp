@@ -22,6 +22,9 @@ Dialog::Dialog(World& world) : world_(world) {
   Add(lblFirmWareVersion, "lblFirmWareVersion").Caption = "Formware Version:    1.1";
   lblFirmWareVersion.Place(2400, 840, 4500, 300);
 
+  Add(Command1, "Command1").Caption = "OK";
+  Command1.Place(5400, 2760, 1500, 420);
+  Command1.OnClick = [this] { Command1_Click(); };
   Add(lblTorvaneWebLink, "lblTorvaneWebLink").Caption = TorvaneHost;
   lblTorvaneWebLink.Place(2400, 1350, 2100, 300);
   lblTorvaneWebLink.OnClick = [this] { world_.OpenDocument("http://" + std::string(TorvaneHost)); };
@@ -34,9 +37,6 @@ Dialog::Dialog(World& world) : world_(world) {
   };
 
   Add(Label2, "Label2").Place(300, 2250, 6600, 300);
-  Add(Command1, "Command1").Caption = "OK";
-  Command1.Place(5400, 2760, 1500, 420);
-  Command1.OnClick = [this] { Command1_Click(); };
 }
 
 void Dialog::Form_Load() {

@@ -71,6 +71,7 @@ void MDIForm1::ShowConnected() {
 
 void MDIForm1::ShowActivity(const std::string& what, int done, int total) {
   lblActivity.Caption = what + ": " + std::to_string(done) + " of " + std::to_string(total);
+  lblHint.Visible = false;
   lblActivity.Visible = true;
   prgActivity.Max = total;
   prgActivity.Value = done;
@@ -78,6 +79,7 @@ void MDIForm1::ShowActivity(const std::string& what, int done, int total) {
 }
 
 void MDIForm1::EndActivity() {
+  lblHint.Visible = true;
   lblActivity.Visible = false;
   prgActivity.Visible = false;
 }
