@@ -67,7 +67,7 @@ void ControlView::ReflectColours() {
   const auto fore = FixedColour(record_.ForeColor);
   const QColor background = Background();
   QPalette palette;
-  if (!coloured && PresentScheme() == Scheme::Dark && HasOutline(record_.Kind)) {
+  if (!back && PresentScheme() == Scheme::Dark && HasOutline(record_.Kind)) {
     palette.setColor(QPalette::Window, QColor(DarkOutlineBase));
   }
   if (back) {
