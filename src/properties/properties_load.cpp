@@ -19,6 +19,9 @@ void sysConfigFrm::Form_Load() {
   // `err` has reported and closed the window in the middle of a read; the failure of that read is
   // not to be reported again by the next visit.
   if (!whole && !Loaded) link_.ReadFailed = false;
+  // A read that failed has left its mark. A tuning window that was opened under the load would not
+  // close any more.
+  link_.LinkIdle = true;
 }
 
 void sysConfigFrm::ResetControls() {

@@ -213,6 +213,26 @@ TEST(Nesting, TheConnectionClosedUnderAWindowThatLoads) {
   EXPECT_TRUE(bench.TakeMessages().empty()) << "the old failure is not told again";
 }
 
+TEST(Nesting, AWindowOpenedUnderALoadThatFailsCanBeClosed) {
+  Bench bench({}, Edition::ServiceBench);
+  bench.Connect();
+  Tool& tool = bench.tool;
+  // Early, the properties window reports the failure and closes; late, it stays as it is.
+  for (const std::int64_t delayMs : {800, 3900}) {
+    bench.world.At(delayMs, [&] {
+      bench.user.Click(tool.benchMenu->mnuVelocityLoop);
+      bench.device.Drive.Inject(sim::Fault::Silent);
+    });
+    bench.user.Click(tool.mdiForm1[Tool1::Properties]);
+    bench.device.Drive.ClearFaults();
+    bench.world.RunFor(2000);
+    EXPECT_TRUE(tool.velocityMode.Visible);
+    bench.user.Close(tool.velocityMode);
+    EXPECT_FALSE(tool.velocityMode.Loaded) << delayMs;
+    bench.world.Unload(tool.sysConfig);
+  }
+}
+
 TEST(Nesting, AWrongDeviceNumberIsToldAndTheRightOneConnects) {
   Bench bench;
   bench.user.Click(bench.tool.mdiForm1.mnuConnect);
