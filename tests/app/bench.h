@@ -18,7 +18,8 @@ namespace gainsmith::test {
 struct Bench {
   using Texts = std::vector<std::string>;
 
-  explicit Bench(sim::DriveOptions options = {}) : device(std::move(options)) {
+  explicit Bench(sim::DriveOptions options = {}, Edition edition = Edition::Standard)
+      : device(std::move(options)), tool(world, edition) {
     world.Devices[1] = &device;
     std::ifstream factory(DEFAULT_INI, std::ios::binary);
     world.Files["/program/default.ini"] =
@@ -51,7 +52,7 @@ struct Bench {
   VirtualWorld world;
   VirtualUser user{world};
   DriveDevice device;
-  Tool tool{world};
+  Tool tool;
 };
 
 inline constexpr const char* LostLink =

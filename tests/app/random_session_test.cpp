@@ -1,0 +1,276 @@
+// Random sessions: a user who presses anything within reach at any moment, before a line that
+// fails at random. Whatever happened, the tool comes to rest and works again.
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "bench.h"
+
+namespace gainsmith::test {
+namespace {
+
+constexpr std::int64_t SessionMs = 300'000;
+constexpr std::int64_t LongestPauseMs = 1500;
+// A handler that waits, inside another, and so on: no user nests deeper.
+constexpr int DeepestNesting = 8;
+
+class RandomUser {
+ public:
+  RandomUser(Bench& bench, unsigned seed, bool lineFails)
+      : bench_(bench), random_(seed), lineFails_(lineFails) {
+    bench_.world.OnMessage = [this](const Message& message) { Answer(message); };
+  }
+
+  void Play() {
+    Schedule();
+    bench_.world.RunFor(SessionMs);
+    stopped_ = true;
+    bench_.world.OnMessage = {};
+    bench_.world.Answers.clear();
+    bench_.world.ChosenFiles.clear();
+  }
+
+ private:
+  int Below(int n) { return static_cast<int>(random_() % static_cast<unsigned>(n)); }
+  template <typename T>
+  const T& OneOf(const std::vector<T>& all) {
+    return all[static_cast<std::size_t>(Below(static_cast<int>(all.size())))];
+  }
+
+  void Schedule() {
+    bench_.world.At(1 + Below(LongestPauseMs), [this] {
+      if (stopped_) return;
+      Schedule();
+      if (depth_ == DeepestNesting) return;
+      ++depth_;
+      if (lineFails_ && Below(6) == 0) {
+        SpoilTheLine();
+      } else {
+        Act();
+      }
+      --depth_;
+    });
+  }
+
+  void SpoilTheLine() {
+    constexpr int Kinds = static_cast<int>(sim::FaultCount);
+    const int kind = Below(2 * Kinds);
+    if (kind < Kinds) {
+      bench_.device.Drive.Inject(static_cast<sim::Fault>(kind), sim::Hits::Next(1 + Below(40)));
+    } else {
+      Repair();
+    }
+  }
+  void Repair() {
+    bench_.device.Drive.ClearFaults();
+    if (bench_.device.Drive.HungUp()) bench_.device.Drive.Reconnect();
+  }
+
+  void Answer(const Message& message) {
+    const bool exit = message.Text == "Exit Gainsmith for KVT518?";
+    if (message.Buttons == MessageButtons::Ok) {
+      bench_.world.Answers = {MessageAnswer::Ok};
+    } else {
+      bench_.world.Answers = {!exit && Below(2) == 0 ? MessageAnswer::Yes : MessageAnswer::No};
+    }
+  }
+
+  void Act() {
+    const std::vector<std::string> paths{"", "/home/a.tvd", "/home/b.tvd", "/program/default.ini"};
+    const auto outcome = static_cast<ChosenFile::Outcome>(Below(3));
+    bench_.world.ChosenFiles = {{outcome, OneOf(paths)}};
+    std::vector<std::function<void()>> choices;
+    CollectCommands(choices);
+    // Windows other than the main one draw a user's hand most of the time.
+    const std::vector<Window*> windows = bench_.world.LoadedWindows();
+    for (Window* window : windows) {
+      if (window == &bench_.tool.mdiForm1 || !bench_.user.CanReach(*window)) continue;
+      CollectControls(*window, choices);
+      choices.push_back([this, window] { bench_.user.Close(*window); });
+    }
+    if (!choices.empty()) OneOf(choices)();
+  }
+
+  void CollectCommands(std::vector<std::function<void()>>& choices) {
+    MDIForm1& main = bench_.tool.mdiForm1;
+    if (bench_.world.ModalWindow() != nullptr) return;
+    for (MenuItem* menu : main.Menus) {
+      for (MenuItem* item : menu->Items) {
+        if (!item->OnClick || !bench_.user.CanReach(*item) || item == &main.mnuScope) continue;
+        choices.push_back([this, item] { bench_.user.Click(*item); });
+      }
+    }
+    for (ToolButton* button : main.ToolButtons) {
+      if (button->Enabled && button != &main[Tool1::Scope])
+        choices.push_back([this, button] { bench_.user.Click(*button); });
+    }
+  }
+
+  void CollectControls(Window& window, std::vector<std::function<void()>>& choices) {
+    for (Control* control : window.Controls) {
+      if (!bench_.user.CanReach(*control)) continue;
+      choices.push_back([this, control] { Use(*control); });
+    }
+  }
+
+  void Use(Control& control) {
+    VirtualUser& user = bench_.user;
+    switch (control.Kind) {
+      case ControlKind::Button:
+        UseButton(static_cast<Button&>(control));
+        break;
+      case ControlKind::CheckBox:
+        user.Click(static_cast<CheckBox&>(control));
+        break;
+      case ControlKind::OptionButton:
+        user.Click(static_cast<OptionButton&>(control));
+        break;
+      case ControlKind::ComboBox: {
+        auto& list = static_cast<ComboBox&>(control);
+        if (!list.Items.empty()) user.Choose(list, Below(static_cast<int>(list.Items.size())));
+        break;
+      }
+      case ControlKind::TextBox:
+        UseField(static_cast<TextBox&>(control));
+        break;
+      case ControlKind::PictureBox:
+        UsePicture(static_cast<PictureBox&>(control));
+        break;
+      default:
+        break;
+    }
+  }
+
+  void UseButton(Button& button) {
+    if (button.OnPress && button.OnRelease) {
+      bench_.world.At(1 + Below(2000), [this, &button] { bench_.user.Release(button); });
+      bench_.user.Press(button);
+    } else {
+      bench_.user.Click(button);
+    }
+  }
+
+  void UseField(TextBox& field) {
+    const std::vector<std::string> texts{"",   "abc",   "-1",    "0",     "0.5",
+                                         "10", "65535", "65536", "1e300", "nan"};
+    bench_.user.Paste(field, OneOf(texts));
+    if (Below(2) == 0) {
+      bench_.user.Enter(field);
+    } else {
+      bench_.user.Leave(field);
+    }
+  }
+
+  void UsePicture(PictureBox& picture) {
+    if (!picture.OnMouseDown) return;
+    const auto at = [&](float start, float extent) {
+      return start + extent * static_cast<float>(Below(120) - 10) / 100;
+    };
+    const PictureScale& s = picture.Scale;
+    bench_.user.Drag(picture, at(s.Left, s.Width), at(s.Top, s.Height), at(s.Left, s.Width),
+                     at(s.Top, s.Height), Below(4) == 0 ? RightButton : LeftButton);
+  }
+
+  Bench& bench_;
+  std::mt19937 random_;
+  bool lineFails_;
+  int depth_ = 0;
+  bool stopped_ = false;
+};
+
+// What a window that refuses to close wants first.
+void PressStop(Bench& bench, Window& window) {
+  for (Control* control : window.Controls) {
+    if (control->Kind != ControlKind::Button || !bench.user.CanReach(*control)) continue;
+    if (control->Caption == "Stop") bench.user.Click(*static_cast<Button*>(control));
+  }
+}
+
+void CloseAllWindows(Bench& bench) {
+  for (int tries = 0; tries < 60 && bench.world.LoadedWindows().size() > 1; ++tries) {
+    const std::vector<Window*> windows = bench.world.LoadedWindows();
+    for (Window* window : windows) {
+      if (window == &bench.tool.mdiForm1 || !bench.user.CanReach(*window)) continue;
+      PressStop(bench, *window);
+      (void)bench.user.TryClose(*window);
+    }
+    bench.world.RunFor(1000);
+    // A dialog that is hidden, not closed.
+    bench.world.Unload(bench.tool.form2);
+  }
+}
+
+void ExpectAtRest(Bench& bench) {
+  Tool& tool = bench.tool;
+  std::string open;
+  for (const Window* window : bench.world.LoadedWindows()) open += window->Name + " ";
+  EXPECT_EQ(open, "MDIForm1 ");
+  EXPECT_FALSE(bench.world.Ended());
+  EXPECT_FALSE(tool.shell.BulkTransferRunning);
+  EXPECT_FALSE(tool.shell.ChildWindowOpen);
+  for (const bool mark : tool.shell.WindowOpenFlags) EXPECT_FALSE(mark);
+  EXPECT_FALSE(tool.mdiForm1.lblActivity.Visible);
+  EXPECT_EQ(bench.world.ScreenPointer, MousePointer::Default);
+  EXPECT_NE(tool.mdiForm1.Pointer, MousePointer::Hourglass);
+  if (bench.world.IsPortOpen()) return;
+  for (const ToolButton* button : tool.mdiForm1.ToolButtons) {
+    EXPECT_FALSE(button->Enabled) << button->ToolTip;
+  }
+  for (const MenuItem* item :
+       {&tool.mdiForm1.mnuFileOpen, &tool.mdiForm1.sysConfig, &tool.mdiForm1.MnuCurrentLoop,
+        &tool.mdiForm1.mnuPositionLoop, &tool.mdiForm1.mnuScope, &tool.mdiForm1.ErrCheck}) {
+    EXPECT_FALSE(item->Enabled) << item->Name;
+  }
+}
+
+// Whatever was pressed in which wait, no command to move goes out behind the position window's
+// stop.
+void ExpectStopped(const Bench& bench) {
+  const std::vector<int> commands = bench.world.Log.Writes(9);
+  EXPECT_TRUE(commands.empty() || commands.back() == 0);
+}
+
+// A connection from the beginning, and a test.
+void ExpectToWork(Bench& bench) {
+  Tool& tool = bench.tool;
+  if (bench.world.IsPortOpen()) {
+    bench.Connect();
+    EXPECT_FALSE(bench.world.IsPortOpen());
+    bench.user.Close(tool.form2);
+  }
+  bench.TakeMessages();
+  bench.TakeFrames();
+  bench.Connect();
+  EXPECT_EQ(bench.TakeMessages(), Bench::Texts{});
+  EXPECT_EQ(bench.TakeFrames().size(), 3U + 44U);
+  ASSERT_TRUE(tool.mdiForm1.MnuCurrentLoop.Enabled);
+  bench.user.Click(tool.mdiForm1.MnuCurrentLoop);
+  EXPECT_TRUE(tool.form1.Visible);
+  EXPECT_EQ(bench.TakeFrames(), (Bench::Texts{"R 0", "R 1"}));
+  bench.user.Close(tool.form1);
+  EXPECT_EQ(bench.TakeMessages(), Bench::Texts{});
+}
+
+TEST(RandomSession, ComesToRestAndWorksAgain) {
+  for (unsigned seed = 1; seed <= 60; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    sim::DriveOptions options;
+    options.Seed = seed;
+    const bool lineFails = seed % 3 != 0;
+    Bench bench(options, seed % 2 == 0 ? Edition::ServiceBench : Edition::Standard);
+    bench.Connect();
+    RandomUser(bench, seed, lineFails).Play();
+
+    bench.device.Drive.ClearFaults();
+    if (bench.device.Drive.HungUp()) bench.device.Drive.Reconnect();
+    bench.world.RunFor(1000);
+    CloseAllWindows(bench);
+    ExpectAtRest(bench);
+    if (!lineFails) ExpectStopped(bench);
+    ExpectToWork(bench);
+    if (testing::Test::HasFailure()) return;
+  }
+}
+
+}  // namespace
+}  // namespace gainsmith::test
