@@ -1,16 +1,18 @@
-// gainsmith-tour: works the tool's real windows through the main job against the drive behind COM1,
-// and keeps pictures of them. Fails where a person would: a button that is not there, a test that
-// does not come to its end.
+// gainsmith-tour: works the tool's real windows through the main job, against a simulated drive
+// that it starts behind COM1, and keeps pictures of them. Fails where a person would: a button that
+// is not there, a test that does not come to its end.
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <iostream>
 #include <string>
 
 #include "app/tool.h"
 #include "desktop/desktop_world.h"
 #include "desktop/look.h"
+#include "drive_process.h"
 #include "support/desktop_driver.h"
 #include "support/layout_check.h"
 
@@ -19,8 +21,13 @@ namespace {
 
 class Tour {
  public:
-  Tour(DesktopWorld& world, Tool& tool, std::string directory, bool allVariants)
-      : driver_(world), tool_(tool), directory_(std::move(directory)), allVariants_(allVariants) {}
+  Tour(DesktopWorld& world, Tool& tool, DriveProcess& drive, std::string directory,
+       bool allVariants)
+      : driver_(world),
+        tool_(tool),
+        drive_(drive),
+        directory_(std::move(directory)),
+        allVariants_(allVariants) {}
 
   void Run() {
     driver_.Play([this] {
@@ -32,6 +39,8 @@ class Tour {
       VelocityLoop();
       ParametersGrid();
       SmallWindows();
+      Files();
+      Disconnect();
     });
   }
 
@@ -101,9 +110,22 @@ class Tour {
   }
 
   void ErrorLog() {
+    for (const char* error : {"encoder", "over-current", "following-error"}) {
+      TellDrive(QByteArray("error ") + error);
+    }
     driver_.Menu("MDIForm1.ErrCheck");
     WaitForWindow("Form4");
+    Wait("three errors in the log", [this] {
+      constexpr Colour Red = 255;
+      return tool_.form4.Shape1[16 * 0 + 5].BackColor == Red &&
+             tool_.form4.Shape1[16 * 1 + 0].BackColor == Red &&
+             tool_.form4.Shape1[16 * 2 + 4].BackColor == Red;
+    });
+    Wait("the newest error to shine between two blinks",
+         [this] { return tool_.form4.Shape1[5].Visible; });
     Picture("Form4", "error-log");
+    driver_.Click("Form4.Command1(1)");
+    Wait("an empty log", [this] { return tool_.form4.Shape1[5].BackColor != 255; });
     driver_.CloseWindow("Form4");
     WaitForClosing("Form4");
   }
@@ -156,6 +178,45 @@ class Tour {
     WaitForClosing("Dialog");
   }
 
+  void Files() {
+    const std::string file = directory_ + "/axis.tvd";
+    QFile::remove(QString::fromStdString(file));
+    driver_.AnswerFile(file);
+    driver_.Menu("MDIForm1.mnuSaveAs");
+    Wait("the file", [&] { return QFile::exists(QString::fromStdString(file)); });
+    driver_.AnswerFile(file);
+    driver_.Menu("MDIForm1.mnuFileOpen");
+    WaitForMessage("Configuration settings from the source file have been loaded successfully.");
+    EXPECT_EQ(driver_.TextOf("MDIForm1"), "Torvane Gainsmith for KVT518 - [axis.tvd]");
+    Picture("MDIForm1", "main-file-open");
+    driver_.Answer(MessageAnswer::Yes);
+    driver_.Menu("MDIForm1.mnuReset");
+    WaitForMessage(
+        "All configurations in the connected KVT518 drive have been reset to factory default "
+        "successfully!");
+    EXPECT_EQ(driver_.TextOf("MDIForm1"), "Torvane Gainsmith for KVT518");
+  }
+
+  void Disconnect() {
+    driver_.Menu("MDIForm1.mnuConnect");
+    WaitForWindow("Form2");
+    EXPECT_EQ(driver_.TextOf("Form2.openPort"), "Close");
+    driver_.Click("Form2.openPort");
+    Wait("the port to close", [this] { return driver_.TextOf("Form2.openPort") == "Open"; });
+    EXPECT_FALSE(driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"));
+  }
+
+  void TellDrive(const QByteArray& command) {
+    driver_.OnGui([&] { drive_.Tell(command); });
+  }
+
+  void WaitForMessage(const std::string& text) {
+    Wait(text, [&] {
+      const auto messages = driver_.Messages();
+      return !messages.empty() && messages.back().Text == text;
+    });
+  }
+
   void Wait(const std::string& what, const std::function<bool()>& done) {
     constexpr int LimitMs = 60'000;
     EXPECT_TRUE(driver_.WaitUntil(done, LimitMs)) << "waited in vain for " << what;
@@ -195,6 +256,7 @@ class Tour {
 
   DesktopDriver driver_;
   Tool& tool_;
+  DriveProcess& drive_;
   std::string directory_;
   bool allVariants_;
 };
@@ -211,10 +273,15 @@ int main(int argc, char** argv) {
   }
   QDir().mkpath(arguments[1]);
   gainsmith::ApplyLook(application);
+  gainsmith::test::DriveProcess drive;
+  if (!drive.Start()) {
+    std::cerr << "kvt518-sim does not start\n";
+    return 1;
+  }
   gainsmith::DesktopWorld world(QCoreApplication::applicationDirPath().toStdString());
   gainsmith::Tool tool(world, gainsmith::Edition::ServiceBench);
   tool.Start();
-  gainsmith::test::Tour tour(world, tool, arguments[1].toStdString(),
+  gainsmith::test::Tour tour(world, tool, drive, arguments[1].toStdString(),
                              arguments.contains("--all-variants"));
   tour.Run();
   world.EndProgram();

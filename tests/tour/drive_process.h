@@ -1,0 +1,38 @@
+// DriveProcess: kvt518-sim, started beside this program and ended with it.
+#pragma once
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QProcess>
+
+namespace gainsmith::test {
+
+class DriveProcess {
+ public:
+  // Makes the link COM1 in the program's directory. False when it does not come up.
+  bool Start() {
+    const QString directory = QCoreApplication::applicationDirPath();
+    process_.setProcessChannelMode(QProcess::MergedChannels);
+    process_.start(directory + "/kvt518-sim", {"--link", directory + "/COM1"});
+    // Its first line names the link.
+    return process_.waitForStarted() && process_.waitForReadyRead() &&
+           QFileInfo(directory + "/COM1").exists();
+  }
+
+  // A command for its standard input ("error encoder"). On the thread that started it.
+  void Tell(const QByteArray& command) {
+    process_.write(command + "\n");
+    process_.waitForBytesWritten();
+  }
+
+  ~DriveProcess() {
+    if (process_.state() == QProcess::NotRunning) return;
+    process_.terminate();
+    process_.waitForFinished();
+  }
+
+ private:
+  QProcess process_;
+};
+
+}  // namespace gainsmith::test
