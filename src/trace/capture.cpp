@@ -56,10 +56,11 @@ WaitResult WaitForRecording(Link& link, const RecordingWait& wait) {
   }
 }
 
-bool ReadTraceBlock(Link& link, int offset, int lastOffset, std::vector<float>& traceRaw) {
+bool ReadTraceBlock(Link& link, int offset, int lastOffset, std::vector<float>& traceRaw,
+                    const std::function<bool()>& abandon) {
   const int count = lastOffset + 1;
   if (!link.Exchange(Function::Read, Register::Samples + offset, static_cast<float>(count),
-                     {.ClosingWait = false})) {
+                     {.ClosingWait = false, .Abandon = abandon})) {
     return false;
   }
   std::copy_n(link.ReplyValues.begin(), count, traceRaw.begin() + offset);
@@ -70,15 +71,15 @@ UploadResult UploadTrace(Link& link, int channelCount, const std::function<bool(
   constexpr int LastOffset = 49;
   constexpr int AbandonMs = 200;
   const int words = ChannelSamples * channelCount;
+  const auto abandoned = [&] { return abandon && abandon(); };
   // Not shared: another upload may run inside the waits of this one.
   std::vector<float> traceRaw(static_cast<std::size_t>(words) + 1);
   for (int offset = 0; offset < words; offset += LastOffset + 1) {
     link.LinkErrorCount = 0;
-    if (abandon && abandon()) {
-      link.WaitMs(AbandonMs);
-      return UploadResult::Abandoned;
-    }
-    if (!ReadTraceBlock(link, offset, LastOffset, traceRaw)) return UploadResult::Failed;
+    if (!abandoned() && ReadTraceBlock(link, offset, LastOffset, traceRaw, abandon)) continue;
+    if (!abandoned()) return UploadResult::Failed;
+    link.WaitMs(AbandonMs);
+    return UploadResult::Abandoned;
   }
   link.ReplyValues = std::move(traceRaw);
   return UploadResult::Done;

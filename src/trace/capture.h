@@ -40,12 +40,14 @@ WaitResult WaitForRecording(Link& link, const RecordingWait& wait);
 
 // Reads `lastOffset` + 1 registers from Register::Samples + `offset` on and puts their values into
 // `traceRaw` from `offset` on; false, with nothing stored, when the drive does not answer.
-bool ReadTraceBlock(Link& link, int offset, int lastOffset, std::vector<float>& traceRaw);
+// `abandon` (may be empty) is asked before a frame is sent again; true gives up at once.
+bool ReadTraceBlock(Link& link, int offset, int lastOffset, std::vector<float>& traceRaw,
+                    const std::function<bool()>& abandon = {});
 
 enum class UploadResult { Done, Abandoned, Failed };
 
 // Reads a recording of `channelCount` channels, block by block; then Link::ReplyValues holds its
-// words, as SplitTrace takes them. `abandon` (may be empty) is asked before each block; true ends
+// words, as SplitTrace takes them. `abandon` (may be empty) is asked before each frame; true ends
 // the upload after a short wait. Unless Done, nothing of it is kept.
 UploadResult UploadTrace(Link& link, int channelCount, const std::function<bool()>& abandon);
 

@@ -167,5 +167,13 @@ TEST(UploadTrace, IsAbandonedBetweenBlocks) {
   EXPECT_EQ(bench.world.NowMs() - askedMs, 201);
 }
 
+TEST(UploadTrace, IsAbandonedInsideABlockThatGetsNoAnswer) {
+  CaptureBench bench;
+  bench.Silent = [](int n) { return n >= 2; };
+  const auto closing = [&] { return bench.Frames() == 5; };
+  EXPECT_EQ(UploadTrace(bench.link, 3, closing), UploadResult::Abandoned);
+  EXPECT_EQ(bench.Frames(), 5);
+}
+
 }  // namespace
 }  // namespace gainsmith::test
