@@ -54,6 +54,7 @@ void AddTimeAxis(Window& window, Control& frame, Plot& plot, const PlotPlace& pl
 void DesignPlot(Window& window, Control& frame, Plot& plot, const PlotPlace& place) {
   window.Add(plot.Picture1, "Picture1", &frame);
   plot.Picture1.Place(place.LeftTwips, place.TopTwips, place.WidthTwips, place.HeightTwips);
+  plot.Picture1.BackColor = PlotGround;
   plot.Picture1.AccessibleName = "Plot of the last recording";
 
   const int right = place.LeftTwips + place.WidthTwips;

@@ -6,6 +6,9 @@
 
 namespace gainsmith {
 
+// What the traces are drawn on.
+inline constexpr Colour PlotGround = Rgb(16, 20, 24);
+
 struct PlotPlace {
   // The picture, in twips of its frame. Left of it 800 twips are needed, above it 480 (a picture
   // lower than 4000 twips) or 360, and 600 below it.

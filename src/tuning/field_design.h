@@ -8,7 +8,6 @@
 namespace gainsmith {
 
 constexpr int FieldHeightTwips = 315;
-constexpr Colour PlotGround = Rgb(16, 20, 24);
 // What a switched-off colour button shows.
 constexpr Colour InactiveColour = SystemColour(11);
 

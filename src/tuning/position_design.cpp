@@ -64,7 +64,6 @@ void Form3::BuildDesign() {
   Add(Frame2, "Frame2").Place(0, 0, 12510, 9570);
   Frame2.Border = false;
   DesignPlot(*this, Frame2, Plot, PositionPlotPlace);
-  Plot.Picture1.BackColor = PlotGround;
   AddMotionAndScopeFrames();
   AddGainFrames();
   Add(Command1[MainStart], "Command1(3)", &Frame2).Place(10800, 8340, 1455, 615);

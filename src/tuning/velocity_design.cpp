@@ -45,7 +45,6 @@ void velocityModeTune::BuildDesign() {
   Add(Frame2, "Frame2").Place(0, 0, 10845, 4575);
   Frame2.Border = false;
   DesignPlot(*this, Frame2, Plot, VelocityPlotPlace);
-  Plot.Picture1.BackColor = PlotGround;
 
   // Narrower than the window, so that the run button stands beside the pages.
   Add(SSTab1, "SSTab1").Place(45, 4575, 9060, 1935);
