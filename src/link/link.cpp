@@ -50,6 +50,11 @@ void Link::ReceiveReply(std::uint8_t address, Function function) {
     ++LinkErrorCount;
     if (giveUp) return;
     WaitMs(ExpectedReplyLength / BitsPerMs + 50);
+    // Another exchange ran inside the wait and has taken the line: no reply will come any more.
+    if (frame != frameNumber_) {
+      ++LinkErrorCount;
+      return;
+    }
   }
   RxBuffer = world_.ReadAll();
   WaitMs(ExpectedReplyLength / BitsPerMs + 50);

@@ -252,6 +252,25 @@ TEST_F(LinkTest, TheReplyToAnotherFrameIsNeverTakenForTheCallers) {
   EXPECT_NE(link.LinkErrorCount, 0);
 }
 
+// A handler that uses every wait of an exchange for a read of its own: the exchange still counts
+// its frames and comes to its end.
+TEST_F(LinkTest, AnExchangeEndsThoughOthersRunInAllItsWaits) {
+  int reads = 0;
+  Window window;
+  Timer timer;
+  timer.IntervalMs = 50;
+  timer.OnTimer = [&] {
+    ++reads;
+    EXPECT_TRUE(link.Read(Register::PolePairs));
+  };
+  window.Timers.push_back(&timer);
+  world.Show(window);
+  timer.Start();
+  EXPECT_FALSE(link.Read(Register::EncoderCounts));
+  EXPECT_GE(reads, 12);
+  EXPECT_LE(reads, 24);
+}
+
 TEST_F(LinkTest, AReplyIsTheCallersThoughAnotherExchangeRanInTheClosingWait) {
   world.At(SendMs + ReplyWait + PollWait + 10, [&] {
     device.Drive.Inject(Fault::Silent);
