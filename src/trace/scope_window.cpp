@@ -1,0 +1,271 @@
+// Form5: its behaviour.
+#include "trace/scope_window.h"
+
+#include "trace/capture.h"
+#include "trace/split_trace.h"
+
+namespace gainsmith {
+namespace {
+
+constexpr float ThreeChannels = 145;
+constexpr float ArmSamples = ChannelSamples;
+// Trace times above this one, in units of 100 ms, have no spectrum.
+constexpr int LongestSpectrumTime = 10;
+
+}  // namespace
+
+Form5::Form5(World& world, Link& link, ParameterStore& params, ShellState& shell, TraceState& trace)
+    : Plot(ScopePlot, trace, link.LinkIdle, Combo1),
+      world_(world),
+      link_(link),
+      params_(params),
+      shell_(shell),
+      trace_(trace) {
+  BuildDesign();
+  ResetDesign();
+  ConnectEvents();
+}
+
+void Form5::ConnectEvents() {
+  Command1.OnClick = [this] { Command1_Click(); };
+  for (const Channel channel : {Current, Velocity, PositionError}) {
+    Check1[channel].OnClick = [this, channel] { Check1_Click(channel); };
+  }
+  Check2.OnClick = [this] { Check2_Click(); };
+  Timer1.OnTimer = [this] { Timer1_Timer(); };
+  err.OnTimer = [this] { err_Timer(); };
+}
+
+void Form5::EnableChannels(bool enabled) {
+  for (const Channel channel : {Current, Velocity, PositionError}) {
+    Check1[channel].Enabled = enabled;
+  }
+  Combo1.Enabled = enabled;
+  Label2.Enabled = enabled;
+}
+
+void Form5::EnableSetup(bool enabled) {
+  EnableChannels(enabled);
+  Check2.Enabled = enabled;
+}
+
+// --- Opening and closing.
+
+void Form5::Form_Load() {
+  LeftTwips = 3000;
+  TopTwips = 2000;
+  ResetDesign();
+  TraceBlockFailed = false;
+  StopRequested = false;
+  for (TraceArray* trace : {&trace_.PRefTrace, &trace_.PBakTrace, &trace_.PErrTrace,
+                            &trace_.IBakTrace, &trace_.VBakTrace}) {
+    trace->fill(0);
+  }
+  link_.LinkIdle = false;
+  link_.LoadFailed = false;
+  shell_[OpenMark::Scope] = true;
+  shell_.ChildWindowOpen = true;
+
+  const Run run(*this);
+  if (ReadEncoderCounts(run) && ChooseTraceKind(run)) link_.LinkIdle = true;
+}
+
+bool Form5::ReadEncoderCounts(const Run& run) {
+  const bool read = link_.Read(Register::EncoderCounts, {.Abandon = [&] { return run.Closed(); }});
+  if (run.Closed()) return false;
+  if (!read) {
+    FailLoad();
+    return false;
+  }
+  trace_.EncoderCounts = link_.Raw();
+  params_[Slot::EncoderCounts] = trace_.EncoderCounts;
+  return true;
+}
+
+bool Form5::ChooseTraceKind(const Run& run) {
+  const bool written =
+      link_.Write(Register::TraceKind, ThreeChannels, {.Abandon = [&] { return run.Closed(); }});
+  if (run.Closed()) return false;
+  if (!written) {
+    world_.ShowMessage(LinkFailureMessage(link_));
+    FailLoad();
+  }
+  return written;
+}
+
+void Form5::FailLoad() {
+  link_.LoadFailed = true;
+  err.Start();
+}
+
+void Form5::err_Timer() {
+  err.Stop();
+  if (link_.LoadFailed) {
+    ReportLinkFailure(Run(*this));
+  } else {
+    Timer1.Start();
+  }
+}
+
+bool Form5::Form_Unload() {
+  if (!link_.LinkIdle) {
+    if (Command1.Caption == StopCaption) {
+      world_.ShowMessage({"Please click the Stop button first before you can close this screen",
+                          MainTitle, MessageButtons::Ok, MessageIcon::Critical});
+    }
+    return false;
+  }
+  shell_[OpenMark::Scope] = false;
+  shell_.ChildWindowOpen = false;
+  return true;
+}
+
+void Form5::ReportLinkFailure(const Run& run) {
+  world_.ShowMessage(LinkFailureMessage(link_));
+  if (run.Closed()) return;
+  link_.LinkIdle = true;
+  Timer1.Stop();
+  world_.Unload(*this);
+}
+
+// --- Start and Stop.
+
+void Form5::Command1_Click() {
+  if (Command1.Caption == StartCaption) {
+    StartScope();
+  } else {
+    StopScope();
+  }
+}
+
+void Form5::StartScope() {
+  ++starts_;
+  const Run run(*this);
+  Command1.Caption = StopCaption;
+  EnableSetup(false);
+  StopRequested = false;
+  // It may run by the main window's command. No cycle may record before the trace time is written.
+  Timer1.Stop();
+  trace_.SetTraceTime(Combo1.ChosenData());
+  const bool written = link_.Write(Register::TraceTime, trace_.SampleDivider,
+                                   {.Abandon = [&] { return run.Over(); }});
+  if (run.Over()) return;
+  if (!written) {
+    ReportLinkFailure(run);
+  } else if (!StopRequested) {
+    Timer1.Start();
+  }
+}
+
+void Form5::StopScope() {
+  Command1.Caption = StartCaption;
+  EnableSetup(true);
+  StopRequested = true;
+  Timer1.Stop();
+}
+
+// --- The capture cycle.
+
+void Form5::Timer1_Timer() {
+  const Run run(*this);
+  link_.LinkIdle = false;
+  std::vector<float> words;
+  if (Arm(run) && AwaitRecording(run) && Upload(run, words)) ShowRecording(words);
+}
+
+bool Form5::EndsCycle(const Run& run) {
+  if (run.Closed()) return true;
+  if (!StopRequested && !run.Over()) return false;
+  if (StopRequested) Timer1.Stop();
+  link_.LinkIdle = true;
+  return true;
+}
+
+bool Form5::Arm(const Run& run) {
+  const bool armed =
+      link_.Write(Register::ArmRecorder, ArmSamples, {.Abandon = [&] { return run.Over(); }});
+  if (!armed && !run.Over()) {
+    ReportLinkFailure(run);
+    return false;
+  }
+  return !EndsCycle(run);
+}
+
+bool Form5::AwaitRecording(const Run& run) {
+  const WaitResult waited =
+      WaitForRecording(link_, ScopeWait([&] { return StopRequested || run.Over(); }));
+  if (waited == WaitResult::Stopped || run.Over()) return !EndsCycle(run);
+  if (waited != WaitResult::Ready) ReportLinkFailure(run);
+  return waited == WaitResult::Ready;
+}
+
+bool Form5::Upload(const Run& run, std::vector<float>& words) {
+  const UploadResult upload =
+      UploadTrace(link_, Plot.Description.ChannelCount, [&] { return run.Closed(); });
+  if (run.Closed()) return false;
+  TraceBlockFailed = upload == UploadResult::Failed;
+  if (TraceBlockFailed) {
+    ReportLinkFailure(run);
+    return false;
+  }
+  // Taken before the wait, in which another handler may read something else.
+  words = link_.ReplyValues;
+  link_.WaitMs(link_.ReplyWaitMs());
+  return !EndsCycle(run);
+}
+
+void Form5::ShowRecording(const std::vector<float>& words) {
+  trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
+  SplitTrace(trace_, words, Plot.Description.ChannelCount);
+  link_.LinkIdle = true;
+  trace_.ShowIBak = Check1[Current].Ticked;
+  trace_.ShowVBak = Check1[Velocity].Ticked;
+  trace_.ShowPErr = Check1[PositionError].Ticked;
+  Plot.CaptureHaveData = true;
+  Plot.SetAxisLabels();
+  Plot.Form_Resize();
+}
+
+// --- Channels and the spectrum.
+
+void Form5::Check1_Click(Channel channel) {
+  if (channel == Current) trace_.ShowIBak = Check1[Current].Ticked;
+  if (channel == Velocity) trace_.ShowVBak = Check1[Velocity].Ticked;
+  if (channel == PositionError) trace_.ShowPErr = Check1[PositionError].Ticked;
+  Plot.SetAxisLabels();
+  Plot.Form_Resize();
+}
+
+void Form5::Check2_Click() {
+  if (!Check2.Ticked) {
+    ShowTraces();
+  } else if (Combo1.ChosenData() > LongestSpectrumTime) {
+    world_.ShowMessage({"Please input a value of 100ms - 1s", "Invalid Value", MessageButtons::Ok,
+                        MessageIcon::Critical});
+    Check2.Ticked = false;
+    Check2_Click();
+  } else {
+    ShowSpectrum();
+  }
+}
+
+void Form5::ShowSpectrum() {
+  EnableChannels(false);
+  Command1.Enabled = false;
+  Plot.FrequencyMode = true;
+  FftInput = FftInputOf(trace_.VBakTrace);
+  trace_.Spectrum = Fft128(FftInput);
+  Plot.SetRightColumnsVisible(false);
+  Plot.Form_Resize();
+}
+
+void Form5::ShowTraces() {
+  EnableChannels(true);
+  Command1.Enabled = true;
+  Plot.FrequencyMode = false;
+  Plot.SetRightColumnsVisible(true);
+  Plot.SetAxisLabels();
+  Plot.Form_Resize();
+}
+
+}  // namespace gainsmith
