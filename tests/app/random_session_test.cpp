@@ -259,7 +259,9 @@ TEST(RandomSession, ComesToRestAndWorksAgain) {
     const bool lineFails = seed % 3 != 0;
     Bench bench(options, seed % 2 == 0 ? Edition::ServiceBench : Edition::Standard);
     bench.Connect();
-    RandomUser(bench, seed, lineFails).Play();
+    // Outlives the session: what it left in the script comes due in the calls below.
+    RandomUser user(bench, seed, lineFails);
+    user.Play();
 
     bench.device.Drive.ClearFaults();
     if (bench.device.Drive.HungUp()) bench.device.Drive.Reconnect();
