@@ -1,23 +1,15 @@
-// velocityModeTune: its behaviour.
+// velocityModeTune: opening, closing, fields, channels and colours.
 #include "tuning/velocity_window.h"
 
 #include <algorithm>
-#include <string>
 
 #include "platform/number_text.h"
 #include "trace/capture.h"
-#include "tuning/pulse_generator.h"
 
 namespace gainsmith {
 namespace {
 
-constexpr float TwoChannels = 144;
-constexpr float ArmSamples = ChannelSamples;
-// The end of the plan that is not recorded any more.
-constexpr double UnrecordedMs = 2500;
 constexpr double LargestWord = 65535;
-constexpr double LargestLength = 2147483647;
-constexpr double LargestCount = 32767;
 
 }  // namespace
 
@@ -107,178 +99,6 @@ bool velocityModeTune::Form_Unload() {
   shell_[OpenMark::VelocityLoop] = false;
   shell_.ChildWindowOpen = false;
   return true;
-}
-
-// --- The run button.
-
-void velocityModeTune::ShowCaption(const char* caption) {
-  Command1.Caption = caption;
-  Run.ShowPointer();
-}
-
-void velocityModeTune::EnableMotionFields(bool enabled) {
-  Combo1.Enabled = enabled;
-  for (const Field field : {TopSpeed, Acceleration, RunningTime, Interval, RepeatTimes}) {
-    Text1[field].Enabled = enabled;
-  }
-}
-
-void velocityModeTune::Command1_Click() {
-  const bool start = Run.StopRequested();
-  if (start && !Run.MayStart()) return;
-  const RunScheme::Click click(Run);
-  const Stay stay(*this);
-  VelocityTestMs = VelocityTestTime(static_cast<float>(Number(RunningTime)),
-                                    static_cast<float>(Number(Interval)),
-                                    static_cast<float>(Number(RepeatTimes)));
-  Plot.CaptureHaveData = true;
-  if (start) {
-    StartTest(stay);
-  } else {
-    StopTest(stay);
-  }
-}
-
-void velocityModeTune::StartTest(const Stay& stay) {
-  ShowCaption(RunScheme::StopCaption);
-  EnableMotionFields(false);
-  if (!Run.Exchange(stay, Function::Read, Register::EncoderCounts, 1)) return;
-  trace_.EncoderCounts = link_.Raw();
-  params_[Slot::EncoderCounts] = trace_.EncoderCounts;
-
-  RunScheme::Result result = WriteStartList(stay);
-  if (result == RunScheme::Result::GoOn) result = Run.SendRunCommand(stay);
-  if (result == RunScheme::Result::Stopped) link_.LinkIdle = true;
-  // A refused field leaves the button at "Stop": that click is the way back to editing.
-  if (result != RunScheme::Result::GoOn) return;
-
-  Run.TestStartTick = world_.NowMs();
-  readdata(stay);
-  if (stay.Over() || trace_.TraceReadFailed) return;
-  link_.LinkIdle = true;
-  DataSource.Start();
-}
-
-RunScheme::Result velocityModeTune::WriteStartList(const Stay& stay) {
-  const auto word = [](float value) { return StepValue{StepValue::Kind::Write, value}; };
-  const auto count = [this](Field field, const char* fallback) {
-    const double number = Number(field);
-    return Checked(field, static_cast<float>(number), number > 0 && number <= LargestCount,
-                   fallback);
-  };
-  const RunScheme::Step steps[] = {
-      {Register::VelocityKpHigh, [&] { return GainIfChanged(0); }},
-      {Register::VelocityKiHigh, [&] { return GainIfChanged(1); }},
-      {Register::KaffHigh, [&] { return GainIfChanged(2); }},
-      {Register::SpeedWord,
-       [&] {
-         const float speed =
-             SpeedWord(Number(TopSpeed), trace_.EncoderCounts, VelocityUnits.SpeedDivisor);
-         return Checked(TopSpeed, speed, speed > 0 && speed <= LargestWord, "100");
-       }},
-      {Register::AccelerationWord,
-       [&] {
-         const float accel = AccelWord(Number(Acceleration), trace_.EncoderCounts,
-                                       VelocityUnits.AccelFirst, VelocityUnits.AccelSecond);
-         return Checked(Acceleration, accel, accel > 1 && accel <= LargestWord, "10");
-       }},
-      {Register::LengthHigh,
-       [&] {
-         const double runningMs = Number(RunningTime);
-         if (!(runningMs > 0 && runningMs <= LargestLength)) {
-           return Checked(RunningTime, 0, false, "5000");
-         }
-         const LengthWords length = SplitLength(runningMs);
-         trace_.ProfileDistHigh = length.High;
-         trace_.ProfileDistLow = length.Low;
-         return word(length.High);
-       }},
-      {Register::LengthLow, [&] { return word(trace_.ProfileDistLow); }},
-      {Register::PauseWord, [&] { return count(Interval, "50"); }},
-      {Register::RepeatCount, [&] { return count(RepeatTimes, "5"); }},
-      {Register::TraceTime,
-       [&] {
-         trace_.SetTraceTime(Combo1.ChosenData());
-         return word(trace_.SampleDivider);
-       }},
-      {Register::TraceKind, [&] { return word(TwoChannels); }},
-      {Register::ArmRecorder, [&] { return word(ArmSamples); }},
-  };
-  return Run.WriteSteps(stay, steps);
-}
-
-RunScheme::StepValue velocityModeTune::GainIfChanged(std::size_t gain) {
-  const auto value = static_cast<float>(Number(Gains[gain].Text));
-  if (value == GainCopies[gain]) return {StepValue::Kind::NothingToWrite, 0};
-  if (!PackWord(value)) {
-    const std::string& caption = Label1[Gains[gain].Text].Caption;
-    SayInvalidValue((caption + " the drive takes a value of 0-65535. Nothing was sent.").c_str());
-    return {StepValue::Kind::Refused, 0};
-  }
-  GainCopies[gain] = value;
-  params_[Gains[gain].Slot] = value;
-  return {StepValue::Kind::Write, value};
-}
-
-RunScheme::StepValue velocityModeTune::Checked(Field field, float word, bool good,
-                                               const char* fallback) {
-  if (good) return {StepValue::Kind::Write, word};
-  Text1[field].Text = fallback;
-  SayInvalidValue("Please input a value of 0-65535");
-  return {StepValue::Kind::Refused, 0};
-}
-
-void velocityModeTune::SayInvalidValue(const char* text) {
-  world_.ShowMessage({text, "Invalid Value", MessageButtons::Ok, MessageIcon::Critical});
-}
-
-void velocityModeTune::StopTest(const Stay& stay) {
-  DataSource.Stop();
-  ShowCaption(RunScheme::StartCaption);
-  EnableMotionFields(true);
-  if (!Run.StopTest(stay)) return;
-  if (Run.TraceUploaded) return;
-  readdata(stay);
-  if (!stay.Over()) Run.TraceUploaded = false;
-}
-
-// --- Recordings.
-
-void velocityModeTune::readdata(const Stay& stay) {
-  const RunScheme::CaptureEnd end =
-      Run.Capture(stay, TestWait(trace_), Plot.Description.ChannelCount);
-  if (end == RunScheme::CaptureEnd::Failed) trace_.TraceReadFailed = true;
-  if (stay.Over()) return;
-  if (end == RunScheme::CaptureEnd::Uploaded) {
-    ShowRecording();
-    Run.TraceUploaded = true;
-  }
-  if (Run.StopRequested() && Run.StopTest(stay)) link_.LinkIdle = true;
-}
-
-void velocityModeTune::ShowRecording() {
-  trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
-  SplitTrace(trace_, link_.ReplyValues, Plot.Description.ChannelCount);
-  trace_.ShowIBak = Check1[IBak].Ticked;
-  trace_.ShowVBak = Check1[VBak].Ticked;
-  Plot.SetAxisLabels();
-  Plot.Form_Resize();
-}
-
-void velocityModeTune::DataSource_Timer() {
-  if (!Run.MayTick()) return;
-  if (Run.ElapsedMs() > static_cast<double>(VelocityTestMs) - UnrecordedMs) {
-    DataSource.Stop();
-    return;
-  }
-  const Stay stay(*this);
-  link_.LinkIdle = false;
-  if (!Run.Write(stay, Register::ArmRecorder, ArmSamples)) return;
-  const RunScheme::CaptureEnd end =
-      Run.Capture(stay, AnyAnswerWait(), Plot.Description.ChannelCount);
-  if (stay.Over()) return;
-  link_.LinkIdle = true;
-  if (end == RunScheme::CaptureEnd::Uploaded) ShowRecording();
 }
 
 // --- Fields, channels and colours.

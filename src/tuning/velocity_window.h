@@ -89,13 +89,18 @@ struct velocityModeTune : Window {
  private:
   using StepValue = RunScheme::StepValue;
 
+  // velocity_design.cpp
   void BuildDesign();
   // Texts, states and colours of a window just made.
   void ResetDesign();
-  void ConnectEvents();
 
+  // velocity_window.cpp
+  void ConnectEvents();
   double Number(Field field) const;
   float* RememberedOf(Field field);
+  void WriteGainNow(std::size_t gain);
+
+  // velocity_run.cpp
   void ShowCaption(const char* caption);
   void EnableMotionFields(bool enabled);
 
@@ -106,7 +111,6 @@ struct velocityModeTune : Window {
   // The value where `good`; else the field takes `fallback`, with the message of a bad value.
   StepValue Checked(Field field, float word, bool good, const char* fallback);
   void SayInvalidValue(const char* text);
-  void WriteGainNow(std::size_t gain);
 
   void readdata(const Stay& stay);
   void ShowRecording();
