@@ -16,6 +16,7 @@ Tool::Tool(World& world, Edition edition)
       form1(world, link, parameters, shell),
       form3(world, link, parameters, shell, trace, form9),
       form4(world, link, shell),
+      form5(world, link, parameters, shell, trace),
       form110(world, link),
       form8(world, link, parameters, shell, transfer),
       sysConfig(world, link, parameters, mdiForm1),
@@ -34,6 +35,8 @@ Routes Tool::MakeRoutes() {
   routes.CurrentLoop = &form1;
   routes.PositionLoop = &form3;
   routes.VelocityLoop = &velocityMode;
+  routes.Scope = &form5;
+  routes.ScopeCycle = &form5.Timer1;
   routes.ErrorLog = &form4;
   routes.ParametersGrid = &form8;
   routes.TestConsole = &form110;

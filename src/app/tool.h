@@ -21,6 +21,7 @@
 #include "shell/progress_window.h"
 #include "shell/shell_state.h"
 #include "shell/waiting_window.h"
+#include "trace/scope_window.h"
 #include "trace/trace_state.h"
 #include "tuning/current_loop_window.h"
 #include "tuning/position_window.h"
@@ -64,6 +65,7 @@ struct Tool {
   Form1 form1;
   Form3 form3;
   Form4 form4;
+  Form5 form5;
   Form110 form110;
   Form8 form8;
   sysConfigFrm sysConfig;

@@ -96,13 +96,12 @@ class RandomUser {
     if (bench_.world.ModalWindow() != nullptr) return;
     for (MenuItem* menu : main.Menus) {
       for (MenuItem* item : menu->Items) {
-        if (!item->OnClick || !bench_.user.CanReach(*item) || item == &main.mnuScope) continue;
+        if (!item->OnClick || !bench_.user.CanReach(*item)) continue;
         choices.push_back([this, item] { bench_.user.Click(*item); });
       }
     }
     for (ToolButton* button : main.ToolButtons) {
-      if (button->Enabled && button != &main[Tool1::Scope])
-        choices.push_back([this, button] { bench_.user.Click(*button); });
+      if (button->Enabled) choices.push_back([this, button] { bench_.user.Click(*button); });
     }
   }
 
