@@ -80,19 +80,19 @@ TEST_F(ModalTest, MessagesGiveTheAnswerAndHoldBackEverythingElse) {
   open.OnClick = [&] {
     log.push_back(world.ShowMessage(question) == MessageAnswer::Yes ? "yes" : "no");
   };
-  driver.OnDialog = [&](QWidget&) {
+  driver.SetOnDialog([&](QWidget&) {
     timer.Start();
     driver.Click("Form.Command1");
     const std::int64_t endMs = world.NowMs() + 30;
     while (world.NowMs() < endMs) QApplication::processEvents(QEventLoop::AllEvents, 1);
     log.push_back("answered");
     timer.Stop();
-    driver.OnDialog = {};
-  };
+  });
   driver.Answer(MessageAnswer::Yes);
   driver.Click("Form.Command1");
   driver.Settle();
   EXPECT_EQ(log, (Lines{"answered", "yes"}));
+  driver.SetOnDialog({});
   // Without a script the default is pressed.
   EXPECT_EQ(world.ShowMessage(question), MessageAnswer::No);
   ASSERT_EQ(driver.Messages().size(), 2U);

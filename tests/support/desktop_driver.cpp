@@ -6,15 +6,10 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
-#include <QColorDialog>
 #include <QComboBox>
-#include <QDialogButtonBox>
-#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
 #include <QPixmap>
-#include <QPushButton>
 #include <QTabBar>
 #include <QThread>
 #include <QWindow>
@@ -51,9 +46,7 @@ QAction* FindAction(const std::string& name) {
 
 }  // namespace
 
-DesktopDriver::DesktopDriver(World& world) : world_(world) { qApp->installEventFilter(this); }
-
-DesktopDriver::~DesktopDriver() { qApp->removeEventFilter(this); }
+DesktopDriver::DesktopDriver(World& world) : world_(world) {}
 
 void DesktopDriver::Play(const std::function<void()>& script) {
   std::atomic<bool> ended = false;
@@ -283,19 +276,23 @@ void DesktopDriver::CloseWindow(const std::string& name) {
   });
 }
 
-void DesktopDriver::Answer(MessageAnswer answer) {
-  OnGui([&] { answers_.push_back(answer); });
-}
-void DesktopDriver::AnswerFile(const std::string& path) {
-  OnGui([&] { files_.push_back(path); });
-}
-void DesktopDriver::AnswerColour(std::optional<Colour> colour) {
-  OnGui([&] { colours_.push_back(colour); });
+void DesktopDriver::SetOnDialog(std::function<void(QWidget& dialog)> action) {
+  OnGui([&] { dialogs_.OnDialog = std::move(action); });
 }
 
-std::vector<DesktopDriver::Shown> DesktopDriver::Messages() {
-  std::vector<Shown> messages;
-  OnGui([&] { messages = messages_; });
+void DesktopDriver::Answer(MessageAnswer answer) {
+  OnGui([&] { dialogs_.Answers.push_back(answer); });
+}
+void DesktopDriver::AnswerFile(const std::string& path) {
+  OnGui([&] { dialogs_.Files.push_back(path); });
+}
+void DesktopDriver::AnswerColour(std::optional<Colour> colour) {
+  OnGui([&] { dialogs_.Colours.push_back(colour); });
+}
+
+std::vector<ScriptedDialogs::Shown> DesktopDriver::Messages() {
+  std::vector<ScriptedDialogs::Shown> messages;
+  OnGui([&] { messages = dialogs_.Messages; });
   return messages;
 }
 
@@ -311,59 +308,6 @@ bool DesktopDriver::Grab(const std::string& name, const std::string& path, int s
     saved = picture.save(QString::fromStdString(path));
   });
   return saved;
-}
-
-bool DesktopDriver::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() != QEvent::Show) return false;
-  const bool asks = qobject_cast<QMessageBox*>(watched) != nullptr ||
-                    qobject_cast<QFileDialog*>(watched) != nullptr ||
-                    qobject_cast<QColorDialog*>(watched) != nullptr;
-  if (asks) {
-    auto* dialog = static_cast<QWidget*>(watched);
-    QMetaObject::invokeMethod(
-        dialog, [this, dialog] { AnswerDialog(dialog); }, Qt::QueuedConnection);
-  }
-  return false;
-}
-
-void DesktopDriver::AnswerDialog(QWidget* dialog) {
-  const auto next = [](auto& script) {
-    auto first = std::move(script.front());
-    script.pop_front();
-    return first;
-  };
-  if (OnDialog) OnDialog(*dialog);
-  if (auto* box = qobject_cast<QMessageBox*>(dialog)) {
-    messages_.push_back({box->text().toStdString(), box->windowTitle().toStdString()});
-    QAbstractButton* button = box->defaultButton();
-    if (button == nullptr) button = box->buttons().constFirst();
-    if (!answers_.empty()) {
-      const MessageAnswer answer = next(answers_);
-      const auto standard = answer == MessageAnswer::Ok    ? QMessageBox::Ok
-                            : answer == MessageAnswer::Yes ? QMessageBox::Yes
-                                                           : QMessageBox::No;
-      if (QAbstractButton* wanted = box->button(standard)) button = wanted;
-    }
-    button->click();
-    return;
-  }
-  if (auto* files = qobject_cast<QFileDialog*>(dialog)) {
-    const std::string path = files_.empty() ? std::string() : next(files_);
-    if (path.empty()) return files->reject();
-    files->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
-        ->setText(QString::fromStdString(path));
-    const auto accepts = files->acceptMode() == QFileDialog::AcceptOpen ? QDialogButtonBox::Open
-                                                                        : QDialogButtonBox::Save;
-    files->findChild<QDialogButtonBox*>()->button(accepts)->click();
-    return;
-  }
-  auto* colours = static_cast<QColorDialog*>(dialog);
-  const auto colour = colours_.empty() ? std::nullopt : next(colours_);
-  if (!colour) return colours->reject();
-  colours->setCurrentColor(QColor(static_cast<int>(*colour & 0xFFU),
-                                  static_cast<int>(*colour >> 8U & 0xFFU),
-                                  static_cast<int>(*colour >> 16U & 0xFFU)));
-  colours->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
 }
 
 }  // namespace gainsmith::test

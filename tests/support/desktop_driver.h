@@ -9,20 +9,19 @@
 #include <QObject>
 #include <QPoint>
 #include <QWidget>
-#include <deque>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/world.h"
+#include "support/scripted_dialogs.h"
 
 namespace gainsmith::test {
 
 class DesktopDriver : private QObject {
  public:
   explicit DesktopDriver(World& world);
-  ~DesktopDriver() override;
 
   // Runs `script` on a thread of its own and the windows' events on this one, until the script
   // has ended. Every call to the driver from the script is carried out between events, inside
@@ -66,25 +65,17 @@ class DesktopDriver : private QObject {
   // An empty path cancels.
   void AnswerFile(const std::string& path);
   void AnswerColour(std::optional<Colour> colour);
-  // Called while a message, file or colour dialog is on the screen, before it is answered.
-  std::function<void(QWidget& dialog)> OnDialog;
-
-  struct Shown {
-    std::string Text;
-    std::string Title;
-  };
+  // `action` is called while a message, file or colour dialog is on the screen, before it is
+  // answered.
+  void SetOnDialog(std::function<void(QWidget& dialog)> action);
   // Message boxes so far.
-  std::vector<Shown> Messages();
+  std::vector<ScriptedDialogs::Shown> Messages();
 
   // Saves a picture of a window on the screen, at 1 or 2 pixels for each of its own; false when
   // there is no such window or it can't be written.
   bool Grab(const std::string& name, const std::string& path, int scale = 1);
 
- protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
-
  private:
-  void AnswerDialog(QWidget* dialog);
   QWidget* MustFind(const std::string& name);
   void Mouse(QWidget& widget, QPoint place, Qt::MouseButton button, QEvent::Type type);
   void KeyClick(QWidget& widget, int key, const QString& text, Qt::KeyboardModifiers modifiers);
@@ -92,10 +83,7 @@ class DesktopDriver : private QObject {
   World& world_;
   Qt::MouseButtons held_;
   int timestampMs_ = 0;
-  std::deque<MessageAnswer> answers_;
-  std::deque<std::string> files_;
-  std::deque<std::optional<Colour>> colours_;
-  std::vector<Shown> messages_;
+  ScriptedDialogs dialogs_;
 };
 
 }  // namespace gainsmith::test
