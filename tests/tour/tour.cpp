@@ -34,6 +34,7 @@ class Tour {
       Connect();
       CurrentLoop();
       PositionLoop();
+      Scope();
       Properties();
       ErrorLog();
       VelocityLoop();
@@ -99,6 +100,29 @@ class Tour {
     }
     driver_.CloseWindow("Form3");
     WaitForClosing("Form3");
+  }
+
+  void Scope() {
+    TellDrive("move 5");
+    driver_.Menu("MDIForm1.mnuScope");
+    WaitForWindow("Form5");
+    constexpr int OneSecond = 9;
+    driver_.Choose("Form5.Combo1", OneSecond);
+    driver_.Click("Form5.Command1");
+    Wait("the first trace", [this] { return tool_.form5.Plot.CaptureHaveData; });
+    const auto first = tool_.form5.Plot.Picture1.Revision;
+    Wait("a second trace", [&] { return tool_.form5.Plot.Picture1.Revision > first; });
+    Picture("Form5", "scope");
+    driver_.Click("Form5.Command1");
+    Wait("the stop", [this] { return tool_.form5.Check2.Enabled && tool_.link.LinkIdle; });
+    driver_.Click("Form5.Check2");
+    Wait("the spectrum", [this] { return tool_.form5.Plot.FrequencyMode; });
+    Picture("Form5", "scope-spectrum");
+    driver_.Click("Form5.Check2");
+    Wait("the traces", [this] { return !tool_.form5.Plot.FrequencyMode; });
+    driver_.CloseWindow("Form5");
+    WaitForClosing("Form5");
+    TellDrive("stop");
   }
 
   void Properties() {
