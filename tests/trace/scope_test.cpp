@@ -159,14 +159,16 @@ TEST_F(ScopeTest, AStartInsideACycleOvertakesIt) {
     SCOPED_TRACE(delayMs);
     Choose(At100Ms);
     Click();
-    Bench.World.At(delayMs, [this] {
+    auto shown = Window.Plot.Picture1.Revision;
+    Bench.World.At(delayMs, [&] {
       Click();
       Choose(At500Ms);
       Click();
+      shown = Window.Plot.Picture1.Revision;
     });
     ASSERT_TRUE(Bench.World.RunUntil(
-        [&] { return Bench.Trace.SampleDivider == 5 && Bench.Link.LinkIdle; }, 5000));
-    ASSERT_TRUE(RunToRecording());
+        [&] { return Bench.Trace.SampleDivider == 5 && Window.Plot.Picture1.Revision != shown; },
+        10'000));
     EXPECT_EQ(Bench.World.Log.Writes(26).back(), 5);
     EXPECT_EQ(Window.Plot.Label4[10].Caption, "500");
     EXPECT_NEAR(std::abs(Peak(Bench.Trace.VBakTrace)), 100, 15);
@@ -175,6 +177,15 @@ TEST_F(ScopeTest, AStartInsideACycleOvertakesIt) {
     Bench.TakeFrames();
   }
   EXPECT_EQ(Bench.TakeMessages(), Texts{});
+}
+
+TEST_F(ScopeTest, NoCycleBeginsBeforeTheTraceTimeIsWritten) {
+  OpenQuietly();
+  Window.Timer1.Start();  // as the main window's command does
+  ClickAfter(20);
+  ASSERT_TRUE(RunToRecording());
+  EXPECT_EQ(Bench.World.Log.Writes(26), (std::vector<int>{20}));
+  EXPECT_EQ(Summary(Bench.TakeFrames()), (Texts{"W 26=20", "W 20=200", "R 28", "upload 12"}));
 }
 
 TEST_F(ScopeTest, FastClicksLeaveNothingRunning) {
