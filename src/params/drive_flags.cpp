@@ -35,6 +35,11 @@ void TakeDriveFlags(ParameterStore& store, std::uint16_t word) {
   }
 }
 
+void TakeWholeDriveFlags(ParameterStore& store, std::uint16_t word) {
+  TakeDriveFlags(store, word);
+  store[Slot::PulseEdge] = word;
+}
+
 float FlagsToSend(const ParameterStore& store) {
   if (RoundHalfToEven(store[Slot::PulseEdge]) > 1) return store[Slot::PulseEdge];
   auto word = static_cast<std::uint16_t>(store.DriveFlagsWord);

@@ -46,6 +46,9 @@ inline constexpr std::array<FlagBit, 6> FlagBits{{
 // DirectionPolarity. Both mode bits set leave OperatingMode as it was.
 void TakeDriveFlags(ParameterStore& store, std::uint16_t word);
 
+// The same as the properties window leaves it: PulseEdge holds the whole word.
+void TakeWholeDriveFlags(ParameterStore& store, std::uint16_t word);
+
 // What a download sends for the slots from PulseEdge to DirectionPolarity, all of which can be
 // packed. PulseEdge above 1 is a whole flags word and is sent as it is. Otherwise it is
 // DriveFlagsWord with the bits of the slots put in (0 clears, anything else sets); bits without a

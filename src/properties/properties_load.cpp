@@ -99,8 +99,7 @@ bool sysConfigFrm::LoadFlags(const Stay& stay) {
   if (link_.ReadFailed) {
     err.Start();
   } else {
-    values_.DriveFlagsWord = LastRaw();
-    values_[Slot::PulseEdge] = LastRaw();
+    TakeWholeDriveFlags(values_, LastRaw());
     SelectOptions(LastRaw());
   }
   FollowOperatingMode();

@@ -89,7 +89,7 @@ bool sysConfigFrm::WriteProperties() {
     if (!WriteSetting(row.Kept, value, value, stay)) return false;
   }
 
-  values_[Slot::PulseEdge] = values_.DriveFlagsWord;
+  TakeWholeDriveFlags(values_, static_cast<std::uint16_t>(values_.DriveFlagsWord));
   // What an earlier download left there is not the fault of this write.
   link_.WriteFailed = false;
   link_.WriteRegisterRetry(link_.DeviceAddress, Register::Flags, values_.DriveFlagsWord);

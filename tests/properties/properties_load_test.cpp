@@ -114,6 +114,7 @@ TEST(PropertiesLoad, SelectsTheOptionsOfEveryBit) {
     EXPECT_EQ(selected, expected) << word;
     EXPECT_EQ(bench.Values.DriveFlagsWord, word);
     EXPECT_EQ(bench.Values[Slot::PulseEdge], word);
+    EXPECT_EQ(bench.Values[Slot::AlarmPolarity], (word & 0x0080) != 0 ? 1 : 0);
     bench.User.Click(bench.Window.Command2);
   }
 }

@@ -1,6 +1,7 @@
 // OK of the properties window: checks, options, writes in order, and what a failure leaves.
 #include <gtest/gtest.h>
 
+#include "params/drive_flags.h"
 #include "properties_bench.h"
 
 namespace gainsmith::test {
@@ -117,6 +118,21 @@ TEST(PropertiesOk, WithEverythingChangedWritesInOrder) {
   EXPECT_EQ(bench.Values.DriveFlagsWord, 0x00C6);
   EXPECT_EQ(bench.Values[Slot::PulseEdge], 0x00C6);
   EXPECT_EQ(bench.Get(255), 0x00C6);
+}
+
+TEST(PropertiesOk, ADownloadBehindItSendsTheSameFlags) {
+  PropertiesBench bench;
+  // Read by an earlier bulk read; the drive has been set up anew since.
+  TakeDriveFlags(bench.Values, 0x01CA);
+  bench.Set({{255, 0x0044}});
+  bench.Open();
+  EXPECT_EQ(FlagsToSend(bench.Values), 0x0044);
+  bench.User.Click(bench.Window.Option1[sysConfigFrm::DirectionNegative]);
+  bench.User.Click(bench.Window.Option1[sysConfigFrm::EnableLow]);
+  bench.User.Click(bench.Window.cmdOK);
+  // No bit is left: the word is no longer told from a single flag.
+  EXPECT_EQ(bench.Get(255), 0);
+  EXPECT_EQ(FlagsToSend(bench.Values), 0);
 }
 
 TEST(PropertiesOk, OnlyTheFourShownBitsFollowTheOptions) {
