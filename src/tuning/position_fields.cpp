@@ -155,11 +155,11 @@ bool Form3::ValidateWords(const Entries& entries) {
   };
   const auto& [speedDivisor, accelFirst, accelSecond] = PositionUnits;
   const double counts = trace_.EncoderCounts;
-  if (!PackWord(SpeedWord(entries.Text1[Velocity], trace_.EncoderCounts, speedDivisor))) {
+  if (SpeedWord(entries.Text1[Velocity], trace_.EncoderCounts, speedDivisor) > LargestWord) {
     return tooHigh(Velocity, "velocity", speedDivisor / counts);
   }
-  if (!PackWord(
-          AccelWord(entries.Text1[Acceleration], trace_.EncoderCounts, accelFirst, accelSecond))) {
+  if (AccelWord(entries.Text1[Acceleration], trace_.EncoderCounts, accelFirst, accelSecond) >
+      LargestWord) {
     return tooHigh(Acceleration, "acceleration", accelFirst * accelSecond / counts);
   }
   if (entries.Text1[Distance] > LargestDistance) {

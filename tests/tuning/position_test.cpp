@@ -216,7 +216,7 @@ TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
        "The Vi value of Position Loop 2 should be an integer value of 0-65535"},
       // No limit of the field, but nothing that the drive could take.
       {Form3::Velocity,
-       {"19661"},
+       {"19661", "19660.6"},
        "The velocity is more than the drive can take: with 4000 pulses per revolution it takes at "
        "most 19660. Nothing was sent."},
       {Form3::Distance,
