@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "platform/number_text.h"
-#include "trace/rounding.h"
 
 namespace gainsmith {
 namespace {
@@ -35,7 +34,7 @@ AxisTexts TimeTexts(double traceTimeMs) {
   AxisTexts texts;
   texts.front() = "0";
   texts.back() = PlainText(static_cast<float>(traceTimeMs));
-  const double step = RoundToDecimals(traceTimeMs / 10, 2);
+  const double step = RoundHalfToEven(traceTimeMs / 10, 2);
   for (std::size_t i = 1; i + 1 < texts.size(); ++i) {
     texts[i] = WholeText(LeadingNumber(texts[i - 1]) + step);
   }
@@ -56,7 +55,7 @@ AxisTexts ZoomedCurrentTexts(float top, float step, int level) {
   texts.back() = FixedText(top / MaPerAmpere, digits);
   for (std::size_t i = texts.size() - 1; i-- > 0;) {
     const double value = LeadingNumber(texts[i + 1]) - step / MaPerAmpere;
-    texts[i] = FixedText(RoundToDecimals(value, digits), digits);
+    texts[i] = FixedText(RoundHalfToEven(value, digits), digits);
   }
   return texts;
 }

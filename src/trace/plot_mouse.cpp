@@ -3,7 +3,6 @@
 
 #include "platform/number_text.h"
 #include "trace/plot.h"
-#include "trace/rounding.h"
 #include "trace/zoom.h"
 
 namespace gainsmith {
@@ -104,7 +103,7 @@ void Plot::ShowPositionReadOut(float x, float y) {
   for (float* gain : {&trace_.IGain[level], &trace_.VGain[level], &positionGain}) {
     if (*gain == 0) *gain = 1;
   }
-  const double amperes = RoundToDecimals(y / (trace_.IGain[level] * 1000.0), 3);
+  const double amperes = RoundHalfToEven(y / (trace_.IGain[level] * 1000.0), 3);
   const double rpm = static_cast<double>(y) / trace_.VGain[level];
   const double pulses = static_cast<double>(y) / positionGain;
   statusBar1_->Panels[1] = "Current:" + FixedText(amperes, 4);

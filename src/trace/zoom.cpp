@@ -8,7 +8,6 @@
 
 #include "platform/number_text.h"
 #include "trace/auto_range.h"
-#include "trace/rounding.h"
 
 namespace gainsmith {
 namespace {
@@ -52,7 +51,7 @@ void NiceTimeStep(TraceState& trace, int level, float previousStep, float previo
                   float newWidth) {
   const auto at = static_cast<std::size_t>(level);
   const std::size_t below = at - 1;
-  const double samplesPerMs = RoundToDecimals(static_cast<double>(previousWidth) / previousStep, 5);
+  const double samplesPerMs = RoundHalfToEven(static_cast<double>(previousWidth) / previousStep, 5);
   const float step = StepFor(TimeStepsMs, newWidth, samplesPerMs);
   if (step != 0) trace.TimeStep[at] = step;
   if (trace.TimeStep[at] == 0 || !std::isfinite(samplesPerMs)) {
@@ -70,7 +69,7 @@ void NiceTimeStep(TraceState& trace, int level, float previousStep, float previo
 }
 
 float NiceCurrentStep(const TraceState& trace, int level, float newHeight, float previousHeight) {
-  const double ratio = RoundToDecimals(static_cast<double>(previousHeight) / newHeight, 3);
+  const double ratio = RoundHalfToEven(static_cast<double>(previousHeight) / newHeight, 3);
   return StepFor(CurrentStepsMa, trace.IStep[static_cast<std::size_t>(level) - 1], ratio);
 }
 

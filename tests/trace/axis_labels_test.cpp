@@ -36,6 +36,8 @@ TEST(AxisLabels, ZoomedCurrentHasThreeDecimalsThenFive) {
   // From the printed top: 0.3333 prints 0.333 and all others follow it.
   EXPECT_EQ(ZoomedCurrentTexts(333.3F, 0.4F, 2)[9], "0.333");
   EXPECT_EQ(ZoomedCurrentTexts(333.3F, 0.4F, 2)[0], "0.333");
+  // Half a step is a tie and goes to the even neighbour.
+  EXPECT_EQ(ZoomedCurrentTexts(-2998, 0.5F, 2)[9], "-2.998");
   EXPECT_EQ(ZoomedCurrentTexts(333.3F, 0.4F, 3)[10], "0.33330");
   EXPECT_EQ(ZoomedCurrentTexts(333.3F, 0.4F, 3)[0], "0.32930");
 }
