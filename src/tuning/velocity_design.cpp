@@ -42,7 +42,7 @@ void velocityModeTune::BuildDesign() {
   ClientHeightTwips = 6915;
   BackColor = 0xFF8080;
 
-  Add(Frame2, "Frame2").Place(0, 0, 10845, 4575);
+  Add(Frame2, "Frame2").Place(0, 0, 10815, 4575);
   Frame2.Border = false;
   DesignPlot(*this, Frame2, Plot, VelocityPlotPlace);
 
@@ -65,7 +65,7 @@ void velocityModeTune::BuildDesign() {
                Command4[static_cast<std::size_t>(place.ButtonIndex)], place, &SSTab1, CurvePage);
   }
 
-  Add(Command1, "Command1").Place(9300, 5280, 1335, 495);
+  Add(Command1, "Command1").Place(9240, 5280, 1335, 495);
   Add(StatusBar1, "StatusBar1");
 
   DataSource.IntervalMs = 50;
