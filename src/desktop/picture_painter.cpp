@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "desktop/look.h"
 
@@ -66,6 +67,45 @@ QPen PenOf(const PictureLine& line) {
   return pen;
 }
 
+// Lines of one pen that follow each other. Those that go straight on become one: where two of them
+// met, their antialiased ends would show as beads.
+class Stroke {
+ public:
+  void Add(const QLineF& line) {
+    if (!lines_.isEmpty() && lines_.back().p2() == line.p1()) {
+      joints_.push_back(line.p1());
+      const QLineF whole(lines_.back().p1(), line.p2());
+      if (std::all_of(joints_.begin(), joints_.end(),
+                      [&](const QPointF& joint) { return LiesOn(whole, joint); })) {
+        lines_.back() = whole;
+        return;
+      }
+    }
+    joints_.clear();
+    lines_.push_back(line);
+  }
+  bool IsEmpty() const { return lines_.isEmpty(); }
+  QList<QLineF> Take() {
+    joints_.clear();
+    return std::exchange(lines_, {});
+  }
+
+ private:
+  static bool LiesOn(const QLineF& line, const QPointF& point) {
+    constexpr double TolerancePixels = 0.05;
+    const double length = line.length();
+    const QPointF along = line.p2() - line.p1();
+    const QPointF to = point - line.p1();
+    const double across = std::abs(along.x() * to.y() - along.y() * to.x());
+    const double ahead = QPointF::dotProduct(along, to);
+    return across <= TolerancePixels * length && ahead >= 0 && ahead <= length * length;
+  }
+
+  QList<QLineF> lines_;
+  // Points that the last line has gone through.
+  QList<QPointF> joints_;
+};
+
 }  // namespace
 
 void PaintGraticule(QPainter& painter, const QRectF& area) {
@@ -88,13 +128,12 @@ void PaintLines(QPainter& painter, const QRectF& area, const std::vector<Picture
   const QRectF bounds = area.adjusted(-area.width(), -area.height(), area.width(), area.height());
   // Line by line, not as polylines: filling the outline of one that crosses itself takes a thousand
   // times longer.
-  QList<QLineF> stroke;
+  Stroke stroke;
   const PictureLine* pen = nullptr;
   const auto finish = [&] {
-    if (stroke.isEmpty()) return;
+    if (stroke.IsEmpty()) return;
     painter.setPen(PenOf(*pen));
-    painter.drawLines(stroke);
-    stroke.clear();
+    painter.drawLines(stroke.Take());
   };
   for (const PictureLine& line : lines) {
     const auto placed = Place(line, area);
@@ -104,7 +143,7 @@ void PaintLines(QPainter& painter, const QRectF& area, const std::vector<Picture
       finish();
       pen = &line;
     }
-    stroke.push_back(*segment);
+    stroke.Add(*segment);
   }
   finish();
   painter.restore();
