@@ -2,8 +2,11 @@
 // stopped on their way.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <functional>
 #include <initializer_list>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -52,12 +55,14 @@ struct PropertiesBench {
   MDIForm1 Main{World, Shell};
   sysConfigFrm Window{World, TheLink, Values, Main};
   VirtualUser User{World};
+  std::map<std::string, Control*> Fields;
 
   PropertiesBench() {
     World.Devices[1] = &Line;
     World.OpenPort(1, TheLink.SerialSettings);
     Main.EnableDriveMenus();
     Main.EnableToolbarButtons();
+    for (Control* control : Window.Controls) Fields[control->Name] = control;
     Set({{245, 600}, {246, 300}, {34, 4}, {14, 1}, {15, 2}, {18, 1000}, {19, 4000}});
     Set({{55, 0}, {58, 0}, {255, 0}, {251, 13}});
   }
@@ -78,10 +83,36 @@ struct PropertiesBench {
     World.ShowModal(Window);
     World.Log.Clear();
   }
-  void SetText(std::size_t index, const std::string& text) { Window.Text1[index].Text = text; }
+  // The text of a field or a list, by the control's name.
+  std::string& Text(const std::string& name) {
+    Control* control = Fields.at(name);
+    return control->Kind == ControlKind::ComboBox ? static_cast<ComboBox*>(control)->Text
+                                                  : static_cast<TextBox*>(control)->Text;
+  }
+  void Enter(const std::string& name) {
+    static_cast<TextBox*>(Fields.at(name))->OnKeyPress(KeyEnter);
+  }
+  // Frames sent since the last call: "W 245=600, W 246=300".
+  std::string TakeFrames() {
+    std::string line;
+    for (const std::string& frame : World.Log.Texts()) line += (line.empty() ? "" : ", ") + frame;
+    World.Log.Clear();
+    return line;
+  }
+  // Exactly one message since the last call, or none where `text` is empty.
+  void ExpectMessage(const std::string& text, const char* title, MessageIcon icon) {
+    const std::vector<Message> told = std::exchange(World.Messages, {});
+    ASSERT_EQ(told.size(), text.empty() ? 0U : 1U);
+    if (text.empty()) return;
+    EXPECT_EQ(told[0].Text, text);
+    EXPECT_EQ(told[0].Title, title);
+    EXPECT_EQ(told[0].Icon, icon);
+  }
+  void ExpectNoMessage() { ExpectMessage("", "", {}); }
+  void ExpectLinkFailure() {
+    ExpectMessage("Unable to communicate with the connected drive. Check your connection",
+                  "Cmmunication Error", MessageIcon::Critical);
+  }
 };
-
-inline const std::string LinkText =
-    "Unable to communicate with the connected drive. Check your connection";
 
 }  // namespace gainsmith::test

@@ -8,87 +8,79 @@
 namespace gainsmith::test {
 namespace {
 
-const Texts LoadFrames{"R 252", "R 247", "R 248", "R 249", "R 250", "R 251", "R 34", "R 14",
-                       "R 15",  "R 18",  "R 19",  "R 56",  "R 255", "R 56",  "R 40", "R 41",
-                       "R 39",  "R 51",  "R 55",  "R 58",  "R 245", "R 246"};
+const std::string UpToMotor = "R 252, R 247, R 248, R 249, R 250, R 251, R 34, ";
+const std::string UpToFlags = UpToMotor + "R 14, R 15, R 18, R 19, R 56, R 255, ";
+const std::string UpToSwitches = UpToFlags + "R 56, R 40, R 41, R 39, R 51, ";
 constexpr int FlagsExchange = 12;
+constexpr int Exchanges = 22;
 
 TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
   PropertiesBench bench;
   bench.Set({{252, 750}, {247, 254}, {248, 260}, {249, 7}, {250, 1234}, {251, 13}, {34, 3}});
   bench.Set({{56, 25}, {40, 235}, {41, 12}, {39, 3000}, {51, 3}, {245, 350}, {246, 200}});
   bench.World.ShowModal(bench.Window);
-  EXPECT_EQ(bench.World.Log.Texts(), LoadFrames);
-  EXPECT_TRUE(bench.World.Messages.empty());
+  EXPECT_EQ(bench.TakeFrames(), UpToSwitches + "R 55, R 58, R 245, R 246");
+  bench.ExpectNoMessage();
 
-  const sysConfigFrm& w = bench.Window;
   const struct {
-    std::string Shown;
+    const char* Field;
     const char* Text;
     Slot Kept;
     float Value;
   } cases[] = {
-      {w.Combo1.Text, "750", Slot::RatedPower, 750},
-      {w.Text3.Text, "2.54", Slot::Resistance, 2.54F},
-      {w.Text4.Text, "2.60", Slot::Inductance, 2.6F},
-      {w.Text7.Text, "0.07", Slot::BackEmf, 0.07F},
-      {w.Text5.Text, "1.234", Slot::TorqueConstant, 1.234F},
-      {w.Text6.Text, "0.000130", Slot::Inertia, 0.00013F},
-      {w.cboMotorPolePair.Text, "3", Slot::PolePairs, 3},
-      {w.Text1[0].Text, "1", Slot::GearNumerator, 1},
-      {w.Text1[1].Text, "2", Slot::GearDenominator, 2},
-      {w.Text1[2].Text, "1000", Slot::FollowingErrorLimit, 1000},
-      {w.Text1[3].Text, "4000", Slot::EncoderCounts, 4000},
-      {w.Text1[7].Text, "25", Slot::AnalogDeadBand, 25},
-      {w.Text10.Text, "23.5", Slot::AnalogPeakCurrent, 23.5F},
-      {w.Text9.Text, "12", Slot::AnalogOffset, 12},
-      {w.Text11.Text, "3000", Slot::AnalogMaxVelocity, 3000},
-      {w.Combo2.Text, "Mode 3", Slot::InputSmoothing, 3},
-      {w.txtMaxCurrent.Text, "3.5", Slot::PeakCurrentLimit, 3.5F},
-      {w.txtRatedCurrent.Text, "2", Slot::RatedCurrentLimit, 2},
+      {"Combo1", "750", Slot::RatedPower, 750},
+      {"Text3", "2.54", Slot::Resistance, 2.54F},
+      {"Text4", "2.60", Slot::Inductance, 2.6F},
+      {"Text7", "0.07", Slot::BackEmf, 0.07F},
+      {"Text5", "1.234", Slot::TorqueConstant, 1.234F},
+      {"Text6", "0.000130", Slot::Inertia, 0.00013F},
+      {"cboMotorPolePair", "3", Slot::PolePairs, 3},
+      {"Text1(0)", "1", Slot::GearNumerator, 1},
+      {"Text1(1)", "2", Slot::GearDenominator, 2},
+      {"Text1(2)", "1000", Slot::FollowingErrorLimit, 1000},
+      {"Text1(3)", "4000", Slot::EncoderCounts, 4000},
+      {"Text1(7)", "25", Slot::AnalogDeadBand, 25},
+      {"Text10", "23.5", Slot::AnalogPeakCurrent, 23.5F},
+      {"Text9", "12", Slot::AnalogOffset, 12},
+      {"Text11", "3000", Slot::AnalogMaxVelocity, 3000},
+      {"Combo2", "Mode 3", Slot::InputSmoothing, 3},
+      {"txtMaxCurrent", "3.5", Slot::PeakCurrentLimit, 3.5F},
+      {"txtRatedCurrent", "2", Slot::RatedCurrentLimit, 2},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(c.Shown, c.Text);
-    EXPECT_EQ(bench.Values[c.Kept], c.Value) << c.Text;
+    EXPECT_EQ(bench.Text(c.Field), c.Text);
+    EXPECT_EQ(bench.Values[c.Kept], c.Value) << c.Field;
   }
-  EXPECT_EQ(w.cboMotorPolePair.ListIndex, -1);
-  EXPECT_FALSE(w.Check1[0].Ticked || w.Check1[1].Ticked);
 }
 
 TEST(PropertiesLoad, AChoiceThatIsNotInItsListSelectsNothing) {
+  const struct {
+    std::uint16_t Watts, Mode, PolePairs;
+    int WattsItem, ModeItem, PolePairsItem;
+  } cases[] = {{1000, 7, 2, 2, 7, 0}, {500, 9, 5, -1, -1, -1}};
   PropertiesBench bench;
-  bench.Set({{252, 1000}, {51, 7}, {34, 2}});
-  bench.Open();
-  EXPECT_EQ(bench.Window.Combo1.ListIndex, 2);
-  EXPECT_EQ(bench.Window.Combo2.ListIndex, 7);
-  EXPECT_EQ(bench.Window.cboMotorPolePair.ListIndex, 0);
-  bench.User.Click(bench.Window.Command2);
-  bench.Set({{252, 500}, {51, 9}, {34, 5}});
-  bench.Open();
-  EXPECT_EQ(bench.Window.Combo1.ListIndex, -1);
-  EXPECT_EQ(bench.Window.Combo2.ListIndex, -1);
-  EXPECT_EQ(bench.Window.cboMotorPolePair.ListIndex, -1);
-  EXPECT_EQ(bench.Values[Slot::RatedPower], 500);
-  EXPECT_EQ(bench.Values[Slot::InputSmoothing], 9);
+  for (const auto& c : cases) {
+    bench.Set({{252, c.Watts}, {51, c.Mode}, {34, c.PolePairs}});
+    bench.Open();
+    EXPECT_EQ(bench.Window.Combo1.ListIndex, c.WattsItem);
+    EXPECT_EQ(bench.Window.Combo2.ListIndex, c.ModeItem);
+    EXPECT_EQ(bench.Window.cboMotorPolePair.ListIndex, c.PolePairsItem);
+    EXPECT_EQ(bench.Values[Slot::InputSmoothing], c.Mode);
+    bench.User.Click(bench.Window.Command2);
+  }
 }
 
 TEST(PropertiesLoad, ABoxThatItTicksWritesBackAtOnce) {
   PropertiesBench bench;
   bench.Set({{55, 1}, {58, 5}});
-  bench.World.ShowModal(bench.Window);
-  Texts expected = LoadFrames;
-  expected.insert(expected.begin() + 20, "W 58=1");
-  expected.insert(expected.begin() + 19, "W 55=1");
-  EXPECT_EQ(bench.World.Log.Texts(), expected);
-  EXPECT_TRUE(bench.Window.Check1[0].Ticked && bench.Window.Check1[1].Ticked);
-  EXPECT_EQ(bench.Values[Slot::Interpolation], 1);
-  EXPECT_EQ(bench.Values[Slot::AnalogReverse], 5);
-
   // The next visit starts from clear boxes, so that it writes back again.
-  bench.User.Click(bench.Window.Command2);
-  bench.World.Log.Clear();
-  bench.World.ShowModal(bench.Window);
-  EXPECT_EQ(bench.World.Log.Writes(55), (std::vector<int>{1}));
+  for (int visit = 0; visit < 2; ++visit) {
+    bench.World.ShowModal(bench.Window);
+    EXPECT_EQ(bench.TakeFrames(), UpToSwitches + "R 55, W 55=1, R 58, W 58=1, R 245, R 246");
+    EXPECT_TRUE(bench.Window.Check1[0].Ticked && bench.Window.Check1[1].Ticked);
+    EXPECT_EQ(bench.Values[Slot::AnalogReverse], visit == 0 ? 5 : 1);
+    bench.User.Click(bench.Window.Command2);
+  }
 }
 
 TEST(PropertiesLoad, SelectsTheOptionsOfEveryBit) {
@@ -154,79 +146,38 @@ TEST(PropertiesLoad, TheOperatingModeSteersTheMainWindow) {
   }
 }
 
-TEST(PropertiesLoad, ALimitOfZeroIsHidden) {
+TEST(PropertiesLoad, ALimitOfZeroIsHiddenAndNeitherCheckedNorWritten) {
   PropertiesBench bench;
-  bench.Set({{245, 0}});
-  bench.Open();
-  EXPECT_FALSE(bench.Window.txtMaxCurrent.Visible || bench.Window.Label16.Visible);
-  EXPECT_TRUE(bench.Window.txtRatedCurrent.Visible && bench.Window.Label18.Visible);
-  EXPECT_EQ(bench.Values[Slot::PeakCurrentLimit], 0);
-  bench.User.Click(bench.Window.Command2);
-  bench.Set({{245, 100}, {246, 0}});
-  bench.Open();
-  EXPECT_TRUE(bench.Window.txtMaxCurrent.Visible && bench.Window.Label16.Visible);
-  EXPECT_FALSE(bench.Window.txtRatedCurrent.Visible || bench.Window.Label18.Visible);
-}
-
-TEST(PropertiesLoad, ADriveNeverHeardOfGivesOneMessageAndNoWindow) {
-  for (const bool modal : {true, false}) {
-    PropertiesBench bench;
-    bench.FallSilent();
-    bool returned = false;
-    if (modal) {
-      bench.World.ShowModal(bench.Window, [&] { returned = true; });
-      EXPECT_TRUE(returned);
-    } else {
-      bench.World.Show(bench.Window);
-    }
-    ASSERT_EQ(bench.World.Messages.size(), 1U);
-    EXPECT_EQ(bench.World.Messages[0].Text, LinkText);
-    EXPECT_EQ(bench.World.Messages[0].Title, "Cmmunication Error");
-    EXPECT_EQ(bench.World.Messages[0].Icon, MessageIcon::Critical);
-    EXPECT_FALSE(bench.Window.Loaded || bench.Window.Visible);
-    EXPECT_FALSE(bench.TheLink.ReadFailed);
-    // Four frames for each read up to the flags word and for the read that the report broke off.
-    EXPECT_EQ(bench.World.Log.Frames().size(), 4U * (FlagsExchange + 2));
-    bench.World.RunFor(5000);
-    EXPECT_EQ(bench.World.Messages.size(), 1U);
-
-    bench.Line.Stops = nullptr;
-    bench.World.ShowModal(bench.Window);
-    EXPECT_TRUE(bench.Window.Visible);
-    EXPECT_EQ(bench.World.Messages.size(), 1U);
+  const sysConfigFrm& w = bench.Window;
+  for (const bool peak : {false, true}) {
+    bench.Set({{245, peak ? 100 : 0}, {246, peak ? 0 : 100}});
+    bench.Open();
+    EXPECT_TRUE(w.txtMaxCurrent.Visible == peak && w.Label16.Visible == peak);
+    EXPECT_TRUE(w.txtRatedCurrent.Visible != peak && w.Label18.Visible != peak);
+    EXPECT_EQ(bench.Values[Slot::PeakCurrentLimit], peak ? 1 : 0);
+    bench.Text(peak ? "txtRatedCurrent" : "txtMaxCurrent") = "99";
+    bench.User.Click(bench.Window.cmdOK);
+    EXPECT_EQ(bench.TakeFrames(), peak ? "W 245=100, W 255=0" : "W 246=100, W 255=0");
   }
 }
 
 TEST(PropertiesLoad, AFailedReadShowsTheReplyThatStoodLast) {
   PropertiesBench bench;
-  bench.Set({{18, 1234}, {19, 4000}});
+  bench.Set({{18, 1234}, {255, 0x0040}});
   bench.Line.Stops = [](int, const LoggedFrame& frame) { return frame.Register() == 19; };
   bench.World.ShowModal(bench.Window);
-  EXPECT_EQ(bench.Window.Text1[3].Text, "1234");
+  EXPECT_EQ(bench.Text("Text1(3)"), "1234");
   // The flags word was read well, but the check behind it finds the earlier failure.
-  EXPECT_EQ(bench.World.Messages.size(), 1U);
+  bench.ExpectLinkFailure();
   EXPECT_FALSE(bench.Window.Loaded);
   EXPECT_EQ(bench.Values.DriveFlagsWord, 0);
 }
 
-TEST(PropertiesLoad, OneLostReplyIsMadeUpForByTheNextFrame) {
-  PropertiesBench bench;
-  for (int exchange = 0; exchange < static_cast<int>(LoadFrames.size()); ++exchange) {
-    bench.Device.Drive.Inject(sim::Fault::BadCrc, sim::Hits::Only(exchange + 1));
-    bench.World.ShowModal(bench.Window);
-    EXPECT_EQ(bench.World.Log.Frames().size(), LoadFrames.size() + 1) << exchange;
-    EXPECT_TRUE(bench.World.Messages.empty() && bench.Window.Visible) << exchange;
-    bench.User.Click(bench.Window.Command2);
-    bench.World.Log.Clear();
-  }
-}
-
 TEST(PropertiesLoad, ADriveThatGoesAtAnyExchange) {
   enum class End { Silent, HungUp, Reset };
-  // The two writes that answer ticked boxes are exchanges of the load as well.
-  const int exchanges = static_cast<int>(LoadFrames.size()) + 2;
   for (const End end : {End::Silent, End::HungUp, End::Reset}) {
-    for (int at = 0; at < exchanges; ++at) {
+    // The two writes that answer ticked boxes are exchanges of the load as well.
+    for (int at = 0; at < Exchanges + 2; ++at) {
       SCOPED_TRACE(at);
       PropertiesBench bench;
       bench.Set({{55, 1}, {58, 1}});
@@ -238,21 +189,23 @@ TEST(PropertiesLoad, ADriveThatGoesAtAnyExchange) {
         struck = true;
         return end != End::HungUp;
       };
-      bench.World.ShowModal(bench.Window);
-      bench.World.RunFor(3000);
-      if (end == End::Reset) {
-        EXPECT_TRUE(bench.World.Messages.empty());
-        EXPECT_TRUE(bench.Window.Visible);
-        continue;
-      }
+      bool returned = false;
+      bench.World.ShowModal(bench.Window, [&] { returned = true; });
+      bench.World.RunFor(5000);
       // Up to the flags word one report, and the window is gone. Behind it a read fails unseen,
-      // and a write that answers a ticked box is told.
-      const bool reported = at <= FlagsExchange;
+      // and a write that answers a ticked box is told. After a reset the next frame is answered.
+      const bool reported = end != End::Reset && at <= FlagsExchange;
       EXPECT_EQ(bench.Window.Visible, !reported);
-      for (const Message& message : bench.World.Messages) EXPECT_EQ(message.Text, LinkText);
-      EXPECT_GE(bench.World.Messages.size(), reported ? 1U : 0U);
-      EXPECT_LE(bench.World.Messages.size(), reported ? 1U : 2U);
-      if (bench.Window.Loaded) bench.User.Click(bench.Window.Command2);
+      EXPECT_EQ(returned, reported);
+      if (reported) {
+        bench.ExpectLinkFailure();
+        EXPECT_FALSE(bench.TheLink.ReadFailed);
+      } else if (end == End::Reset) {
+        bench.ExpectNoMessage();
+      } else {
+        EXPECT_LE(bench.World.Messages.size(), 2U);
+      }
+      bench.World.Unload(bench.Window);
       EXPECT_FALSE(bench.Window.Loaded);
     }
   }
