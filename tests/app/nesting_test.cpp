@@ -178,14 +178,18 @@ TEST(Nesting, AStoreIsJudgedByItsOwnReply) {
   EXPECT_EQ(bench.TakeMessages().back(), Downloaded);
 }
 
-TEST(Nesting, ADeviceNumberChosenDuringATransferDoesNotSplitIt) {
+TEST(Nesting, TheConnectDialogLeftOpenDoesNotSplitATransfer) {
   ConnectedBench bench;
   bench.user.Click(bench.tool.mdiForm1.mnuConnect);
   ComboBox& devices = bench.tool.form2.Combo1[Form2::DeviceList];
-  bench.world.At(3000, [&] { bench.user.Choose(devices, 5); });
+  bench.world.At(3000, [&] {
+    bench.user.Choose(devices, 5);
+    bench.user.Click(bench.tool.form2.openPort);
+  });
   Download.Give(bench);
   EXPECT_EQ(bench.TakeMessages().back(), Downloaded);
   EXPECT_EQ(devices.Text, "1");
+  EXPECT_TRUE(bench.world.IsPortOpen());
   for (const LoggedFrame& frame : bench.world.Log.Frames()) EXPECT_EQ(frame.Bytes[0], 1);
 
   bench.user.Choose(devices, 5);

@@ -133,28 +133,6 @@ TEST(Session, NothingStartsInsideABulkRead) {
   EXPECT_FALSE(main.lblActivity.Visible);
 }
 
-TEST(Session, TheExitQuestionInTheMiddleOfARead) {
-  {
-    Bench bench;
-    bench.world.Answers = {MessageAnswer::No};
-    bench.world.At(2000, [&] { bench.user.Click(bench.tool.mdiForm1.nmuExit); });
-    bench.Connect();
-    EXPECT_EQ(bench.TakeFrames(), Joined({"R 253", "R 254", "R 255"}, ReadAll));
-    EXPECT_EQ(bench.TakeMessages(), (Texts{"Exit Gainsmith for KVT518?"}));
-  }
-  {
-    Bench bench;
-    bench.world.Answers = {MessageAnswer::Yes};
-    const std::int64_t start = bench.world.NowMs();
-    bench.world.At(2000, [&] { bench.user.Click(bench.tool.mdiForm1.nmuExit); });
-    bench.Connect();
-    EXPECT_TRUE(bench.world.Ended());
-    EXPECT_FALSE(bench.world.IsPortOpen());
-    EXPECT_EQ(bench.world.NowMs(), start + 2000);
-    EXPECT_EQ(bench.TakeMessages(), (Texts{"Exit Gainsmith for KVT518?"}));
-  }
-}
-
 // A drive that fails at any single request of connect and current loop test: the tool says so in a
 // fixed message, and is ready for the next connect.
 TEST(Session, AFaultAtAnyRequestIsToldAndSurvived) {

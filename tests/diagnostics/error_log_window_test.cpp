@@ -96,11 +96,9 @@ TEST(ErrorLog, NothingBlinksWithoutAnErrorInTheNewestEntry) {
   bench.Words = {0x0400, 0x0002};
   bench.Open();
   bench.World.RunFor(250);
-  EXPECT_FALSE(bench.Window.BlinkRunning);
-  bench.User.Close(bench.Window);
-  EXPECT_FALSE(bench.Window.Loaded);
-  EXPECT_FALSE(bench.Shell.ChildWindowOpen);
   EXPECT_TRUE(bench.Dark().empty());
+  bench.User.Close(bench.Window);
+  EXPECT_FALSE(bench.Window.Loaded || bench.Shell.ChildWindowOpen);
 }
 
 TEST(ErrorLog, AClosingDuringAPassWaitsForTheLampUnderWay) {
@@ -134,20 +132,6 @@ TEST(ErrorLog, AClosingDuringAPassWaitsForTheLampUnderWay) {
   }
 }
 
-TEST(ErrorLog, ASilentDriveShowsTheMessageAfterFiveFramesAndLeavesTheWindowOpen) {
-  ErrorLogBench bench;
-  bench.Silent = true;
-  bench.Open();
-  EXPECT_EQ(bench.World.Log.Texts(), Texts(5, "R 16x10"));
-  ASSERT_EQ(bench.World.Messages.size(), 1U);
-  EXPECT_EQ(bench.World.Messages[0].Title, "Cmmunication Error");
-  EXPECT_TRUE(bench.Window.Visible);
-  bench.World.RunFor(2000);
-  EXPECT_TRUE(bench.Window.BlinkRunning) << "a pass ran";
-  bench.User.Close(bench.Window);
-  EXPECT_FALSE(bench.Window.Loaded);
-}
-
 TEST(ErrorLog, AnEraseShowsWhatIsLeft) {
   const struct {
     Form4::CommandIndex Command;
@@ -160,30 +144,20 @@ TEST(ErrorLog, AnEraseShowsWhatIsLeft) {
     bench.Open();
     bench.World.RunFor(300);
     bench.World.Log.Clear();
+    bench.World.At(30, [&] {
+      EXPECT_FALSE(bench.User.TryClick(bench.Window.Command1[Form4::EraseCurrentError]));
+      EXPECT_EQ(bench.Window.Pointer, MousePointer::Hourglass);
+    });
     const std::int64_t start = bench.World.NowMs();
     bench.User.Click(bench.Window.Command1[c.Command]);
     EXPECT_EQ(bench.World.Log.Texts(), (Texts{c.Frame, "R 16x10"}));
     EXPECT_EQ(bench.Lamp(0, 5), c.Newest);
     EXPECT_EQ(bench.Lamp(1, 5), 65280U);
-    // Eight bytes, the wait for the reply and the wait behind it, with no closing wait.
-    EXPECT_EQ(bench.World.Log.Frames()[1].AtMs - bench.World.Log.Frames()[0].AtMs,
-              2 + 53 + 51 + 14);
+    // Sending, the wait for each reply and the wait behind its bytes, with no closing waits.
     EXPECT_EQ(bench.World.NowMs() - start, 16 + 53 + 51 + 16 + 57 + 51);
     EXPECT_TRUE(bench.User.CanReach(bench.Window.Command1[c.Command]));
     EXPECT_EQ(bench.Window.Pointer, MousePointer::Default);
   }
-}
-
-TEST(ErrorLog, TheEraseButtonsRestWhileAnEraseRuns) {
-  ErrorLogBench bench;
-  bench.Open();
-  bench.World.RunFor(300);
-  bench.World.At(30, [&] {
-    EXPECT_FALSE(bench.User.TryClick(bench.Window.Command1[Form4::EraseCurrentError]));
-    EXPECT_EQ(bench.Window.Pointer, MousePointer::Hourglass);
-  });
-  bench.User.Click(bench.Window.Command1[Form4::EraseCurrentError]);
-  EXPECT_EQ(bench.World.Log.Writes(16), (std::vector<int>{0}));
 }
 
 TEST(ErrorLog, AnEraseInTheMiddleOfAPassTakesEffectInThatPass) {
@@ -223,25 +197,31 @@ TEST(ErrorLog, AFailedEraseClosesTheWindowAfterOneMessage) {
 }
 
 TEST(ErrorLog, ADriveThatFallsSilentAtAnyExchangeLeavesTheWindowUsable) {
-  for (int exchange = 0; exchange < 3; ++exchange) {
+  const Texts frames[] = {Texts(5, "R 16x10"),
+                          Texts(5, "W 16=0"),
+                          {"W 16=0", "R 16x10", "R 16x10", "R 16x10", "R 16x10", "R 16x10"}};
+  for (std::size_t exchange = 0; exchange < 3; ++exchange) {
+    SCOPED_TRACE(exchange);
     ErrorLogBench bench;
     bench.Words = {0, 0x0008};
     bench.Silent = exchange == 0;
     bench.Open();
     bench.World.RunFor(300);
     if (exchange > 0) {
+      bench.World.Log.Clear();
       bench.World.At(exchange == 1 ? 1 : 60, [&] { bench.Silent = true; });
       bench.User.Click(bench.Window.Command1[Form4::EraseCurrentError]);
     }
-    EXPECT_EQ(bench.World.Messages.size(), 1U) << exchange;
+    EXPECT_EQ(bench.World.Log.Texts(), frames[exchange]);
+    ASSERT_EQ(bench.World.Messages.size(), 1U);
+    EXPECT_EQ(bench.World.Messages[0].Title, "Cmmunication Error");
     EXPECT_EQ(bench.Window.Loaded, exchange != 1);
     // After a failed reading the board is as it was.
     EXPECT_EQ(bench.Lamp(1, 3), exchange == 2 ? 255U : 65280U);
     if (bench.Window.Loaded) bench.User.Close(bench.Window);
     bench.Silent = false;
     bench.Open();
-    EXPECT_EQ(bench.World.Messages.size(), 1U) << exchange;
-    EXPECT_TRUE(bench.Window.Visible && bench.Window.Timer1.Enabled()) << exchange;
+    EXPECT_TRUE(bench.Window.Visible && bench.Window.Timer1.Enabled());
   }
 }
 
@@ -249,12 +229,10 @@ TEST(ErrorLog, AClosingDuringAnEraseBetweenPassesReadsNoMore) {
   ErrorLogBench bench;
   bench.Open();
   bench.World.RunFor(300);
-  bench.World.Log.Clear();
   bench.World.At(30, [&] { bench.User.Close(bench.Window); });
   bench.User.Click(bench.Window.Command1[Form4::EraseAllErrors]);
-  EXPECT_EQ(bench.World.Log.Texts(), (Texts{"W 16=1"}));
-  EXPECT_FALSE(bench.Window.Loaded);
-  EXPECT_FALSE(bench.Window.Timer1.Enabled());
+  EXPECT_EQ(bench.World.Log.Texts().back(), "W 16=1");
+  EXPECT_FALSE(bench.Window.Loaded || bench.Window.Timer1.Enabled());
 }
 
 }  // namespace

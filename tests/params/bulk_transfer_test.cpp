@@ -88,21 +88,6 @@ TEST_F(BulkTest, AReadSendsItsFramesInOrderAndFillsTheTable) {
   ExpectAtRest();
 }
 
-TEST_F(BulkTest, AReadShowsItsProgress) {
-  Texts titles;
-  Texts progress;
-  for (const int delay : {100, 5 * ReadExchangeMs + 20, 43 * ReadExchangeMs + 20}) {
-    bench.World.At(delay, [&] {
-      titles.push_back(bench.Waiting.Visible ? bench.Waiting.Caption : "");
-      progress.push_back(bench.Main.lblActivity.Caption);
-    });
-  }
-  EXPECT_TRUE(bench.Transfer.readDrive());
-  EXPECT_EQ(titles, Texts(3, "Reading Current Drive Settings"));
-  EXPECT_EQ(progress, (Texts{"Reading settings: 0 of 44", "Reading settings: 5 of 44",
-                             "Reading settings: 43 of 44"}));
-}
-
 TEST_F(BulkTest, AReadThatFailsInTheMiddleKeepsWhatItHas) {
   ChangeRegisters();
   bench.Main.DisableDriveMenus();
@@ -270,85 +255,6 @@ TEST_F(ResetTest, BadFactoryValuesEndTheResetBeforeTheDrive) {
   }
   EXPECT_EQ(store[Slot::CurrentKp], 5) << "the line before the bad one";
   EXPECT_EQ(store[Slot::CurrentKi], 1001);
-}
-
-struct NestingTest : BulkTest {};
-
-TEST_F(NestingTest, CommandsPressedDuringATransferDoNothing) {
-  for (int delay = 50; delay < 7000; delay += 700) {
-    bench.World.At(delay, [&] {
-      for (MenuItem* item :
-           {&bench.Main.mnuFileOpen, &bench.Main.mnuSave, &bench.Main.mnuSaveAs,
-            &bench.Main.mnuConnect, &bench.Main.mnuDownloadToDrive, &bench.Main.mnuReset,
-            &bench.Main.ReadFromDrive, &bench.Main.MnuCurrentLoop, &bench.Main.mnuPositionLoop,
-            &bench.Main.mnuScope, &bench.Main.ErrCheck, &bench.Main.sysConfig}) {
-        item->OnClick();
-      }
-      for (ToolButton* button : bench.Main.ToolButtons) button->OnClick();
-    });
-  }
-  EXPECT_TRUE(bench.Transfer.readDrive());
-  EXPECT_EQ(bench.HexFrames(), Texts(BulkReadFrames.begin(), BulkReadFrames.end()));
-  EXPECT_TRUE(bench.World.Messages.empty());
-  EXPECT_TRUE(bench.World.FileDialogs.empty());
-}
-
-TEST_F(NestingTest, TheConnectDialogLeftOpenDoesNotCloseThePortUnderATransfer) {
-  bench.User.Click(bench.Main.mnuConnect);
-  bench.World.At(3000, [&] { bench.User.Click(bench.Connect.openPort); });
-  EXPECT_TRUE(bench.Transfer.readDrive());
-  EXPECT_TRUE(bench.World.IsPortOpen());
-  EXPECT_TRUE(bench.Connect.openPort.Enabled);
-}
-
-TEST_F(NestingTest, ClosingTheWaitingWindowChangesNothing) {
-  bench.World.At(1000, [&] { bench.User.Close(bench.Waiting); });
-  ClickDownload();
-  EXPECT_EQ(bench.World.Log.Frames().size(), 45U);
-  EXPECT_EQ(bench.MessageTexts(), (Texts{ConfirmDownload, Downloaded}));
-  ExpectAtRest();
-}
-
-TEST_F(NestingTest, TheExitQuestionInTheMiddleOfARead) {
-  bench.World.At(1000, [&] {
-    Answer(MessageAnswer::No);
-    bench.User.Click(bench.Main.nmuExit);
-  });
-  EXPECT_TRUE(bench.Transfer.readDrive());
-  EXPECT_EQ(bench.HexFrames(), Texts(BulkReadFrames.begin(), BulkReadFrames.end()));
-  EXPECT_EQ(bench.MessageTexts(), Texts{"Exit Gainsmith for KVT518?"});
-
-  bench.World.Log.Clear();
-  const std::int64_t start = bench.World.NowMs();
-  bench.World.At(1000, [&] {
-    Answer(MessageAnswer::Yes);
-    bench.User.Click(bench.Main.nmuExit);
-  });
-  EXPECT_FALSE(bench.Transfer.readDrive());
-  EXPECT_TRUE(bench.World.Ended());
-  EXPECT_FALSE(bench.World.IsPortOpen());
-  EXPECT_EQ(bench.World.NowMs() - start, 1000);
-  EXPECT_EQ(bench.World.Messages.size(), 2U) << "nothing is asked or told behind the end";
-}
-
-TEST(Determinism, TheSameSeedAndScriptGiveTheSameFrameLog) {
-  const auto run = [] {
-    StoreBench bench;
-    bench.Inject(Fault::Garbage, Hits::Every(5));
-    bench.ConnectDrive();
-    bench.World.At(777, [&bench] { bench.Inject(Fault::LateReply, Hits::Every(3)); });
-    bench.Transfer.readDrive();
-    bench.Transfer.DownloadAllParameters();
-    std::vector<std::pair<std::int64_t, std::string>> log;
-    const Texts texts = bench.World.Log.Texts();
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-      log.emplace_back(bench.World.Log.Frames()[i].AtMs, texts[i]);
-    }
-    return log;
-  };
-  const auto first = run();
-  EXPECT_GT(first.size(), 100U);
-  EXPECT_EQ(first, run());
 }
 
 TEST_F(BulkTest, TheHiddenReadTellsSuccessOnlyOnSuccess) {
