@@ -46,12 +46,6 @@ struct PlotBench {
     plot.Picture1.OnMouseUp(LeftButton, x, y);
   }
 
-  static AxisTexts Texts(const LabelColumn& column) {
-    AxisTexts texts;
-    for (std::size_t i = 0; i < texts.size(); ++i) texts[i] = column[i].Caption;
-    return texts;
-  }
-
   TraceState trace;
   bool linkIdle = true;
   ComboBox combo1;

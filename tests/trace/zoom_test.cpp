@@ -91,9 +91,7 @@ TEST(ZoomIn, FirstLevelOfThreeChannels) {
   EXPECT_EQ(trace.VTop[1], 312.5F);  // not rounded
   EXPECT_EQ(trace.VGain[1], 0.8F);
   EXPECT_EQ(trace.PErrStep[1], 20);
-  EXPECT_EQ(trace.PErrTop[1], 125);
   EXPECT_EQ(trace.PRefTop[1], 125);
-  EXPECT_EQ(trace.PBakGain[1], 2);
 }
 
 TEST(ZoomIn, TwoChannelsRoundTheVelocityTopToEven) {
@@ -128,18 +126,6 @@ TEST(ZoomIn, SecondLevelAddsNothingToTheWidth) {
   EXPECT_EQ(trace.ZoomWidth[2], 50);  // 49.75
   EXPECT_EQ(trace.IStep[2], 80);      // 50 fits exactly
   EXPECT_EQ(trace.ZoomHeight[2], -160);
-}
-
-TEST(ZoomIn, WithoutAFittingStepTheTablesStay) {
-  TraceState trace;
-  Capture(trace, 20);
-  trace.ZoomWidth[1] = 77;
-  trace.TimeStep[1] = 66;
-  EXPECT_FALSE(ZoomIn(trace, 3, 1, {.StartX = 30, .StartY = 10, .EndX = 70, .EndY = 9.9F}));
-  EXPECT_EQ(trace.ZoomWidth[1], 77);
-  EXPECT_EQ(trace.TimeStep[1], 66);
-  EXPECT_EQ(trace.ZoomTop[1], 0);
-  EXPECT_EQ(trace.IStep[1], 0);
 }
 
 TEST(ZoomIn, BeforeAnyCaptureNothingBecomesInfinite) {
