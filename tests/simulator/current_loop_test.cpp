@@ -118,13 +118,5 @@ TEST_F(CurrentStepTest, HoldsTheCurrentUntilTheTestIsEnded) {
   EXPECT_GT(servo_.Sample(199), 0) << "the picture stays in the memory";
 }
 
-TEST_F(CurrentStepTest, SameSeedSameSamples) {
-  const std::vector<int> first = RunFactory();
-  Servo twin(
-      registers_, [](DriveError) {}, MotorPresets().front(), 1);
-  twin.Write(Reg::CurrentStep, 1, 0);
-  for (int i = 0; i < 200; ++i) EXPECT_EQ(twin.Sample(i), first[static_cast<std::size_t>(i)]);
-}
-
 }  // namespace
 }  // namespace gainsmith::sim

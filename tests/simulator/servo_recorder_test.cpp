@@ -1,92 +1,33 @@
 // The recorder: layouts, timing, and that each recording fits the move that it shows.
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <numeric>
+#include <cmath>
 
 #include "servo_bench.h"
+#include "trace/position_reference.h"
 
 namespace gainsmith::sim {
 namespace {
 
-// The reference of a position test as a host works it out from the profile words alone, one entry
-// for each sample: out, pause, back, pause, beginning after the sixth sample.
-std::vector<float> HostReference(const RegisterBank& registers) {
-  const int a = registers[Reg::AccelerationWord];
-  const int s = registers[Reg::SpeedWord];
-  const auto d =
-      static_cast<float>((registers[Reg::LengthHigh] % 256) * 65536 + registers[Reg::LengthLow]);
-  const int w = registers[Reg::PauseWord];
-  const int t = registers[Reg::SampleDivider];
-  std::vector<float> reference(200, 0.0f);
-  float pos = 0, vel = 0, brakeAt = 0;
-  int state = 0, dwell = 0, sub = 0;
-  std::size_t i = 0;
-  const auto accelerated = [&](int sign) { return vel + static_cast<float>(sign * a); };
-  for (int tick = 0; tick <= 199 * t; ++tick) {
-    if (state == 0) {
-      vel = i > 5 ? static_cast<float>(a) : 0.0f;
-      if (i > 5) state = 1;
-    } else if (state == 1) {
-      if (d / 2 <= pos) {
-        vel = accelerated(-1), state = 3;
-      } else if (vel >= static_cast<float>(s)) {
-        brakeAt = d - pos, vel = static_cast<float>(s), state = 2;
-      } else {
-        vel = accelerated(1);
-      }
-    } else if (state == 2) {
-      if (pos >= brakeAt) state = 3;
-    } else if (state == 3) {
-      if (pos < d && vel >= static_cast<float>(a)) {
-        vel = accelerated(-1);
-      } else {
-        vel = 0, dwell = 1, state = 4;
-      }
-    } else if (state == 4) {
-      vel = 0;
-      if (++dwell > w) state = 5;
-    } else if (state == 5) {
-      vel = accelerated(-1), state = 6;
-    } else if (state == 6) {
-      if (d / 2 >= pos) {
-        vel = accelerated(1), state = 8;
-      } else if (vel <= static_cast<float>(-s)) {
-        brakeAt = d - pos, vel = static_cast<float>(-s), state = 7;
-      } else {
-        vel = accelerated(-1);
-      }
-    } else if (state == 7) {
-      if (pos <= brakeAt) state = 8;
-    } else if (state == 8) {
-      if (pos <= 0 || vel > static_cast<float>(-a)) {
-        vel = 0, dwell = 1, state = 9;
-      } else {
-        vel = accelerated(1);
-      }
-    } else {
-      vel = 0;
-      if (++dwell > w) pos = 0, state = 0;
-    }
-    pos = static_cast<float>(static_cast<double>(pos) + static_cast<double>(vel) / 100.0);
-    if (++sub == t) {
-      sub = 0;
-      reference[i++] = pos;
-    }
-  }
-  return reference;
-}
-
-// Reference less recorded error must be where the shaft was, which the velocity words add up to.
+// The tool's reference less the recorded error must be where the shaft was, which the velocity
+// words add up to.
 void ExpectRecordingFitsReference(const ServoBench& bench) {
-  const std::vector<float> reference = HostReference(bench.Registers);
-  const std::size_t filled = bench.Registers[Reg::SampleDivider] > 1 ? 199 : 200;
+  TraceState trace;
+  trace.ProfileSpeed = bench.Registers[Reg::SpeedWord];
+  trace.ProfileAccel = bench.Registers[Reg::AccelerationWord];
+  trace.ProfileDistHigh = bench.Registers[Reg::LengthHigh];
+  trace.ProfileDistLow = bench.Registers[Reg::LengthLow];
+  trace.ProfileDwell = bench.Registers[Reg::PauseWord];
+  trace.SampleDivider = bench.Registers[Reg::SampleDivider];
+  for (int i = 0; i < 200; ++i)
+    trace.PErrTrace[static_cast<std::size_t>(i)] = bench.Motor.Sample(i);
+  RegeneratePositionReference(trace);
   double shaft = 0;
   double worst = 0;
+  const std::size_t filled = trace.SampleDivider > 1 ? 199 : 200;
   for (std::size_t i = 0; i < filled; ++i) {
     shaft += bench.Motor.Sample(200 + static_cast<int>(i));
-    const double feedback = reference[i] - bench.Motor.Sample(static_cast<int>(i));
-    worst = std::max(worst, std::abs(feedback - shaft));
+    worst = std::max(worst, std::abs(trace.PBakTrace[i] - shaft));
   }
   EXPECT_LE(worst, 3);
 }
