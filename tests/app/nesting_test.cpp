@@ -237,17 +237,5 @@ TEST(Nesting, AWindowOpenedUnderALoadThatFailsCanBeClosed) {
   }
 }
 
-TEST(Nesting, AWrongDeviceNumberIsToldAndTheRightOneConnects) {
-  Bench bench;
-  bench.user.Click(bench.tool.mdiForm1.mnuConnect);
-  bench.user.Choose(bench.tool.form2.Combo1[Form2::DeviceList], 7);
-  bench.user.Click(bench.tool.form2.openPort);
-  EXPECT_EQ(bench.TakeFrames(), Texts{"R 253"});
-  EXPECT_EQ(bench.TakeMessages().size(), 1U);
-  bench.user.Choose(bench.tool.form2.Combo1[Form2::DeviceList], 1);
-  bench.user.Click(bench.tool.form2.openPort);
-  EXPECT_EQ(bench.tool.mdiForm1.lblConnection.Caption, "Connected");
-}
-
 }  // namespace
 }  // namespace gainsmith::test

@@ -189,13 +189,6 @@ TEST_F(LinkTest, TheShortFormKeepsItsFlagsThroughAResend) {
   EXPECT_EQ(link.LinkErrorCount, 1);
 }
 
-TEST_F(LinkTest, AReplyOfTheLastExchangeOutlivesSilence) {
-  ASSERT_TRUE(link.Read(Register::EncoderCounts));
-  device.Drive.Inject(Fault::Silent);
-  EXPECT_FALSE(link.Read(Register::CurrentKp));
-  EXPECT_EQ(link.Raw(), 4000);
-}
-
 TEST_F(LinkTest, AValueThatCannotBePackedIsRefusedBeforeTheLine) {
   for (const float value : {65536.0F, -1.0F, NAN}) {
     EXPECT_FALSE(link.Write(Register::CurrentKp, value));
@@ -291,14 +284,6 @@ TEST_F(LinkTest, AnAbandonedExchangeSendsNoSecondFrame) {
   device.Drive.Inject(Fault::DropNth, Hits::Next(1));
   EXPECT_FALSE(link.Write(Register::PositionCommand, 2, {.Abandon = [] { return true; }}));
   EXPECT_EQ(world.Log.Texts(), Texts{"W 9=2"});
-}
-
-TEST_F(LinkTest, ADeviceThatGoesAwayFailsInTheOrdinaryWayAndTheProgramsEndStopsAllWaits) {
-  world.At(100, [&] { world.EndProgram(); });
-  device.Drive.Inject(Fault::HangUp);
-  EXPECT_FALSE(link.Read(Register::CurrentKp));
-  EXPECT_EQ(Elapsed(), 100);
-  EXPECT_FALSE(world.IsPortOpen());
 }
 
 }  // namespace

@@ -21,31 +21,12 @@ TEST(ParameterTable, EveryRawValueComesBackFromEverySlot) {
 }
 
 TEST(ParameterTable, ValuesAreTheFloatsOfTheirDecimalText) {
-  struct Case {
-    Slot Index;
-    std::uint16_t Raw;
-    float Value;
-  };
-  const Case cases[] = {
-      {Slot::Resistance, 260, 2.6F},         {Slot::Resistance, 254, 2.54F},
-      {Slot::Inductance, 65535, 655.35F},    {Slot::BackEmf, 1, 0.01F},
-      {Slot::TorqueConstant, 500, 0.5F},     {Slot::TorqueConstant, 32767, 32.767F},
-      {Slot::Inertia, 13, 0.00013F},         {Slot::Inertia, 34000, 0.34F},
-      {Slot::AnalogPeakCurrent, 235, 23.5F}, {Slot::PeakCurrentLimit, 840, 8.4F},
-      {Slot::RatedCurrentLimit, 35, 0.35F},  {Slot::CurrentKp, 65535, 65535.0F},
-      {Slot::AnalogDeadBand, 20, 20.0F},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(RawToValue(c.Index, c.Raw), c.Value) << RowOf(c.Index).Name;
-  }
-}
-
-TEST(ParameterTable, AValueIsRoundedOnlyWhenItIsPacked) {
-  const float inertia = ValueToRaw(Slot::Inertia, 0.000123F);
-  EXPECT_FLOAT_EQ(inertia, 12.3F);
-  EXPECT_EQ(PackWord(inertia), 12);
-  EXPECT_EQ(PackWord(ValueToRaw(Slot::CurrentKp, 2.5F)), 2);
-  EXPECT_EQ(PackWord(ValueToRaw(Slot::Resistance, 655.36F)), std::nullopt);
+  EXPECT_EQ(RawToValue(Slot::Resistance, 260), 2.6F);
+  EXPECT_EQ(RawToValue(Slot::Inductance, 65535), 655.35F);
+  EXPECT_EQ(RawToValue(Slot::TorqueConstant, 32767), 32.767F);
+  EXPECT_EQ(RawToValue(Slot::Inertia, 13), 0.00013F);
+  EXPECT_EQ(RawToValue(Slot::AnalogPeakCurrent, 235), 23.5F);
+  EXPECT_EQ(RawToValue(Slot::CurrentKp, 65535), 65535.0F);
 }
 
 TEST(ParameterTable, EveryRowButTheFlagsHasItsOwnRegisterAndItsNumberAsKey) {

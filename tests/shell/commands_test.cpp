@@ -139,63 +139,38 @@ TEST(Commands, CommunicationAndExclusionTests) {
       {&MDIForm1::mnuReset, nullptr, "reset", false, "Please close all other opened window(s)",
        MessageIcon::Critical, false, false},
   };
+  enum class Now { PortClosed, Free, Held, Transferring };
   for (const Row& row : rows) {
-    {
-      Shell shell;  // port closed, no window open
+    for (const Now now : {Now::PortClosed, Now::Free, Now::Held, Now::Transferring}) {
+      Shell shell;
       MenuItem& item = shell.Main.*row.Item;
-      SCOPED_TRACE(item.Name);
+      SCOPED_TRACE(item.Name + " " + std::to_string(static_cast<int>(now)));
+      if (now != Now::PortClosed) shell.Connected();
+      shell.State.ChildWindowOpen = now == Now::Held;
+      shell.State.BulkTransferRunning = now == Now::Transferring;
       shell.Do(item);
-      EXPECT_EQ(shell.World.Messages.size(), row.AsksForThePort ? 1U : 0U);
-      if (row.AsksForThePort) {
-        EXPECT_EQ(shell.World.Messages.at(0).Text, LostLink);
-        EXPECT_EQ(shell.World.Messages.at(0).Title, "Cmmunication Error");
-        EXPECT_EQ(shell.World.Messages.at(0).Icon, MessageIcon::Critical);
-        EXPECT_FALSE(shell.State.ChildWindowOpen);
-        EXPECT_EQ(shell.World.LoadedWindows().size(), 1U);
+
+      const bool lost = now == Now::PortClosed && row.AsksForThePort;
+      const bool held = now == Now::Held && row.WhenHeld != nullptr;
+      ASSERT_EQ(shell.World.Messages.size(), lost || held ? 1U : 0U);
+      if (lost || held) {
+        const Message& message = shell.World.Messages[0];
+        EXPECT_EQ(message.Text, lost ? LostLink : row.WhenHeld);
+        EXPECT_EQ(message.Title, lost ? "Cmmunication Error" : MainTitle);
+        EXPECT_EQ(message.Icon, lost ? MessageIcon::Critical : row.Icon);
       }
-    }
-    {
-      Shell shell;  // connected, no window open
-      shell.Connected();
-      MenuItem& item = shell.Main.*row.Item;
-      SCOPED_TRACE(item.Name);
-      shell.Do(item);
-      EXPECT_TRUE(shell.World.Messages.empty());
-      EXPECT_EQ(shell.State.ChildWindowOpen, row.SetsMark);
-      if (row.Opens != nullptr) {
-        const Window& child = shell.*row.Opens;
-        EXPECT_TRUE(child.Visible);
-        EXPECT_EQ(child.Modal, row.Modal);
-        shell.User.Close(shell.*row.Opens);
-        EXPECT_EQ(shell.Main.Pointer, MousePointer::Default);
-      }
-      if (*row.Calls != 0) {
+      const bool runs = !lost && !held && now != Now::Transferring;
+      const bool opens = runs && row.Opens != nullptr;
+      EXPECT_EQ(shell.World.LoadedWindows().size(), opens ? 2U : 1U);
+      EXPECT_EQ(shell.State.ChildWindowOpen, now == Now::Held || (runs && row.SetsMark));
+      if (runs && *row.Calls != 0) {
         EXPECT_EQ(shell.Calls, std::vector<std::string>{row.Calls});
       }
-    }
-    {
-      Shell shell;  // connected, another window holds the drive
-      shell.Connected();
-      shell.State.ChildWindowOpen = true;
-      MenuItem& item = shell.Main.*row.Item;
-      SCOPED_TRACE(item.Name);
-      shell.Do(item);
-      EXPECT_EQ(shell.World.Messages.size(), row.WhenHeld == nullptr ? 0U : 1U);
-      if (row.WhenHeld != nullptr) {
-        EXPECT_EQ(shell.World.Messages.at(0).Text, row.WhenHeld);
-        EXPECT_EQ(shell.World.Messages.at(0).Title, MainTitle);
-        EXPECT_EQ(shell.World.Messages.at(0).Icon, row.Icon);
-        EXPECT_EQ(shell.World.LoadedWindows().size(), 1U);
-      }
-    }
-    {
-      Shell shell;  // a bulk transfer runs
-      shell.Connected();
-      shell.State.BulkTransferRunning = true;
-      shell.Do(shell.Main.*row.Item);
-      EXPECT_TRUE(shell.World.Messages.empty());
-      EXPECT_TRUE(shell.Calls.empty());
-      EXPECT_EQ(shell.World.LoadedWindows().size(), 1U);
+      if (!opens) continue;
+      EXPECT_TRUE((shell.*row.Opens).Visible);
+      EXPECT_EQ((shell.*row.Opens).Modal, row.Modal);
+      shell.User.Close(shell.*row.Opens);
+      EXPECT_EQ(shell.Main.Pointer, MousePointer::Default);
     }
   }
 }
