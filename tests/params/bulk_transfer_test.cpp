@@ -161,24 +161,6 @@ TEST_F(BulkTest, ASettingThatTheDriveDoesNotTakeIsSkippedAndNamed) {
   EXPECT_TRUE(bench.Line.WriteFailed);
 }
 
-TEST_F(BulkTest, ADriveThatFallsSilentIsToldOfByTheStore) {
-  bench.World.At(10 * (WriteExchangeMs + 51), [&] { bench.Inject(Fault::Silent); });
-  const auto before = store.ParameterValues;
-  ClickDownload();
-  EXPECT_EQ(bench.World.Log.Frames().size(), 10U + 4U * 34U + 12U);
-  EXPECT_EQ(bench.World.Log.Writes(12).size(), 12U);
-  EXPECT_EQ(bench.MessageTexts(), (Texts{ConfirmDownload, LostLinkText}));
-  EXPECT_EQ(store.ParameterValues, before);
-  EXPECT_NE(bench.Main.lblNotice.Caption.find(" and 28 more"), std::string::npos);
-  ExpectAtRest();
-}
-
-TEST_F(BulkTest, AStoreThatAnswersLateIsSentForAgain) {
-  bench.Inject(Fault::DropNth, Hits::Next(1));
-  EXPECT_TRUE(bench.Transfer.SaveToEeprom());
-  EXPECT_EQ(bench.World.Log.Texts(), (Texts{"W 12=1", "W 12=1"}));
-}
-
 TEST_F(BulkTest, ATableWithValuesThatCannotBePackedIsNotSent) {
   store[Slot::Resistance] = 655.36F;
   store[Slot::CurrentKi] = -1;
