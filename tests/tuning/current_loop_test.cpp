@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/number_text.h"
 #include "tuning/current_loop_window.h"
 #include "tuning/tuning_bench.h"
 
@@ -12,8 +11,6 @@ namespace gainsmith::test {
 namespace {
 
 using Texts = TuningBench::Texts;
-
-constexpr int KpFactory = 400;
 
 Texts TestFrames(const std::string& kp, const std::string& ki, const std::string& current) {
   return {"W 0=" + kp, "W 1=" + ki, "W 4=" + current, "W 2=1",
@@ -145,22 +142,6 @@ TEST_F(CurrentLoopTest, DrawsTheTraceAndBothLines) {
   const auto revision = Window.Picture1.Revision;
   Bench.World.RunFor(1000);
   EXPECT_EQ(Window.Picture1.Revision, revision) << "the same picture was drawn again";
-}
-
-TEST_F(CurrentLoopTest, AHigherKpRisesFaster) {
-  const auto firstAbove = [&](float level) {
-    const auto& trace = Window.Plot.MeasuredCurrent;
-    return std::find_if(trace.begin(), trace.end(), [&](float a) { return a > level; }) -
-           trace.begin();
-  };
-  Open();
-  Window.Text1[Form1::TestCurrent].Text = "1";
-  Window.Text1[Form1::Kp].Text = PlainText(KpFactory / 5.F);
-  Test();
-  const auto slow = firstAbove(0.8F);
-  Window.Text1[Form1::Kp].Text = PlainText(KpFactory);
-  Test();
-  EXPECT_LT(firstAbove(0.8F), slow);
 }
 
 TEST(CurrentPlotTest, ConvertsCountsAsTheDriveMeansThem) {

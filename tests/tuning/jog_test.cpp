@@ -3,8 +3,7 @@
 
 #include <algorithm>
 
-#include "tuning/position_window.h"
-#include "tuning/tuning_bench.h"
+#include "tuning/run_window_bench.h"
 
 namespace gainsmith::test {
 namespace {
@@ -13,11 +12,12 @@ using Texts = TuningBench::Texts;
 
 struct JogTest : ::testing::Test {
   DriveDevice Device;
-  TuningBench Bench{Device};
-  Form3 Window{Bench.World, Bench.Link, Bench.Params, Bench.Shell, Bench.Trace, Bench.Progress};
+  PositionBench On{Device};
+  TuningBench& Bench = On.Bench;
+  Form3& Window = On.Window;
 
   void SetUp() override {
-    Bench.World.ShowModal(Window);
+    Open(On);
     Bench.TakeFrames();
   }
   void ReleaseAfter(std::int64_t delayMs, Button& button) {
@@ -157,12 +157,8 @@ TEST_F(JogTest, ABadFieldIsCorrectedAndThePressGoesOn) {
 TEST_F(JogTest, ALostLinkIsSaidOnceAndNeverTurnsTheMotorAgain) {
   for (int good = 0; good < 4; ++good) {
     SCOPED_TRACE(good);
-    Device.Drive.Inject(sim::Fault::Silent);
-    if (good > 0) {
-      Device.Drive.ClearFaults();
-      // Silent from the exchange after the good ones.
-      Bench.World.At(good * 163, [&] { Device.Drive.Inject(sim::Fault::Silent); });
-    }
+    // Silent from the exchange after the good ones.
+    Bench.World.At(good * 163, [&] { Device.Drive.Inject(sim::Fault::Silent); });
     ReleaseAfter(3000, Window.Command2);
     Bench.User.Press(Window.Command2);
     Bench.World.RunFor(20000);
@@ -171,8 +167,7 @@ TEST_F(JogTest, ALostLinkIsSaidOnceAndNeverTurnsTheMotorAgain) {
     Device.Drive.ClearFaults();
     Device.Drive.Reset(Bench.World.NowMs() * 1000);
     Bench.World.RunFor(1000);
-    Bench.Trace.ClosingPositionWindow = false;
-    Bench.World.ShowModal(Window);
+    Open(On);
     EXPECT_TRUE(Window.Loaded);
     EXPECT_EQ(Bench.TakeMessages(), Texts{});
   }

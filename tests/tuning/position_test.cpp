@@ -1,8 +1,7 @@
 // Form3: what it sends, in order, and the state it is left in.
 #include <gtest/gtest.h>
 
-#include "tuning/position_window.h"
-#include "tuning/tuning_bench.h"
+#include "tuning/run_window_bench.h"
 
 namespace gainsmith::test {
 namespace {
@@ -16,35 +15,26 @@ const Texts StartFrames{"W 19=4000", "W 22=1000", "W 21=20",  "W 23=0",   "W 24=
 
 struct PositionTest : ::testing::Test {
   DriveDevice Device;
-  TuningBench Bench{Device};
-  Form3 Window{Bench.World, Bench.Link, Bench.Params, Bench.Shell, Bench.Trace, Bench.Progress};
+  PositionBench On{Device};
+  TuningBench& Bench = On.Bench;
+  Form3& Window = On.Window;
+  Button& Run = On.RunButton;
 
   PositionTest() {
     Device.Drive.Registers()[sim::Reg::PositionKp] = 800;
     Device.Drive.Registers()[sim::Reg::Kaff] = 1000;
   }
-  Button& Run() { return Window.Command1[Form3::MainStart]; }
-  void Open() {
-    Bench.Trace.ClosingPositionWindow = false;
-    Bench.World.ShowModal(Window);
-  }
   void OpenQuietly() {
-    Open();
+    Open(On);
     Bench.TakeFrames();
   }
-  void Click() { Bench.User.Click(Run()); }
+  void Click() { Bench.User.Click(Run); }
   void ClickAfter(std::int64_t delayMs) {
-    Bench.World.At(delayMs, [this] { Bench.User.Click(Run()); });
-  }
-  // A short move in short recordings.
-  void EnterShortTest() {
-    Window.Text1[Form3::Distance].Text = "2000";
-    Window.Text1[Form3::RepeatTimes].Text = "20";
-    Window.Combo1.Choose(1);
+    Bench.World.At(delayMs, [this] { Bench.User.Click(Run); });
   }
   void ExpectStopped() {
-    EXPECT_EQ(Run().Caption, "Start");
-    EXPECT_EQ(Run().BackColor, 0x00FF00U);
+    EXPECT_EQ(Run.Caption, "Start");
+    EXPECT_EQ(Run.BackColor, 0x00FF00U);
     EXPECT_TRUE(Bench.Link.LinkIdle);
     EXPECT_FALSE(Window.DataSource.Enabled());
     EXPECT_TRUE(Window.Text1[Form3::Velocity].Enabled);
@@ -57,7 +47,7 @@ struct PositionTest : ::testing::Test {
 TEST_F(PositionTest, LoadReadsTheGainsAndEndsAFormerTest) {
   Device.Drive.Registers()[sim::Reg::LowKaff] = 65535;
   Bench.Trace.SampleDivider = 7;
-  Open();
+  Open(On);
   EXPECT_EQ(Bench.TakeFrames(), LoadFrames);
   EXPECT_GE(Bench.World.Repaints, 100) << "the progress flash";
   EXPECT_FALSE(Bench.Progress.Loaded);
@@ -67,7 +57,7 @@ TEST_F(PositionTest, LoadReadsTheGainsAndEndsAFormerTest) {
   EXPECT_EQ(Bench.Params[Slot::EncoderCounts], 4000);
   EXPECT_EQ(Window.Text1[Form3::Distance].Text, "40000");
   EXPECT_EQ(Window.Combo1.Text, "2000ms");
-  EXPECT_EQ(Run().BackColor, 0x00C000U);
+  EXPECT_EQ(Run.BackColor, 0x00C000U);
   EXPECT_TRUE(Bench.Link.LinkIdle);
   EXPECT_TRUE(Bench.Shell[OpenMark::PositionLoop] && Bench.Shell.ChildWindowOpen);
 }
@@ -90,9 +80,9 @@ TEST_F(PositionTest, ATestRunsToTheEndOfItsPlan) {
   expected.insert(expected.end(), {"R 28", "upload 12"});
   EXPECT_EQ(Summary(Bench.TakeFrames()), expected);
   EXPECT_EQ(Window.PositionTestMs, 4250);
-  EXPECT_EQ(Run().Caption, "Stop");
+  EXPECT_EQ(Run.Caption, "Stop");
   EXPECT_EQ(Window.Command1[Form3::GainStart].Caption, "Stop");
-  EXPECT_EQ(Run().BackColor, 0x0000FFU);
+  EXPECT_EQ(Run.BackColor, 0x0000FFU);
   EXPECT_FALSE(Window.Text5.Enabled || Window.Text1[Form3::RepeatTimes].Enabled);
   EXPECT_TRUE(Window.Check1[Form3::PBak].Enabled);
   EXPECT_FALSE(Window.Plot.Picture1.Lines.empty());
@@ -101,7 +91,7 @@ TEST_F(PositionTest, ATestRunsToTheEndOfItsPlan) {
   ASSERT_TRUE(Bench.World.RunUntil([&] { return !Window.DataSource.Enabled(); }, 20000));
   EXPECT_EQ(Summary(Bench.TakeFrames()), (Texts{"W 20=200", "R 28", "upload 12"}));
   EXPECT_EQ(Window.Plot.Picture1.Revision, shown);
-  EXPECT_EQ(Run().Caption, "Stop");
+  EXPECT_EQ(Run.Caption, "Stop");
   EXPECT_FALSE(Bench.Link.LinkIdle);
 
   Click();
@@ -143,7 +133,7 @@ TEST_F(PositionTest, MotionFieldsAreRememberedByAStart) {
   OpenQuietly();
   Window.Text1[Form3::Velocity].Text = "250";
   Bench.User.Close(Window);
-  Open();
+  Open(On);
   EXPECT_EQ(Window.Text1[Form3::Velocity].Text, "300");
   Window.Text1[Form3::Velocity].Text = "250";
   Window.Text1[Form3::RepeatTimes].Text = "9";
@@ -151,7 +141,7 @@ TEST_F(PositionTest, MotionFieldsAreRememberedByAStart) {
   Click();
   Bench.World.RunFor(500);
   Bench.User.Close(Window);
-  Open();
+  Open(On);
   EXPECT_EQ(Window.Text1[Form3::Velocity].Text, "250");
   EXPECT_EQ(Window.Text1[Form3::RepeatTimes].Text, "1");
 }
@@ -187,9 +177,10 @@ TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
   struct Case {
     Form3::Field Index;
     std::vector<const char*> Bad;
-    const char* Text;
+    std::string Text;
   };
   const std::vector<const char*> badCount{"", "abc", "-1", "0", "32767.5", "1e999", "nan"};
+  const std::string gain = "should be an integer value of 0-65535";
   const std::vector<const char*> badGain{"-0.1", "65535.01", "1e999"};
   const Case cases[] = {
       {Form3::Velocity,
@@ -203,17 +194,11 @@ TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
        "Distance value should be an integer value of at least 1"},
       {Form3::Interval, badCount, "Interval value should be an integer value of 1-32767"},
       {Form3::RepeatTimes, badCount, "Repeat time value should be an integer value of 1-32767"},
-      {Form3::PositionKp,
-       {"", "0", "65536"},
-       "The Kp value of Position Loop 1 should be an integer value of 0-65535"},
-      {Form3::Kvff, badGain,
-       "The Kvff value of Position Loop 1 should be an integer value of 0-65535"},
-      {Form3::PositionKd, badGain,
-       "The Kd valueof Position Loop 1 should be an integer value of 0-65535"},
-      {Form3::LowPositionKi, badGain,
-       "The Kvff value of Position Loop 2 should be an integer value of 0-65535"},
-      {Form3::LowVelocityKi, badGain,
-       "The Vi value of Position Loop 2 should be an integer value of 0-65535"},
+      {Form3::PositionKp, {"", "0", "65536"}, "The Kp value of Position Loop 1 " + gain},
+      {Form3::Kvff, badGain, "The Kvff value of Position Loop 1 " + gain},
+      {Form3::PositionKd, badGain, "The Kd valueof Position Loop 1 " + gain},
+      {Form3::LowPositionKi, badGain, "The Kvff value of Position Loop 2 " + gain},
+      {Form3::LowVelocityKi, badGain, "The Vi value of Position Loop 2 " + gain},
       // No limit of the field, but nothing that the drive could take.
       {Form3::Velocity,
        {"19661", "19660.6"},
@@ -242,7 +227,7 @@ TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
   ASSERT_EQ(Bench.World.Messages.size(), 1U);
   EXPECT_EQ(Bench.World.Messages[0].Title, "Invalide Value");
   EXPECT_EQ(Bench.TakeFrames(), Texts{});
-  EXPECT_EQ(Run().Caption, "Start");
+  EXPECT_EQ(Run.Caption, "Start");
   EXPECT_TRUE(Bench.Link.LinkIdle);
 }
 
@@ -290,21 +275,13 @@ TEST_F(PositionTest, ARunningTestRefusesToClose) {
   Click();
   Bench.World.RunFor(100);
   ExpectStopped();
+  Bench.TakeFrames();
   Bench.User.Close(Window);
   EXPECT_FALSE(Window.Loaded);
   EXPECT_FALSE(Bench.Shell[OpenMark::PositionLoop] || Bench.Shell.ChildWindowOpen);
   EXPECT_TRUE(Bench.Trace.ClosingPositionWindow);
-}
-
-TEST_F(PositionTest, ClosingWritesNothing) {
-  OpenQuietly();
-  ClickAfter(1000);
-  Click();
-  Bench.TakeFrames();
-  Bench.User.Close(Window);
-  EXPECT_FALSE(Window.Loaded);
   Bench.World.RunFor(5000);
-  EXPECT_EQ(Bench.TakeFrames(), Texts{});
+  EXPECT_EQ(Bench.TakeFrames(), Texts{}) << "closing writes nothing";
 }
 
 TEST_F(PositionTest, ClosingWhileGainsAreWrittenIsSound) {
@@ -322,7 +299,7 @@ TEST_F(PositionTest, ClosingWhileGainsAreWrittenIsSound) {
 
 TEST_F(PositionTest, PositionSeriesShareAnAxisUntilTheNextCapture) {
   OpenQuietly();
-  EnterShortTest();
+  On.EnterShortTest();
   Bench.User.Click(Window.Check1[Form3::PRef]);
   EXPECT_EQ(Window.Plot.Label11.Caption, "Position Error (p)");
   Click();

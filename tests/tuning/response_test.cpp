@@ -40,20 +40,6 @@ TEST_F(PositionResponse, HalfTheGainDoublesTheLagAndFeedForwardRemovesIt) {
   EXPECT_LT(Lag(Record("800", "1000")), lag / 5);
 }
 
-TEST_F(PositionResponse, TheTraceIsTheMoveThatWasEntered) {
-  const TraceState& trace = Record("800", "1000");
-  EXPECT_NEAR(trace.VBakTrace[100], 300, 15);
-  EXPECT_NEAR(*std::max_element(trace.VBakTrace.begin(), trace.VBakTrace.end()), 300, 30);
-  // The regenerated reference runs along with what the motor did.
-  for (std::size_t i = 10; i < 190; ++i) {
-    EXPECT_NEAR(trace.PRefTrace[i], trace.PBakTrace[i] + trace.PErrTrace[i], 1);
-  }
-  const float travelled = trace.PRefTrace[150] - trace.PRefTrace[50];
-  float moved = 0;  // pulses per sample, from the velocity
-  for (std::size_t i = 50; i < 150; ++i) moved += trace.VBakTrace[i] * 4000 / 60 * 0.01F;
-  EXPECT_NEAR(travelled, moved, 400);
-}
-
 TEST(VelocityResponse, AGainWrittenByEnterShowsInTheNextTrace) {
   DriveDevice device;
   VelocityBench on(device);
