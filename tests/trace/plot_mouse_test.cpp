@@ -131,6 +131,9 @@ TEST(PlotZoom, NoGestureSpoilsTheAxes) {
   };
   for (const PlotDescription* description : {&VelocityPlot, &PositionPlot, &ScopePlot}) {
     PlotBench bench(*description);
+    for (ZoomTable* table : {&bench.trace.ITop, &bench.trace.VTop, &bench.trace.PErrTop}) {
+      table->fill(0);
+    }
     bench.plot.CaptureHaveData = true;
     for (int i = 0; i < 3000; ++i) {
       const PictureScale view = bench.plot.Picture1.Scale;

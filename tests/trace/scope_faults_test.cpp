@@ -170,17 +170,6 @@ TEST_F(ScopeFaultTest, AFailureInsideAFailingCycleIsToldOnce) {
   }
 }
 
-TEST_F(ScopeFaultTest, ACycleThatFailsInsideAStartIsToldOnce) {
-  OpenQuietly();
-  Window.Timer1.Start();  // as the main window's command does
-  Device.Drive.Inject(sim::Fault::Silent);
-  Click();
-  Bench.World.RunFor(30'000);
-  EXPECT_EQ(Bench.TakeMessages(), (Texts{LostLink}));
-  ExpectClosed();
-  ExpectQuiet();
-}
-
 TEST_F(ScopeFaultTest, ClosingWhileStartWritesEndsItInSilence) {
   for (const bool silent : {false, true}) {
     for (std::int64_t delayMs = 0; delayMs < 160; delayMs += 7) {

@@ -210,21 +210,6 @@ TEST_F(ScopeTest, ClosesOnlyBetweenCycles) {
   EXPECT_EQ(Bench.TakeMessages(), Texts{});
 }
 
-TEST_F(ScopeTest, AReadInTheLastWaitDoesNotSpoilTheRecording) {
-  TurnMotor();
-  OpenQuietly();
-  Choose(At500Ms);
-  Click();
-  AtRequest(0, [&] { Bench.TakeFrames(); });
-  ASSERT_TRUE(RunToRecording());
-  const int requests = static_cast<int>(Bench.TakeFrames().size());
-  AtRequest(requests - 1,
-            [&] { Bench.World.At(170, [&] { Bench.Link.Read(Register::ErrorLog); }); });
-  ASSERT_TRUE(RunToRecording());
-  EXPECT_EQ(Bench.TakeFrames().back(), "R 16");
-  EXPECT_NEAR(std::abs(Peak(Bench.Trace.VBakTrace)), 100, 15);
-}
-
 TEST_F(ScopeTest, ChannelsAreChosenWhileStoppedAndDropTheZoom) {
   TurnMotor();
   OpenQuietly();

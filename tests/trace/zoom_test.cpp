@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 namespace gainsmith {
 namespace {
 
@@ -126,19 +124,6 @@ TEST(ZoomIn, SecondLevelAddsNothingToTheWidth) {
   EXPECT_EQ(trace.ZoomWidth[2], 50);  // 49.75
   EXPECT_EQ(trace.IStep[2], 80);      // 50 fits exactly
   EXPECT_EQ(trace.ZoomHeight[2], -160);
-}
-
-TEST(ZoomIn, BeforeAnyCaptureNothingBecomesInfinite) {
-  for (int channels : {2, 3}) {
-    TraceState trace;
-    for (ZoomTable* table : {&trace.ITop, &trace.VTop, &trace.PErrTop, &trace.IStep})
-      table->fill(0);
-    ASSERT_TRUE(ZoomIn(trace, channels, 1, {.StartX = 30, .StartY = 0, .EndX = 70, .EndY = -390}));
-    for (Signal signal : {Signal::IBak, Signal::VBak, Signal::PErr}) {
-      const AxisTables axis = trace.Axis(signal);
-      EXPECT_TRUE(std::isfinite(axis.Top[1]) && std::isfinite(axis.Gain[1])) << channels;
-    }
-  }
 }
 
 }  // namespace
