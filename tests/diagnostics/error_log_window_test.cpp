@@ -109,7 +109,7 @@ TEST(ErrorLog, AClosingDuringAPassWaitsForTheLampUnderWay) {
     std::int64_t StillOpenMs;
     std::int64_t GoneMs;
   } cases[] = {
-      {50, 300, 395, 410},   // before the first pass: it closes after its first lamp
+      {50, 900, 395, 410},   // before the first pass: it closes after its first lamp
       {250, 300, 395, 410},  // in the dark of the first lamp
       {450, 500, 595, 610},  // in the dark of the second
       {50, 70, 69, 71},      // a second wish while no pass is under way
