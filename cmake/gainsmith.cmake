@@ -4,6 +4,8 @@ set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+# As fast as -O3 here, and a good deal faster to build.
+string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 find_program(CCACHE ccache)
@@ -34,6 +36,12 @@ endfunction()
 # All tests that need no desktop, for the sanitizers.
 add_custom_target(room_tests)
 
+# What every test includes, compiled once.
+add_library(test_prelude OBJECT EXCLUDE_FROM_ALL ${CMAKE_CURRENT_LIST_DIR}/test_prelude.cpp)
+target_link_libraries(test_prelude PRIVATE gainsmith_options GTest::gtest)
+target_precompile_headers(test_prelude PRIVATE
+  <gtest/gtest.h> <functional> <map> <string> <vector>)
+
 # gainsmith_test(NAME LABEL label SOURCES files... ROOMS rooms...)
 # One program and one CTest entry for a room's tests.
 function(gainsmith_test name)
@@ -43,6 +51,7 @@ function(gainsmith_test name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES LABELS ${TEST_LABEL} TIMEOUT 300)
   if(NOT TEST_LABEL STREQUAL desktop)
+    target_precompile_headers(${name} REUSE_FROM test_prelude)
     add_dependencies(room_tests ${name})
   endif()
 endfunction()
