@@ -5,13 +5,14 @@
 #include <QFont>
 #include <QGlyphRun>
 #include <QIcon>
-#include <QStyleFactory>
+#include <QProxyStyle>
 #include <QTextLayout>
 #include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
 #include "desktop/desktop_scheme.h"
+#include "desktop/icons.h"
 
 // The resources lie in a static library; the linker keeps them only if asked for.
 static void KeepResources() { Q_INIT_RESOURCE(desktop); }
@@ -83,13 +84,26 @@ bool CanDraw(QChar letter, const QFont& font) {
   return true;
 }
 
+// Fusion with our own arrows where a bar is too short. Its own are bitmaps, and every bar asks for
+// them: the first one makes Qt load all its readers of picture formats, which the start waits for.
+class Style final : public QProxyStyle {
+ public:
+  Style() : QProxyStyle(QStringLiteral("Fusion")) {}
+  QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
+                     const QWidget* widget) const override {
+    if (icon == SP_ToolBarHorizontalExtensionButton) return ProgramIcon("more-right");
+    if (icon == SP_ToolBarVerticalExtensionButton) return ProgramIcon("more-down");
+    return QProxyStyle::standardIcon(icon, option, widget);
+  }
+};
+
 }  // namespace
 
 void ApplyLook(QApplication& application) {
   KeepResources();
   const QColor before = application.palette().color(QPalette::Window);
   const Scheme desktops = Luminance(before) < 0.2 ? Scheme::Dark : Scheme::Light;
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new Style);
   QFont font = application.font();
   font.setFamilies({QStringLiteral("Segoe UI"), QStringLiteral("Liberation Sans"),
                     QStringLiteral("Arial"), QStringLiteral("DejaVu Sans")});
@@ -97,7 +111,7 @@ void ApplyLook(QApplication& application) {
   font.setPixelSize(FontHeightPixels);
   QApplication::setFont(font);
   QToolTip::setFont(font);
-  QApplication::setWindowIcon(QIcon(QStringLiteral(":/icons/gainsmith.svg")));
+  QApplication::setWindowIcon(ProgramIcon("gainsmith"));
   ApplyScheme(desktops);
   AskDesktopForDark([](bool dark) {
     if (dark && PresentScheme() == Scheme::Light) ApplyScheme(Scheme::Dark);
