@@ -20,7 +20,7 @@ namespace gainsmith {
 
 // Made after the QApplication and its look, and destroyed before it. Touches no record after
 // EndProgram, nor when it is destroyed; the records of windows on show must outlive either.
-class DesktopWorld final : public World, private QObject {
+class DesktopWorld : public World, private QObject {
  public:
   // Fixed files and COM links are looked for in `programDirectory`.
   explicit DesktopWorld(std::string programDirectory);
