@@ -18,9 +18,9 @@ struct Column {
   TextAlignment Alignment;
 };
 
-void AddLabel(Window& window, Control& frame, Label& label, std::string name,
+void AddLabel(Window& window, Control& frame, Label& label, const std::string& name,
               TextAlignment alignment) {
-  window.Add(label, std::move(name), &frame);
+  window.Add(label, name, &frame);
   label.Alignment = alignment;
 }
 
