@@ -4,6 +4,7 @@
 
 #include "bench_support.h"
 #include "trace/capture.h"
+#include "trace/capture.h"
 
 namespace gainsmith::benchmarks {
 namespace {
