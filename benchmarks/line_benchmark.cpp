@@ -4,7 +4,6 @@
 
 #include "bench_support.h"
 #include "trace/capture.h"
-#include "trace/capture.h"
 
 namespace gainsmith::benchmarks {
 namespace {
