@@ -42,6 +42,7 @@ class Tour {
       SmallWindows();
       Files();
       Disconnect();
+      UnpluggedInARead();
     });
   }
 
@@ -78,8 +79,10 @@ class Tour {
     driver_.Menu("MDIForm1.mnuPositionLoop");
     WaitForWindow("Form3");
     Picture("Form3", "position-loop-start");
+    SingleMove();
     driver_.Type("Form3.Text1(13)", "5");
     driver_.Click("Form3.Command1(3)");
+    Wait("an empty picture", [this] { return tool_.form3.Plot.Picture1.Lines.empty(); });
     Wait("the first trace", [this] { return !tool_.form3.Plot.Picture1.Lines.empty(); });
     const auto first = tool_.form3.Plot.Picture1.Revision;
     Wait("a second trace", [&] { return tool_.form3.Plot.Picture1.Revision > first; });
@@ -100,6 +103,21 @@ class Tour {
     }
     driver_.CloseWindow("Form3");
     WaitForClosing("Form3");
+  }
+
+  // The plan of one repeat leaves room for a single picture; the drive ends the move by itself.
+  void SingleMove() {
+    driver_.Click("Form3.Command1(3)");
+    Wait("the picture of the move", [this] { return !tool_.form3.Plot.Picture1.Lines.empty(); });
+    Wait("the end of the plan", [this] {
+      return tool_.form3.DataSource.Starts() > 0 && !tool_.form3.DataSource.Enabled();
+    });
+    EXPECT_EQ(driver_.TextOf("Form3.Command1(3)"), "Stop");
+    driver_.Click("Form3.Command1(3)");
+    Wait("the stop", [this] {
+      return tool_.form3.Command1[3].Caption == "Start" && tool_.link.LinkIdle &&
+             driver_.IsEnabled("Form3.Text1(13)");
+    });
   }
 
   void Scope() {
@@ -129,8 +147,10 @@ class Tour {
     driver_.Menu("MDIForm1.sysConfig");
     WaitForWindow("sysConfigFrm");
     Picture("sysConfigFrm", "properties");
-    driver_.Click("sysConfigFrm.Command2");
+    driver_.Type("sysConfigFrm.Text1(1)", "2");
+    driver_.Click("sysConfigFrm.cmdOK");
     WaitForClosing("sysConfigFrm");
+    EXPECT_EQ(tool_.parameters[Slot::GearDenominator], 2);
   }
 
   void ErrorLog() {
@@ -193,7 +213,12 @@ class Tour {
   void SmallWindows() {
     driver_.Menu("MDIForm1.mnuTestConsole");
     WaitForWindow("Form110");
+    driver_.Click("Form110.Command1");
+    Wait("the console to be ready", [this] { return driver_.TextOf("Form110.Command1") == "Ok?"; });
+    driver_.Click("Form110.Command1");
+    Wait("the watched values", [this] { return driver_.TextOf("Form110.Text1(4)") != "0xcc"; });
     Picture("Form110", "test-console");
+    driver_.Click("Form110.Command1");
     driver_.CloseWindow("Form110");
     driver_.Menu("MDIForm1.mnuAbout");
     WaitForWindow("Dialog");
@@ -228,6 +253,27 @@ class Tour {
     driver_.Click("Form2.openPort");
     Wait("the port to close", [this] { return driver_.TextOf("Form2.openPort") == "Open"; });
     EXPECT_FALSE(driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"));
+  }
+
+  void UnpluggedInARead() {
+    driver_.Click("Form2.openPort");
+    Wait("the read to begin", [this] {
+      const ProgressBar& progress = tool_.mdiForm1.prgActivity;
+      return progress.Visible && progress.Value >= 3;
+    });
+    const std::size_t before = driver_.Messages().size();
+    TellDrive("fault hang-up:1");
+    WaitForMessage("Unable to communicate with the connected drive. Check your connection");
+    EXPECT_EQ(driver_.Messages().size(), before + 1);
+    EXPECT_TRUE(driver_.IsMenuEnabled("MDIForm1.ErrCheck"));
+    // The drive is back under the same name a moment later.
+    driver_.Menu("MDIForm1.mnuConnect");
+    WaitForWindow("Form2");
+    driver_.Click("Form2.openPort");
+    Wait("the port to close", [this] { return driver_.TextOf("Form2.openPort") == "Open"; });
+    driver_.Click("Form2.openPort");
+    Wait("the settings", [this] { return driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"); });
+    EXPECT_EQ(driver_.Messages().size(), before + 1);
   }
 
   void TellDrive(const QByteArray& command) {
