@@ -51,7 +51,7 @@ class Tour {
     Picture("MDIForm1", "main-disconnected");
     driver_.Menu("MDIForm1.mnuConnect");
     Picture("Form2", "connect");
-    driver_.Click("Form2.openPort");
+    Click("Form2.openPort");
     Wait("the read to begin", [this] { return driver_.IsShown("frmWaitingMessage"); });
     Wait("a dozen settings", [this] { return tool_.mdiForm1.prgActivity.Value >= 12; });
     Picture("frmWaitingMessage", "waiting");
@@ -64,8 +64,8 @@ class Tour {
   void CurrentLoop() {
     driver_.Menu("MDIForm1.MnuCurrentLoop");
     WaitForWindow("Form1");
-    driver_.Type("Form1.Text1(2)", "1");
-    driver_.Click("Form1.cmdTest");
+    Type("Form1.Text1(2)", "1");
+    Click("Form1.cmdTest");
     Wait("the step response", [this] {
       return tool_.form1.cmdTest.Enabled && tool_.form1.Plot.HasTrace() &&
              !tool_.form1.Picture1.Lines.empty();
@@ -80,14 +80,14 @@ class Tour {
     WaitForWindow("Form3");
     Picture("Form3", "position-loop-start");
     SingleMove();
-    driver_.Type("Form3.Text1(13)", "5");
-    driver_.Click("Form3.Command1(3)");
+    Type("Form3.Text1(13)", "5");
+    Click("Form3.Command1(3)");
     Wait("an empty picture", [this] { return tool_.form3.Plot.Picture1.Lines.empty(); });
     Wait("the first trace", [this] { return !tool_.form3.Plot.Picture1.Lines.empty(); });
     const auto first = tool_.form3.Plot.Picture1.Revision;
     Wait("a second trace", [&] { return tool_.form3.Plot.Picture1.Revision > first; });
     Picture("Form3", "position-loop");
-    driver_.Click("Form3.Command1(3)");
+    Click("Form3.Command1(3)");
     Wait("the stop",
          [this] { return tool_.form3.Command1[3].Caption == "Start" && tool_.link.LinkIdle; });
     driver_.Drag("Form3.Picture1", 0.1, 0.2, 0.5, 0.7);
@@ -107,13 +107,13 @@ class Tour {
 
   // The plan of one repeat leaves room for a single picture; the drive ends the move by itself.
   void SingleMove() {
-    driver_.Click("Form3.Command1(3)");
+    Click("Form3.Command1(3)");
     Wait("the picture of the move", [this] { return !tool_.form3.Plot.Picture1.Lines.empty(); });
     Wait("the end of the plan", [this] {
       return tool_.form3.DataSource.Starts() > 0 && !tool_.form3.DataSource.Enabled();
     });
     EXPECT_EQ(driver_.TextOf("Form3.Command1(3)"), "Stop");
-    driver_.Click("Form3.Command1(3)");
+    Click("Form3.Command1(3)");
     Wait("the stop", [this] {
       return tool_.form3.Command1[3].Caption == "Start" && tool_.link.LinkIdle &&
              driver_.IsEnabled("Form3.Text1(13)");
@@ -126,17 +126,17 @@ class Tour {
     WaitForWindow("Form5");
     constexpr int OneSecond = 9;
     driver_.Choose("Form5.Combo1", OneSecond);
-    driver_.Click("Form5.Command1");
+    Click("Form5.Command1");
     Wait("the first trace", [this] { return tool_.form5.Plot.CaptureHaveData; });
     const auto first = tool_.form5.Plot.Picture1.Revision;
     Wait("a second trace", [&] { return tool_.form5.Plot.Picture1.Revision > first; });
     Picture("Form5", "scope");
-    driver_.Click("Form5.Command1");
+    Click("Form5.Command1");
     Wait("the stop", [this] { return tool_.form5.Check2.Enabled && tool_.link.LinkIdle; });
-    driver_.Click("Form5.Check2");
+    Click("Form5.Check2");
     Wait("the spectrum", [this] { return tool_.form5.Plot.FrequencyMode; });
     Picture("Form5", "scope-spectrum");
-    driver_.Click("Form5.Check2");
+    Click("Form5.Check2");
     Wait("the traces", [this] { return !tool_.form5.Plot.FrequencyMode; });
     driver_.CloseWindow("Form5");
     WaitForClosing("Form5");
@@ -147,8 +147,8 @@ class Tour {
     driver_.Menu("MDIForm1.sysConfig");
     WaitForWindow("sysConfigFrm");
     Picture("sysConfigFrm", "properties");
-    driver_.Type("sysConfigFrm.Text1(1)", "2");
-    driver_.Click("sysConfigFrm.cmdOK");
+    Type("sysConfigFrm.Text1(1)", "2");
+    Click("sysConfigFrm.cmdOK");
     WaitForClosing("sysConfigFrm");
     EXPECT_EQ(tool_.parameters[Slot::GearDenominator], 2);
   }
@@ -168,7 +168,7 @@ class Tour {
     Wait("the newest error to shine between two blinks",
          [this] { return tool_.form4.Shape1[5].Visible; });
     Picture("Form4", "error-log");
-    driver_.Click("Form4.Command1(1)");
+    Click("Form4.Command1(1)");
     Wait("an empty log", [this] { return tool_.form4.Shape1[5].BackColor != 255; });
     driver_.CloseWindow("Form4");
     WaitForClosing("Form4");
@@ -178,16 +178,16 @@ class Tour {
     driver_.Menu("MDIForm1.mnuVelocityLoop");
     WaitForWindow("velocityModeTune");
     driver_.TurnPage("velocityModeTune.SSTab1", 1);
-    driver_.Type("velocityModeTune.Text1(1)", "5");
-    driver_.Click("velocityModeTune.Command1");
+    Type("velocityModeTune.Text1(1)", "5");
+    Click("velocityModeTune.Command1");
     Wait("the first trace", [this] { return !tool_.velocityMode.Plot.Picture1.Lines.empty(); });
     driver_.TurnPage("velocityModeTune.SSTab1", 0);
-    driver_.Type("velocityModeTune.Text1(3)", "900");
+    Type("velocityModeTune.Text1(3)", "900");
     driver_.Key("velocityModeTune.Text1(3)", Qt::Key_Return);
     const auto first = tool_.velocityMode.Plot.Picture1.Revision;
     Wait("a second trace", [&] { return tool_.velocityMode.Plot.Picture1.Revision > first; });
     Picture("velocityModeTune", "velocity-loop");
-    driver_.Click("velocityModeTune.Command1");
+    Click("velocityModeTune.Command1");
     Wait("the stop",
          [this] { return tool_.velocityMode.Command1.Caption == "Start" && tool_.link.LinkIdle; });
     for (int page = 1; page < static_cast<int>(tool_.velocityMode.SSTab1.Pages.size()); ++page) {
@@ -202,28 +202,28 @@ class Tour {
   void ParametersGrid() {
     driver_.Menu("MDIForm1.mnuParameters");
     WaitForWindow("Form8");
-    driver_.Click("Form8.readdata");
+    Click("Form8.readdata");
     Wait("the rows",
          [this] { return !tool_.form8.MSFlexGrid1.Rows.empty() && tool_.form8.readdata.Visible; });
     Picture("Form8", "parameters-grid");
-    driver_.Click("Form8.Command2");
+    Click("Form8.Command2");
     WaitForClosing("Form8");
   }
 
   void SmallWindows() {
     driver_.Menu("MDIForm1.mnuTestConsole");
     WaitForWindow("Form110");
-    driver_.Click("Form110.Command1");
+    Click("Form110.Command1");
     Wait("the console to be ready", [this] { return driver_.TextOf("Form110.Command1") == "Ok?"; });
-    driver_.Click("Form110.Command1");
+    Click("Form110.Command1");
     Wait("the watched values", [this] { return driver_.TextOf("Form110.Text1(4)") != "0xcc"; });
     Picture("Form110", "test-console");
-    driver_.Click("Form110.Command1");
+    Click("Form110.Command1");
     driver_.CloseWindow("Form110");
     driver_.Menu("MDIForm1.mnuAbout");
     WaitForWindow("Dialog");
     Picture("Dialog", "about");
-    driver_.Click("Dialog.Command1");
+    Click("Dialog.Command1");
     WaitForClosing("Dialog");
   }
 
@@ -250,13 +250,13 @@ class Tour {
     driver_.Menu("MDIForm1.mnuConnect");
     WaitForWindow("Form2");
     EXPECT_EQ(driver_.TextOf("Form2.openPort"), "Close");
-    driver_.Click("Form2.openPort");
+    Click("Form2.openPort");
     Wait("the port to close", [this] { return driver_.TextOf("Form2.openPort") == "Open"; });
     EXPECT_FALSE(driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"));
   }
 
   void UnpluggedInARead() {
-    driver_.Click("Form2.openPort");
+    Click("Form2.openPort");
     Wait("the read to begin", [this] {
       const ProgressBar& progress = tool_.mdiForm1.prgActivity;
       return progress.Visible && progress.Value >= 3;
@@ -269,9 +269,9 @@ class Tour {
     // The drive is back under the same name a moment later.
     driver_.Menu("MDIForm1.mnuConnect");
     WaitForWindow("Form2");
-    driver_.Click("Form2.openPort");
+    Click("Form2.openPort");
     Wait("the port to close", [this] { return driver_.TextOf("Form2.openPort") == "Open"; });
-    driver_.Click("Form2.openPort");
+    Click("Form2.openPort");
     Wait("the settings", [this] { return driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"); });
     EXPECT_EQ(driver_.Messages().size(), before + 1);
   }
@@ -290,6 +290,18 @@ class Tour {
   void Wait(const std::string& what, const std::function<bool()>& done) {
     constexpr int LimitMs = 60'000;
     EXPECT_TRUE(driver_.WaitUntil(done, LimitMs)) << "waited in vain for " << what;
+  }
+  // As a person does: when it can be clicked.
+  void Click(const std::string& name) {
+    WaitUntilEnabled(name);
+    driver_.Click(name);
+  }
+  void Type(const std::string& name, const std::string& text) {
+    WaitUntilEnabled(name);
+    driver_.Type(name, text);
+  }
+  void WaitUntilEnabled(const std::string& name) {
+    Wait(name + " to be enabled", [&] { return driver_.IsEnabled(name); });
   }
   void WaitForWindow(const std::string& name) {
     Wait(name, [&] { return driver_.IsShown(name); });
