@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 
@@ -12,19 +13,32 @@
 namespace gainsmith::benchmarks {
 namespace {
 
-// Runs one of the programs that end with their first painting.
+[[noreturn]] void Fail(const std::string& path) {
+  std::fprintf(stderr, "%s does not run\n", path.c_str());
+  std::exit(1);
+}
+
+// Runs one of the programs that end with their first painting and tell when that was.
 double StartMs(const std::filesystem::path& program, std::string argument = {}) {
   std::string path = program.string();
   char* arguments[] = {path.data(), argument.empty() ? nullptr : argument.data(), nullptr};
+  int ends[2];
+  if (pipe(ends) != 0) Fail(path);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
+  posix_spawn_file_actions_addclose(&actions, ends[0]);
   const Clock::time_point start = Clock::now();
+  Clock::time_point painted;
   pid_t child = 0;
   int status = 0;
-  if (posix_spawn(&child, path.c_str(), nullptr, nullptr, arguments, environ) != 0 ||
-      waitpid(child, &status, 0) != child || status != 0) {
-    std::fprintf(stderr, "%s does not run\n", path.c_str());
-    std::exit(1);
-  }
-  return MsSince(start);
+  const int spawned = posix_spawn(&child, path.c_str(), &actions, nullptr, arguments, environ);
+  posix_spawn_file_actions_destroy(&actions);
+  close(ends[1]);
+  if (spawned != 0 || waitpid(child, &status, 0) != child || status != 0) Fail(path);
+  if (read(ends[0], &painted, sizeof painted) != sizeof painted) Fail(path);
+  close(ends[0]);
+  return std::chrono::duration<double, std::milli>(painted - start).count();
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 namespace gainsmith {
 namespace {
 
+constexpr QSize WindowIconSize(64, 64);
 constexpr double DisabledOpacity = 0.35;
 
 // The drawing with its "currentColor" replaced.
@@ -40,6 +41,9 @@ class SvgIconEngine final : public QIconEngine {
     paint(&painter, QRect(QPoint(0, 0), size), mode, state);
     return pixmap;
   }
+  // Window systems ask for all sizes of a window's icon while the window opens: one is enough for
+  // them to scale.
+  QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override { return {WindowIconSize}; }
   QIconEngine* clone() const override { return new SvgIconEngine(path_); }
 
  private:

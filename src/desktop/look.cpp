@@ -105,8 +105,8 @@ void ApplyLook(QApplication& application) {
   const Scheme desktops = Luminance(before) < 0.2 ? Scheme::Dark : Scheme::Light;
   QApplication::setStyle(new Style);
   QFont font = application.font();
-  font.setFamilies({QStringLiteral("Segoe UI"), QStringLiteral("Liberation Sans"),
-                    QStringLiteral("Arial"), QStringLiteral("DejaVu Sans")});
+  font.setFamilies(
+      {QStringLiteral("Liberation Sans"), QStringLiteral("Arial"), QStringLiteral("DejaVu Sans")});
   // The windows' places are fixed, so the letters are, too: in device-independent pixels.
   font.setPixelSize(FontHeightPixels);
   QApplication::setFont(font);

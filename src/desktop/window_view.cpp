@@ -49,20 +49,25 @@ WindowView* WindowView::Make(ViewHost& host, Window& record) {
     top->setMinimumSize(SmallestMainWindow);
     if (!frame->MaximizeBox) top->setWindowFlag(Qt::WindowMaximizeButtonHint, false);
     auto* view = new WindowView(host, record, top, client);
+    // To the screen while it is empty: what is in it is made while the window manager works, and is
+    // there before anything is painted. The start of the program waits for both.
+    view->ReflectWindow();
+    view->Show(nullptr);
+    view->BuildControls();
     view->reflectBars_ = MakeFrameBars(*view, *frame, *top);
     return view;
   }
   auto* top = new QWidget(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
-  return new WindowView(host, record, top, top);
+  auto* view = new WindowView(host, record, top, top);
+  view->BuildControls();
+  return view;
 }
 
 WindowView::WindowView(ViewHost& host, Window& record, QWidget* topLevel, QWidget* client)
     : QObject(topLevel), host_(host), record_(record), topLevel_(topLevel), client_(client) {
   topLevel_->setObjectName(ToQt(record.Name));
   topLevel_->installEventFilter(this);
-  BuildControls();
-  LinkTabOrder();
 }
 
 void WindowView::BuildControls() {
@@ -77,6 +82,7 @@ void WindowView::BuildControls() {
     }
     controls_.push_back(MakeControlView(*this, *control, parent));
   }
+  LinkTabOrder();
 }
 
 void WindowView::LinkTabOrder() {
