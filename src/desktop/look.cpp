@@ -84,16 +84,33 @@ bool CanDraw(QChar letter, const QFont& font) {
   return true;
 }
 
-// Fusion with our own arrows where a bar is too short. Its own are bitmaps, and every bar asks for
-// them: the first one makes Qt load all its readers of picture formats, which the start waits for.
+// Fusion in the manner of our own windows: no pictures on the buttons of message boxes, and drawn
+// ones in place of its bitmaps. Every bar asks for the arrows that show where it is too short; the
+// first bitmap makes Qt load all its readers of picture formats, which the start waits for.
 class Style final : public QProxyStyle {
  public:
   Style() : QProxyStyle(QStringLiteral("Fusion")) {}
   QIcon standardIcon(StandardPixmap icon, const QStyleOption* option,
                      const QWidget* widget) const override {
-    if (icon == SP_ToolBarHorizontalExtensionButton) return ProgramIcon("more-right");
-    if (icon == SP_ToolBarVerticalExtensionButton) return ProgramIcon("more-down");
-    return QProxyStyle::standardIcon(icon, option, widget);
+    switch (icon) {
+      case SP_ToolBarHorizontalExtensionButton:
+        return ProgramIcon("more-right");
+      case SP_ToolBarVerticalExtensionButton:
+        return ProgramIcon("more-down");
+      case SP_MessageBoxInformation:
+        return ProgramIcon("message-information");
+      case SP_MessageBoxWarning:
+        return ProgramIcon("message-warning");
+      case SP_MessageBoxCritical:
+        return ProgramIcon("message-critical");
+      default:
+        return QProxyStyle::standardIcon(icon, option, widget);
+    }
+  }
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* result) const override {
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
+    return QProxyStyle::styleHint(hint, option, widget, result);
   }
 };
 
