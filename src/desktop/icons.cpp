@@ -6,6 +6,7 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
+#include <QPixmapCache>
 #include <QSvgRenderer>
 
 #include "desktop/look.h"
@@ -15,6 +16,8 @@ namespace {
 
 constexpr QSize WindowIconSize(64, 64);
 constexpr double DisabledOpacity = 0.35;
+
+QColor TextColour() { return QApplication::palette().color(QPalette::ButtonText); }
 
 // The drawing with its "currentColor" replaced.
 QByteArray Drawing(const QString& path, const QColor& text) {
@@ -28,17 +31,27 @@ class SvgIconEngine final : public QIconEngine {
   explicit SvgIconEngine(QString path) : path_(std::move(path)) {}
 
   void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State) override {
-    QSvgRenderer renderer(Drawing(path_, QApplication::palette().color(QPalette::ButtonText)));
+    QSvgRenderer renderer(Drawing(path_, TextColour()));
     painter->save();
     if (mode == QIcon::Disabled) painter->setOpacity(painter->opacity() * DisabledOpacity);
     renderer.render(painter, place);
     painter->restore();
   }
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap pixmap(size);
+    const QString key = QStringLiteral("%1 %2x%3 %4 %5")
+                            .arg(path_)
+                            .arg(size.width())
+                            .arg(size.height())
+                            .arg(mode)
+                            .arg(TextColour().name());
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap)) return pixmap;
+    pixmap = QPixmap(size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     paint(&painter, QRect(QPoint(0, 0), size), mode, state);
+    painter.end();
+    QPixmapCache::insert(key, pixmap);
     return pixmap;
   }
   // Window systems ask for all sizes of a window's icon while the window opens: one is enough for
