@@ -34,6 +34,14 @@ class Desk : public testing::Test {
     const std::int64_t deadlineMs = world.NowMs() + ms;
     while (!world.Ended() && world.NowMs() <= deadlineMs) world.PumpEvents(deadlineMs);
   }
+  void Show() {
+    world.Show(window);
+    driver.Settle();
+  }
+  void Click(const std::string& name) {
+    driver.Click(name);
+    driver.Settle();
+  }
   std::string Path(const std::string& name) { return directory.path().toStdString() + "/" + name; }
 
   QTemporaryDir directory;

@@ -41,8 +41,7 @@ TEST_F(InputTest, RecordIsSetBeforeItsHandlerRuns) {
   driver.Click("Form.Check1");
   driver.Click("Form.Option1(1)");
   driver.Choose("Form.Combo1", 1);
-  driver.Click("Form.Command1");
-  driver.Settle();
+  Click("Form.Command1");
   EXPECT_EQ(log, (Lines{"ticked", "second", "38400/3", "click 12a"}));
   EXPECT_FALSE(first.Selected);
 }
@@ -62,8 +61,7 @@ TEST_F(InputTest, KeyFilterIsAskedBeforeTheKeyTakesEffect) {
 
 TEST_F(InputTest, LeavingAFieldIsToldOnceAndNotForMessagesOrCode) {
   field.OnLostFocus = [&] { log.push_back("left"); };
-  driver.Click("Form.Text1(0)");
-  driver.Settle();
+  Click("Form.Text1(0)");
   world.ShowMessage(message);
   driver.Settle();
   field.Enabled = false;
@@ -73,8 +71,7 @@ TEST_F(InputTest, LeavingAFieldIsToldOnceAndNotForMessagesOrCode) {
   field.Enabled = true;
   driver.Settle();
   driver.Click("Form.Text1(0)");
-  driver.Click("Form.Text1(1)");
-  driver.Settle();
+  Click("Form.Text1(1)");
   EXPECT_EQ(log, Lines{"left"});
 }
 
@@ -85,8 +82,7 @@ TEST_F(InputTest, FocusGivenBeforeTheWindowIsShownOrTheFieldEnabled) {
     other.Enabled = true;
     world.SetFocus(other);
   };
-  world.Show(window);
-  driver.Settle();
+  Show();
   EXPECT_TRUE(driver.Find("Form.Text1(1)")->hasFocus());
 }
 
@@ -104,8 +100,7 @@ TEST_F(InputTest, EveryPressIsReleasedOnceHoweverItEnds) {
   for (std::size_t i = 0; i < ends.size(); ++i) {
     log.clear();
     button.Enabled = true;
-    world.Show(window);
-    driver.Settle();
+    Show();
     driver.Press("Form.Command1");
     driver.Settle();
     ASSERT_EQ(log, Lines{"press"}) << i;

@@ -15,9 +15,10 @@ struct ModalTest : Desk {
     dialog.Add(done, "Command1").Place(150, 150, 1500, 375);
     open.OnClick = [&] { log.push_back("main"); };
     done.OnClick = [&] { log.push_back("dialog"); };
-    world.Show(window);
-    driver.Settle();
+    Show();
   }
+  const Message question{"Sure?", "Torvane", MessageButtons::YesNo, MessageIcon::Information,
+                         MessageAnswer::No};
   Button open, done;
   TextBox field;
   // Declared after the world: taken from the screen before it goes.
@@ -33,18 +34,15 @@ TEST_F(ModalTest, OtherWindowsTakeNoInputFromTheStartOfTheLoad) {
     WaitMs(20);
   };
   world.ShowModal(dialog, [&] { log.push_back("closed"); });
-  driver.Click("Form.Command1");
-  driver.Settle();
+  Click("Form.Command1");
   EXPECT_EQ(log, Lines{});
   EXPECT_EQ(field.Text, "");
   EXPECT_TRUE(driver.IsEnabled("Form.Command1"));
 
-  driver.Click("Box.Command1");
-  driver.Settle();
+  Click("Box.Command1");
   driver.CloseWindow("Box");
   driver.Settle();
-  driver.Click("Form.Command1");
-  driver.Settle();
+  Click("Form.Command1");
   EXPECT_EQ(log, (Lines{"dialog", "closed", "main"}));
 }
 
@@ -54,8 +52,7 @@ TEST_F(ModalTest, ClickQueuedBeforeTheModalWindowIsDropped) {
     world.ShowModal(dialog);
   };
   driver.Click("Form.Command1");
-  driver.Click("Form.Command1");
-  driver.Settle();
+  Click("Form.Command1");
   EXPECT_EQ(log, Lines{"main"});
 }
 
@@ -65,8 +62,7 @@ TEST_F(ModalTest, WindowThatUnloadsItselfInItsLoadIsNeverShown) {
   driver.Settle();
   EXPECT_FALSE(driver.IsShown("Box"));
   EXPECT_EQ(log, Lines{"closed"});
-  driver.Click("Form.Command1");
-  driver.Settle();
+  Click("Form.Command1");
   EXPECT_EQ(log, (Lines{"closed", "main"}));
 }
 
@@ -75,42 +71,36 @@ TEST_F(ModalTest, MessagesGiveTheAnswerAndHoldBackEverythingElse) {
   timer.IntervalMs = 5;
   timer.OnTimer = [&] { log.push_back("tick"); };
   window.Timers.push_back(&timer);
-  const Message question{"Sure?", "Torvane", MessageButtons::YesNo, MessageIcon::Information,
-                         MessageAnswer::No};
   open.OnClick = [&] {
     log.push_back(world.ShowMessage(question) == MessageAnswer::Yes ? "yes" : "no");
   };
-  driver.SetOnDialog([&](QWidget&) {
+  driver.Dialogs.OnDialog = [&] {
     timer.Start();
     driver.Click("Form.Command1");
     const std::int64_t endMs = world.NowMs() + 30;
     while (world.NowMs() < endMs) QApplication::processEvents(QEventLoop::AllEvents, 1);
     log.push_back("answered");
     timer.Stop();
-  });
-  driver.Answer(MessageAnswer::Yes);
-  driver.Click("Form.Command1");
-  driver.Settle();
+  };
+  driver.Dialogs.Answers = {MessageAnswer::Yes};
+  Click("Form.Command1");
   EXPECT_EQ(log, (Lines{"answered", "yes"}));
-  driver.SetOnDialog({});
   // Without a script the default is pressed.
   EXPECT_EQ(world.ShowMessage(question), MessageAnswer::No);
-  ASSERT_EQ(driver.Messages().size(), 2U);
-  EXPECT_EQ(driver.Messages()[0].Text, "Sure?");
-  EXPECT_EQ(driver.Messages()[0].Title, "Torvane");
+  ASSERT_EQ(driver.Dialogs.Messages.size(), 2U);
+  EXPECT_EQ(driver.Dialogs.Messages[0].Text, question.Text);
+  EXPECT_EQ(driver.Dialogs.Messages[0].Title, question.Title);
   window.Timers.clear();
 }
 
 TEST_F(ModalTest, FileDialogsGiveThePathWithTheFirstFiltersExtension) {
   ASSERT_TRUE(world.WriteFile(Path("a.tvd"), "1"));
-  driver.AnswerFile(Path("a.tvd"));
-  driver.AnswerFile(Path("b"));
-  driver.AnswerFile("");
+  driver.Dialogs.Files = {Path("a.tvd"), Path("b"), ""};
   EXPECT_EQ(world.AskOpenFile("*.tvd|*.tvd|").Path, Path("a.tvd"));
   EXPECT_EQ(world.AskSaveFile("*.tvd|*.tvd").Path, Path("b.tvd"));
   EXPECT_EQ(world.AskOpenFile("*.tvd|*.tvd|All Files (*.*)").Result,
             ChosenFile::Outcome::Cancelled);
-  driver.AnswerColour(Rgb(1, 2, 3));
+  driver.Dialogs.Colours = {Rgb(1, 2, 3)};
   EXPECT_EQ(world.AskColour(Rgb(9, 9, 9)), Rgb(1, 2, 3));
   EXPECT_EQ(world.AskColour(Rgb(9, 9, 9)), std::nullopt);
 }
@@ -128,8 +118,7 @@ TEST_F(ModalTest, AfterTheEndNothingIsShownAskedOrWaitedFor) {
     const std::int64_t startMs = world.NowMs();
     WaitMs(10'000);
     EXPECT_LT(world.NowMs(), startMs + 5'000);
-    const Message question{"?", "T", MessageButtons::YesNo, MessageIcon::None, MessageAnswer::Yes};
-    EXPECT_EQ(world.ShowMessage(question), MessageAnswer::Yes);
+    EXPECT_EQ(world.ShowMessage(question), MessageAnswer::No);
     world.Show(dialog);
     EXPECT_FALSE(world.WriteFile(Path("late"), "x"));
     log.push_back("unwound");
@@ -137,7 +126,7 @@ TEST_F(ModalTest, AfterTheEndNothingIsShownAskedOrWaitedFor) {
   driver.Click("Form.Command1");
   EXPECT_EQ(QApplication::exec(), 0);
   EXPECT_EQ(log, Lines{"unwound"});
-  EXPECT_TRUE(driver.Messages().empty());
+  EXPECT_TRUE(driver.Dialogs.Messages.empty());
   EXPECT_FALSE(driver.IsShown("Form") || driver.IsShown("Box"));
 }
 

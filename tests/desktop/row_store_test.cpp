@@ -12,6 +12,15 @@ namespace {
 constexpr const char* Table = "QMX4400";
 
 struct RowStoreTest : Desk {
+  // What another program does with a store file, and the first value of its answer.
+  static QString RunElsewhere(const std::string& file, const char* statement) {
+    QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", statement);
+    database.setDatabaseName(QString::fromStdString(file));
+    EXPECT_TRUE(database.open());
+    QSqlQuery query(database);
+    EXPECT_TRUE(query.exec(statement));
+    return query.next() ? query.value(0).toString() : QString();
+  }
   std::string path = Path("QMX4400en.mdb");
 };
 
@@ -35,25 +44,14 @@ TEST_F(RowStoreTest, RowsSurviveInAFileThatOthersCanRead) {
     EXPECT_TRUE(store->Rows().empty());
     store->Append(rows);
   }
-  QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "other");
-  database.setDatabaseName(QString::fromStdString(path));
-  ASSERT_TRUE(database.open());
-  QSqlQuery query(R"(SELECT count("Setting Range"), min("Parameter") FROM QMX4400)", database);
-  ASSERT_TRUE(query.next());
-  EXPECT_EQ(query.value(0).toInt(), 2);
-  EXPECT_EQ(query.value(1).toString(), "It's \"quoted\"");
+  EXPECT_EQ(RunElsewhere(path, R"(SELECT count("Setting Range") FROM QMX4400)"), "2");
+  EXPECT_EQ(RunElsewhere(path, R"(SELECT min("Parameter") FROM QMX4400)"), "It's \"quoted\"");
 }
 
 TEST_F(RowStoreTest, FilesThatCannotServeAreLeftAloneAndMemoryServes) {
   const std::string garbage(5000, 'x');
   ASSERT_TRUE(world.WriteFile(Path("garbage"), garbage));
-  {
-    QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "foreign");
-    database.setDatabaseName(QString::fromStdString(Path("foreign")));
-    ASSERT_TRUE(database.open());
-    QSqlQuery query(database);
-    ASSERT_TRUE(query.exec("CREATE TABLE QMX4400 (other TEXT)"));
-  }
+  RunElsewhere(Path("foreign"), "CREATE TABLE QMX4400 (other TEXT)");
   const auto foreign = world.ReadFile(Path("foreign"));
   for (const std::string name : {"garbage", "foreign", "no/such/directory", "."}) {
     const auto store = world.OpenRows(Path(name), Table);
@@ -68,15 +66,8 @@ TEST_F(RowStoreTest, FilesThatCannotServeAreLeftAloneAndMemoryServes) {
 TEST_F(RowStoreTest, AStoreSpoiledWhileOpenGoesOnInMemory) {
   const auto store = world.OpenRows(path, Table);
   store->Append(SomeRows());
-  {
-    QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", "spoiler");
-    database.setDatabaseName(QString::fromStdString(path));
-    ASSERT_TRUE(database.open());
-    QSqlQuery query(database);
-    ASSERT_TRUE(
-        query.exec("CREATE TRIGGER no BEFORE INSERT ON QMX4400 "
-                   "BEGIN SELECT RAISE(ABORT, 'full'); END"));
-  }
+  RunElsewhere(path,
+               "CREATE TRIGGER no BEFORE INSERT ON QMX4400 BEGIN SELECT RAISE(ABORT, 'full'); END");
   store->Append({{"More", 2, ""}});
   ASSERT_EQ(store->Rows().size(), 4U);
   EXPECT_EQ(store->Rows()[3].Parameter, "More");

@@ -76,8 +76,7 @@ TEST_F(TimerTest, StoppedAndStartedAgainInItsTickItGoesOn) {
 // A wait is its milliseconds and the rest of the clock's step; it ends promptly and uses next to
 // no processor time. The limits are wide: other programs run on the machine.
 TEST_F(TimerTest, WaitsEndPromptlyAndSleep) {
-  world.Show(window);
-  driver.Settle();
+  Show();
   const std::clock_t busyBefore = std::clock();
   std::int64_t totalMs = 0;
   const std::int64_t startMs = world.NowMs();

@@ -10,9 +10,8 @@
 #include <QPoint>
 #include <QWidget>
 #include <functional>
-#include <optional>
 #include <string>
-#include <vector>
+#include <type_traits>
 
 #include "platform/world.h"
 #include "support/scripted_dialogs.h"
@@ -40,13 +39,12 @@ class DesktopDriver : private QObject {
   QWidget* Find(const std::string& name);
   bool IsShown(const std::string& name) { return Find(name) != nullptr; }
   bool IsEnabled(const std::string& name);
-  // The text that a label, button, field, list or window title shows.
+  // The text that a label, button, field or window title shows.
   std::string TextOf(const std::string& name);
 
   // Each fails the test when the target is not on the screen or disabled. They only post the
   // input: call WaitUntil or Settle to see its effect.
   void Click(const std::string& name);
-  void ClickAt(const std::string& name, QPoint place);
   void Press(const std::string& name);
   void Release(const std::string& name);
   // In fractions of a picture's width and height.
@@ -60,30 +58,33 @@ class DesktopDriver : private QObject {
   bool IsMenuEnabled(const std::string& name);
   void CloseWindow(const std::string& name);
 
-  // Answers to come, in order. Without one a message gets its default and a dialog is cancelled.
-  void Answer(MessageAnswer answer);
-  // An empty path cancels.
-  void AnswerFile(const std::string& path);
-  void AnswerColour(std::optional<Colour> colour);
-  // `action` is called while a message, file or colour dialog is on the screen, before it is
-  // answered.
-  void SetOnDialog(std::function<void(QWidget& dialog)> action);
-  // Message boxes so far.
-  std::vector<ScriptedDialogs::Shown> Messages();
+  // Use it on the windows' thread only.
+  ScriptedDialogs Dialogs;
 
   // Saves a picture of a window on the screen, at 1 or 2 pixels for each of its own; false when
   // there is no such window or it can't be written.
   bool Grab(const std::string& name, const std::string& path, int scale = 1);
 
  private:
-  QWidget* MustFind(const std::string& name);
-  void Mouse(QWidget& widget, QPoint place, Qt::MouseButton button, QEvent::Type type);
-  void KeyClick(QWidget& widget, int key, const QString& text, Qt::KeyboardModifiers modifiers);
+  // What `ask` gives on the windows' thread.
+  template <typename F>
+  std::invoke_result_t<F> Ask(const F& ask) {
+    std::invoke_result_t<F> answer{};
+    OnGui([&] { answer = ask(); });
+    return answer;
+  }
+  // Runs `work` with what can be worked on the screen; fails the test where it can't be.
+  void With(const std::string& name, const std::function<void(QWidget&)>& work);
+  // Runs what is queued, and what comes within a few milliseconds.
+  void Turn();
+  void Mouse(QWidget& widget, QPoint place, QEvent::Type type);
+  void ClickAt(QWidget& widget, QPoint place);
+  void KeyClick(QWidget& widget, int key, const QString& text,
+                Qt::KeyboardModifiers modifiers = Qt::NoModifier);
 
   World& world_;
   Qt::MouseButtons held_;
   int timestampMs_ = 0;
-  ScriptedDialogs dialogs_;
 };
 
 }  // namespace gainsmith::test

@@ -10,6 +10,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 
+#include "desktop/look.h"
+
 namespace gainsmith::test {
 namespace {
 
@@ -21,17 +23,9 @@ T Next(std::deque<T>& script, T otherwise) {
   return first;
 }
 
-QMessageBox::StandardButton ButtonOf(MessageAnswer answer) {
-  switch (answer) {
-    case MessageAnswer::Ok:
-      return QMessageBox::Ok;
-    case MessageAnswer::Yes:
-      return QMessageBox::Yes;
-    case MessageAnswer::No:
-      break;
-  }
-  return QMessageBox::No;
-}
+// By MessageAnswer.
+constexpr QMessageBox::StandardButton ButtonOf[] = {QMessageBox::Ok, QMessageBox::Yes,
+                                                    QMessageBox::No};
 
 }  // namespace
 
@@ -41,18 +35,15 @@ ScriptedDialogs::~ScriptedDialogs() { qApp->removeEventFilter(this); }
 
 bool ScriptedDialogs::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() != QEvent::Show) return false;
-  const bool asks = qobject_cast<QMessageBox*>(watched) != nullptr ||
-                    qobject_cast<QFileDialog*>(watched) != nullptr ||
-                    qobject_cast<QColorDialog*>(watched) != nullptr;
-  if (!asks) return false;
-  auto* dialog = static_cast<QWidget*>(watched);
+  auto* dialog = qobject_cast<QDialog*>(watched);
+  if (dialog == nullptr) return false;
   QMetaObject::invokeMethod(
       dialog, [this, dialog] { Answer(dialog); }, Qt::QueuedConnection);
   return false;
 }
 
-void ScriptedDialogs::Answer(QWidget* dialog) {
-  if (OnDialog) OnDialog(*dialog);
+void ScriptedDialogs::Answer(QDialog* dialog) {
+  if (OnDialog) OnDialog();
   if (auto* box = qobject_cast<QMessageBox*>(dialog)) AnswerMessage(*box);
   if (auto* files = qobject_cast<QFileDialog*>(dialog)) AnswerFile(*files);
   if (auto* colours = qobject_cast<QColorDialog*>(dialog)) AnswerColour(*colours);
@@ -61,11 +52,10 @@ void ScriptedDialogs::Answer(QWidget* dialog) {
 void ScriptedDialogs::AnswerMessage(QMessageBox& box) {
   Messages.push_back({box.text().toStdString(), box.windowTitle().toStdString()});
   QAbstractButton* button = box.defaultButton();
-  if (button == nullptr) button = box.buttons().constFirst();
   if (!Answers.empty()) {
-    const MessageAnswer answer = Next(Answers, MessageAnswer::Ok);
-    if (QAbstractButton* wanted = box.button(ButtonOf(answer))) button = wanted;
+    button = box.button(ButtonOf[static_cast<int>(Next(Answers, MessageAnswer::Ok))]);
   }
+  if (button == nullptr) button = box.buttons().constFirst();
   button->click();
 }
 
@@ -88,9 +78,7 @@ void ScriptedDialogs::AnswerColour(QColorDialog& dialog) {
     dialog.reject();
     return;
   }
-  dialog.setCurrentColor(QColor(static_cast<int>(*colour & 0xFFU),
-                                static_cast<int>(*colour >> 8U & 0xFFU),
-                                static_cast<int>(*colour >> 16U & 0xFFU)));
+  dialog.setCurrentColor(*FixedColour(*colour));
   dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok)->click();
 }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QObject>
-#include <QWidget>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -12,6 +11,7 @@
 #include "platform/world.h"
 
 class QColorDialog;
+class QDialog;
 class QFileDialog;
 class QMessageBox;
 
@@ -20,11 +20,6 @@ namespace gainsmith::test {
 // Lives on the windows' thread.
 class ScriptedDialogs : private QObject {
  public:
-  struct Shown {
-    std::string Text;
-    std::string Title;
-  };
-
   ScriptedDialogs();
   ~ScriptedDialogs() override;
 
@@ -34,15 +29,15 @@ class ScriptedDialogs : private QObject {
   std::deque<std::string> Files;
   std::deque<std::optional<Colour>> Colours;
   // Called while a dialog is on the screen, before it is answered.
-  std::function<void(QWidget& dialog)> OnDialog;
+  std::function<void()> OnDialog;
   // Message boxes so far.
-  std::vector<Shown> Messages;
+  std::vector<Message> Messages;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  void Answer(QWidget* dialog);
+  void Answer(QDialog* dialog);
   void AnswerMessage(QMessageBox& box);
   void AnswerFile(QFileDialog& dialog);
   void AnswerColour(QColorDialog& dialog);

@@ -49,7 +49,7 @@ class Tour {
  private:
   void Connect() {
     Picture("MDIForm1", "main-disconnected");
-    driver_.Menu("MDIForm1.mnuConnect");
+    Open("mnuConnect", "Form2");
     Picture("Form2", "connect");
     Click("Form2.openPort");
     Wait("the read to begin", [this] { return driver_.IsShown("frmWaitingMessage"); });
@@ -62,8 +62,7 @@ class Tour {
   }
 
   void CurrentLoop() {
-    driver_.Menu("MDIForm1.MnuCurrentLoop");
-    WaitForWindow("Form1");
+    Open("MnuCurrentLoop", "Form1");
     Type("Form1.Text1(2)", "1");
     Click("Form1.cmdTest");
     Wait("the step response", [this] {
@@ -71,38 +70,28 @@ class Tour {
              !tool_.form1.Picture1.Lines.empty();
     });
     Picture("Form1", "current-loop");
-    driver_.CloseWindow("Form1");
-    WaitForClosing("Form1");
+    Close("Form1");
   }
 
   void PositionLoop() {
-    driver_.Menu("MDIForm1.mnuPositionLoop");
-    WaitForWindow("Form3");
+    Open("mnuPositionLoop", "Form3");
     Picture("Form3", "position-loop-start");
     SingleMove();
     Type("Form3.Text1(13)", "5");
     Click("Form3.Command1(3)");
     Wait("an empty picture", [this] { return tool_.form3.Plot.Picture1.Lines.empty(); });
     Wait("the first trace", [this] { return !tool_.form3.Plot.Picture1.Lines.empty(); });
-    const auto first = tool_.form3.Plot.Picture1.Revision;
-    Wait("a second trace", [&] { return tool_.form3.Plot.Picture1.Revision > first; });
+    WaitForNextTrace(tool_.form3.Plot);
     Picture("Form3", "position-loop");
-    Click("Form3.Command1(3)");
-    Wait("the stop",
-         [this] { return tool_.form3.Command1[3].Caption == "Start" && tool_.link.LinkIdle; });
+    Stop("Form3.Command1(3)");
     driver_.Drag("Form3.Picture1", 0.1, 0.2, 0.5, 0.7);
     driver_.Settle();
     driver_.Drag("Form3.Picture1", 0.2, 0.2, 0.7, 0.7);
     driver_.Settle();
     EXPECT_EQ(tool_.form3.Plot.ZoomLevel, 2);
     Picture("Form3", "position-loop-zoomed");
-    for (int page = 0; page < static_cast<int>(tool_.form3.SSTab1.Pages.size()); ++page) {
-      driver_.TurnPage("Form3.SSTab1", page);
-      driver_.Settle();
-      Picture("Form3", "position-loop-page-" + std::to_string(page + 1));
-    }
-    driver_.CloseWindow("Form3");
-    WaitForClosing("Form3");
+    Pages("Form3", tool_.form3.SSTab1, 0, "position-loop");
+    Close("Form3");
   }
 
   // The plan of one repeat leaves room for a single picture; the drive ends the move by itself.
@@ -112,40 +101,30 @@ class Tour {
     Wait("the end of the plan", [this] {
       return tool_.form3.DataSource.Starts() > 0 && !tool_.form3.DataSource.Enabled();
     });
-    EXPECT_EQ(driver_.TextOf("Form3.Command1(3)"), "Stop");
-    Click("Form3.Command1(3)");
-    Wait("the stop", [this] {
-      return tool_.form3.Command1[3].Caption == "Start" && tool_.link.LinkIdle &&
-             driver_.IsEnabled("Form3.Text1(13)");
-    });
+    Stop("Form3.Command1(3)");
   }
 
   void Scope() {
     TellDrive("move 5");
-    driver_.Menu("MDIForm1.mnuScope");
-    WaitForWindow("Form5");
+    Open("mnuScope", "Form5");
     constexpr int OneSecond = 9;
     driver_.Choose("Form5.Combo1", OneSecond);
     Click("Form5.Command1");
     Wait("the first trace", [this] { return tool_.form5.Plot.CaptureHaveData; });
-    const auto first = tool_.form5.Plot.Picture1.Revision;
-    Wait("a second trace", [&] { return tool_.form5.Plot.Picture1.Revision > first; });
+    WaitForNextTrace(tool_.form5.Plot);
     Picture("Form5", "scope");
-    Click("Form5.Command1");
-    Wait("the stop", [this] { return tool_.form5.Check2.Enabled && tool_.link.LinkIdle; });
+    Stop("Form5.Command1");
     Click("Form5.Check2");
     Wait("the spectrum", [this] { return tool_.form5.Plot.FrequencyMode; });
     Picture("Form5", "scope-spectrum");
     Click("Form5.Check2");
     Wait("the traces", [this] { return !tool_.form5.Plot.FrequencyMode; });
-    driver_.CloseWindow("Form5");
-    WaitForClosing("Form5");
+    Close("Form5");
     TellDrive("stop");
   }
 
   void Properties() {
-    driver_.Menu("MDIForm1.sysConfig");
-    WaitForWindow("sysConfigFrm");
+    Open("sysConfig", "sysConfigFrm");
     Picture("sysConfigFrm", "properties");
     Type("sysConfigFrm.Text1(1)", "2");
     Click("sysConfigFrm.cmdOK");
@@ -157,8 +136,7 @@ class Tour {
     for (const char* error : {"encoder", "over-current", "following-error"}) {
       TellDrive(QByteArray("error ") + error);
     }
-    driver_.Menu("MDIForm1.ErrCheck");
-    WaitForWindow("Form4");
+    Open("ErrCheck", "Form4");
     Wait("three errors in the log", [this] {
       constexpr Colour Red = 255;
       return tool_.form4.Shape1[16 * 0 + 5].BackColor == Red &&
@@ -170,13 +148,11 @@ class Tour {
     Picture("Form4", "error-log");
     Click("Form4.Command1(1)");
     Wait("an empty log", [this] { return tool_.form4.Shape1[5].BackColor != 255; });
-    driver_.CloseWindow("Form4");
-    WaitForClosing("Form4");
+    Close("Form4");
   }
 
   void VelocityLoop() {
-    driver_.Menu("MDIForm1.mnuVelocityLoop");
-    WaitForWindow("velocityModeTune");
+    Open("mnuVelocityLoop", "velocityModeTune");
     driver_.TurnPage("velocityModeTune.SSTab1", 1);
     Type("velocityModeTune.Text1(1)", "5");
     Click("velocityModeTune.Command1");
@@ -184,24 +160,15 @@ class Tour {
     driver_.TurnPage("velocityModeTune.SSTab1", 0);
     Type("velocityModeTune.Text1(3)", "900");
     driver_.Key("velocityModeTune.Text1(3)", Qt::Key_Return);
-    const auto first = tool_.velocityMode.Plot.Picture1.Revision;
-    Wait("a second trace", [&] { return tool_.velocityMode.Plot.Picture1.Revision > first; });
+    WaitForNextTrace(tool_.velocityMode.Plot);
     Picture("velocityModeTune", "velocity-loop");
-    Click("velocityModeTune.Command1");
-    Wait("the stop",
-         [this] { return tool_.velocityMode.Command1.Caption == "Start" && tool_.link.LinkIdle; });
-    for (int page = 1; page < static_cast<int>(tool_.velocityMode.SSTab1.Pages.size()); ++page) {
-      driver_.TurnPage("velocityModeTune.SSTab1", page);
-      driver_.Settle();
-      Picture("velocityModeTune", "velocity-loop-page-" + std::to_string(page + 1));
-    }
-    driver_.CloseWindow("velocityModeTune");
-    WaitForClosing("velocityModeTune");
+    Stop("velocityModeTune.Command1");
+    Pages("velocityModeTune", tool_.velocityMode.SSTab1, 1, "velocity-loop");
+    Close("velocityModeTune");
   }
 
   void ParametersGrid() {
-    driver_.Menu("MDIForm1.mnuParameters");
-    WaitForWindow("Form8");
+    Open("mnuParameters", "Form8");
     Click("Form8.readdata");
     Wait("the rows",
          [this] { return !tool_.form8.MSFlexGrid1.Rows.empty() && tool_.form8.readdata.Visible; });
@@ -211,8 +178,7 @@ class Tour {
   }
 
   void SmallWindows() {
-    driver_.Menu("MDIForm1.mnuTestConsole");
-    WaitForWindow("Form110");
+    Open("mnuTestConsole", "Form110");
     Click("Form110.Command1");
     Wait("the console to be ready", [this] { return driver_.TextOf("Form110.Command1") == "Ok?"; });
     Click("Form110.Command1");
@@ -220,8 +186,7 @@ class Tour {
     Picture("Form110", "test-console");
     Click("Form110.Command1");
     driver_.CloseWindow("Form110");
-    driver_.Menu("MDIForm1.mnuAbout");
-    WaitForWindow("Dialog");
+    Open("mnuAbout", "Dialog");
     Picture("Dialog", "about");
     Click("Dialog.Command1");
     WaitForClosing("Dialog");
@@ -230,15 +195,14 @@ class Tour {
   void Files() {
     const std::string file = directory_ + "/axis.tvd";
     QFile::remove(QString::fromStdString(file));
-    driver_.AnswerFile(file);
+    driver_.OnGui([&] { driver_.Dialogs.Files = {file, file}; });
     driver_.Menu("MDIForm1.mnuSaveAs");
     Wait("the file", [&] { return QFile::exists(QString::fromStdString(file)); });
-    driver_.AnswerFile(file);
     driver_.Menu("MDIForm1.mnuFileOpen");
     WaitForMessage("Configuration settings from the source file have been loaded successfully.");
     EXPECT_EQ(driver_.TextOf("MDIForm1"), "Torvane Gainsmith for KVT518 - [axis.tvd]");
     Picture("MDIForm1", "main-file-open");
-    driver_.Answer(MessageAnswer::Yes);
+    driver_.OnGui([this] { driver_.Dialogs.Answers = {MessageAnswer::Yes}; });
     driver_.Menu("MDIForm1.mnuReset");
     WaitForMessage(
         "All configurations in the connected KVT518 drive have been reset to factory default "
@@ -247,12 +211,15 @@ class Tour {
   }
 
   void Disconnect() {
-    driver_.Menu("MDIForm1.mnuConnect");
-    WaitForWindow("Form2");
+    ClosePort();
+    EXPECT_FALSE(driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"));
+  }
+
+  void ClosePort() {
+    Open("mnuConnect", "Form2");
     EXPECT_EQ(driver_.TextOf("Form2.openPort"), "Close");
     Click("Form2.openPort");
     Wait("the port to close", [this] { return driver_.TextOf("Form2.openPort") == "Open"; });
-    EXPECT_FALSE(driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"));
   }
 
   void UnpluggedInARead() {
@@ -261,19 +228,15 @@ class Tour {
       const ProgressBar& progress = tool_.mdiForm1.prgActivity;
       return progress.Visible && progress.Value >= 3;
     });
-    const std::size_t before = driver_.Messages().size();
+    driver_.OnGui([this] { driver_.Dialogs.Messages.clear(); });
     TellDrive("fault hang-up:1");
     WaitForMessage("Unable to communicate with the connected drive. Check your connection");
-    EXPECT_EQ(driver_.Messages().size(), before + 1);
     EXPECT_TRUE(driver_.IsMenuEnabled("MDIForm1.ErrCheck"));
     // The drive is back under the same name a moment later.
-    driver_.Menu("MDIForm1.mnuConnect");
-    WaitForWindow("Form2");
-    Click("Form2.openPort");
-    Wait("the port to close", [this] { return driver_.TextOf("Form2.openPort") == "Open"; });
+    ClosePort();
     Click("Form2.openPort");
     Wait("the settings", [this] { return driver_.IsMenuEnabled("MDIForm1.MnuCurrentLoop"); });
-    EXPECT_EQ(driver_.Messages().size(), before + 1);
+    driver_.OnGui([this] { EXPECT_EQ(driver_.Dialogs.Messages.size(), 1U) << "told once"; });
   }
 
   void TellDrive(const QByteArray& command) {
@@ -282,7 +245,7 @@ class Tour {
 
   void WaitForMessage(const std::string& text) {
     Wait(text, [&] {
-      const auto messages = driver_.Messages();
+      const auto& messages = driver_.Dialogs.Messages;
       return !messages.empty() && messages.back().Text == text;
     });
   }
@@ -303,11 +266,33 @@ class Tour {
   void WaitUntilEnabled(const std::string& name) {
     Wait(name + " to be enabled", [&] { return driver_.IsEnabled(name); });
   }
-  void WaitForWindow(const std::string& name) {
-    Wait(name, [&] { return driver_.IsShown(name); });
+  void Open(const std::string& command, const std::string& window) {
+    driver_.Menu("MDIForm1." + command);
+    Wait(window, [&] { return driver_.IsShown(window); });
+  }
+  void Close(const std::string& window) {
+    driver_.CloseWindow(window);
+    WaitForClosing(window);
   }
   void WaitForClosing(const std::string& name) {
     Wait(name + " to close", [&] { return !driver_.IsShown(name); });
+  }
+
+  void WaitForNextTrace(const Plot& plot) {
+    const auto present = plot.Picture1.Revision;
+    Wait("the next trace", [&] { return plot.Picture1.Revision > present; });
+  }
+  // By the button that has turned into Stop; until a person could go on.
+  void Stop(const std::string& button) {
+    EXPECT_EQ(driver_.TextOf(button), "Stop");
+    Click(button);
+    Wait("the stop", [&] { return driver_.TextOf(button) == "Start" && tool_.link.LinkIdle; });
+  }
+  void Pages(const std::string& window, const Tabs& tabs, int first, const std::string& file) {
+    for (int page = first; page < static_cast<int>(tabs.Pages.size()); ++page) {
+      driver_.TurnPage(window + ".SSTab1", page);
+      Picture(window, file + "-page-" + std::to_string(page + 1));
+    }
   }
 
   // A picture at 100 % in the light scheme; with all variants also at 200 %, and in the dark one.

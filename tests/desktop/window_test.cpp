@@ -1,0 +1,144 @@
+// Windows as a whole: every control named and in reach, nothing clipped, light and dark; a main
+// window with bars.
+#include <QImage>
+
+#include "desk.h"
+#include "desktop/look.h"
+#include "support/layout_check.h"
+
+namespace gainsmith::test {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+struct WindowTest : Desk {
+  WindowTest() {
+    Stack(window.Add(field, "Text1(0)"));
+    field.AccessibleName = "Device Number";
+    Stack(window.Add(disabled, "Text1(1)"));
+    disabled.Enabled = false;
+    Stack(window.Add(link, "lblLink"));
+    link.Caption = "www.torvane.example";
+    link.OnClick = [] {};
+    Stack(window.Add(start, "Command1"));
+    start.Caption = "&Start";
+    Stack(window.Add(ticked, "Check1"));
+    ticked.Caption = "Position Error";
+    Stack(window.Add(list, "Combo1"));
+    list.Items = {{"COM1", 1, "/dev/pts/3"}, {"COM2", 2, ""}};
+    Stack(window.Add(tabs, "SSTab1"));
+    tabs.Pages = {"Parameters", "JOG"};
+    tabs.HeightTwips = 1500;
+    window.Add(jog, "Command2", &tabs, 1).Place(150, 600, 1500, 375);
+    window.Add(parked, "Text9").Parked = true;
+  }
+  ~WindowTest() override {
+    world.EndProgram();
+    ApplyScheme(Scheme::Light);
+  }
+  // One below the other.
+  void Stack(Control& control) {
+    control.Place(150, nextTwips, 2400, 330);
+    nextTwips += 420;
+  }
+
+  int nextTwips = 150;
+  TextBox field, disabled, parked;
+  Label link;
+  Button start, jog;
+  CheckBox ticked;
+  ComboBox list;
+  Tabs tabs;
+};
+
+TEST_F(WindowTest, PicturesFollowTheSchemeAndTheScale) {
+  world.Show(window);
+  for (const Scheme scheme : {Scheme::Dark, Scheme::Light}) {
+    ApplyScheme(scheme);
+    driver.Settle();
+    for (const int scale : {1, 2}) {
+      ASSERT_TRUE(driver.Grab("Form", Path("form.png"), scale));
+      const QImage picture(QString::fromStdString(Path("form.png")));
+      EXPECT_EQ(picture.size(), QSize(400, 300) * scale);
+      EXPECT_EQ(picture.pixelColor(6, 200).lightness() > 128, scheme == Scheme::Light);
+    }
+  }
+}
+
+TEST_F(WindowTest, WhatIsClippedOrOverlapsIsFound) {
+  Show();
+  EXPECT_EQ(LayoutFaults(*driver.Find("Form")), Lines{});
+  start.Caption = "A caption that is far too long for its button";
+  field.HeightTwips = 600;
+  link.WidthTwips = 1000;
+  tabs.WidthTwips = 7000;
+  driver.Settle();
+  const Lines faults = LayoutFaults(*driver.Find("Form"));
+  const Lines expected{"Form.Text1(0) and Form.Text1(1) overlap",
+                       "Form.SSTab1: reaches out of what it lies in",
+                       "Form.lblLink: ", "Form.Command1: "};
+  ASSERT_EQ(faults.size(), expected.size()) << testing::PrintToString(faults);
+  for (std::size_t i = 0; i < faults.size(); ++i) EXPECT_TRUE(faults[i].starts_with(expected[i]));
+}
+
+TEST_F(WindowTest, EveryControlIsNamedAndReachableByTab) {
+  Show();
+  EXPECT_EQ(driver.Find("Form.Text1(0)")->accessibleName(), "Device Number");
+  EXPECT_EQ(driver.Find("Form.Text9"), nullptr) << "parked";
+  world.SetFocus(field);
+  for (const char* name : {"lblLink", "Command1", "Check1", "Combo1"}) {
+    driver.Key("Form", Qt::Key_Tab);
+    driver.Settle();
+    EXPECT_TRUE(driver.Find(std::string("Form.") + name)->hasFocus()) << name;
+  }
+}
+
+TEST_F(WindowTest, AUserAndTheFocusTurnPages) {
+  Show();
+  for (const int page : {1, 0}) {
+    driver.TurnPage("Form.SSTab1", page);
+    driver.Settle();
+    EXPECT_EQ(tabs.CurrentPage, page);
+    EXPECT_EQ(driver.IsShown("Form.Command2"), page == 1);
+  }
+  world.SetFocus(jog);
+  driver.Settle();
+  EXPECT_EQ(tabs.CurrentPage, 1);
+  EXPECT_TRUE(driver.Find("Form.Command2")->hasFocus());
+}
+
+TEST_F(WindowTest, BarsFollowTheirRecords) {
+  FrameWindow frame;
+  frame.Name = "Main";
+  MenuItem file, open, hidden;
+  open.Name = "mnuFileOpen";
+  open.Shortcut = "Ctrl+O";
+  open.OnClick = [&] { log.push_back("open"); };
+  hidden.Name = "ReadFromDrive";
+  hidden.Visible = false;
+  file.Items = {&open, &hidden};
+  frame.Menus = {&file};
+  ToolButton tools[] = {{"Open", "open", true, [&] { log.push_back("tool"); }},
+                        {"Save", "save", false, {}}};
+  frame.ToolButtons = {&tools[0], &tools[1]};
+  world.Show(frame);
+  driver.Settle();
+  EXPECT_FALSE(driver.IsMenuEnabled("Main.ReadFromDrive"));
+  EXPECT_FALSE(driver.IsEnabled("Main.Toolbar1(2)"));
+  driver.Click("Main.Toolbar1(1)");
+  for (const bool enabled : {true, false}) {
+    open.Enabled = enabled;
+    driver.Settle();
+    EXPECT_EQ(driver.IsMenuEnabled("Main.mnuFileOpen"), enabled);
+    driver.Key("Main", Qt::Key_O, Qt::ControlModifier);
+    driver.Settle();
+    EXPECT_EQ(log, (Lines{"tool", "open"}));
+  }
+  frame.Caption = "Torvane Gainsmith for KVT518 - [a.tvd]";
+  driver.Settle();
+  EXPECT_EQ(driver.TextOf("Main"), frame.Caption);
+  world.EndProgram();
+}
+
+}  // namespace
+}  // namespace gainsmith::test
