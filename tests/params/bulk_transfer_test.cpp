@@ -12,49 +12,43 @@ namespace {
 
 using sim::Fault;
 using sim::Hits;
-using Texts = std::vector<std::string>;
 
 constexpr int ReadExchangeMs = 16 + 52 + 51 + 52;
 constexpr int WriteExchangeMs = 16 + 53 + 51 + 53;
-constexpr const char* ConfirmDownload =
+const Message AskDownload{
     "All configurations in the connected KVT518 drive will be overwritten by new configurations. "
-    "Do you want to continue?";
-constexpr const char* ConfirmReset =
+    "Do you want to continue?",
+    "KVT518 Download Confirmation", MessageButtons::YesNo, MessageIcon::Warning, MessageAnswer::No};
+const Message AskReset{
     "All configurations in the connected KVT518 drive will be reset to factory default. Do you "
-    "want to continue?";
-constexpr const char* Downloaded = "New configurations have been downloaded to drive successfully";
-constexpr const char* ResetDone =
+    "want to continue?",
+    "KVT518 Reset Confirmation", MessageButtons::YesNo, MessageIcon::Warning, MessageAnswer::No};
+const Message Downloaded{"New configurations have been downloaded to drive successfully", MainTitle,
+                         MessageButtons::Ok, MessageIcon::Information};
+const Message ResetDone{
     "All configurations in the connected KVT518 drive have been reset to factory default "
-    "successfully!";
-constexpr const char* DefaultsCrashed =
-    "Default settings have been crashed. Contact Torvane or your distributor";
+    "successfully!",
+    MainTitle, MessageButtons::Ok, MessageIcon::Information};
+const Message DefaultsCrashed{
+    "Default settings have been crashed. Contact Torvane or your distributor", MainTitle,
+    MessageButtons::Ok, MessageIcon::Critical};
 
+// Connected to the drive that DownloadFrames tells of.
 struct BulkTest : testing::Test {
   StoreBench bench;
   ParameterStore& store = bench.Store;
 
   void SetUp() override {
-    FillRegisters();
-    bench.ConnectDrive();
-  }
-
-  // As DownloadFrames tells.
-  void FillRegisters() {
     for (const ParameterRow& row : ParameterRows()) {
       const int number = static_cast<int>(row.Source);
       bench.Register(number) = static_cast<std::uint16_t>(1000 + number);
     }
     bench.Register(0xFF) = 0x01C7;
+    bench.ConnectDrive();
   }
-  // Raises every parameter of the drive, so that a read shows.
-  void ChangeRegisters() {
-    for (const Slot slot : ReadOrder()) ++bench.Register(static_cast<int>(RowOf(slot).Source));
-    bench.Register(0xFF) = 0x0028;
-  }
-  void Answer(MessageAnswer answer) { bench.World.Answers.push_back(answer); }
-  void ClickDownload() {
-    Answer(MessageAnswer::Yes);
-    bench.User.Click(bench.Main.mnuDownloadToDrive);
+  void Confirm(MenuItem& item) {
+    bench.World.Answers.push_back(MessageAnswer::Yes);
+    bench.User.Click(item);
   }
   void ExpectAtRest() {
     EXPECT_FALSE(bench.Shell.BulkTransferRunning);
@@ -65,98 +59,89 @@ struct BulkTest : testing::Test {
 };
 
 TEST_F(BulkTest, AReadSendsItsFramesInOrderAndFillsTheTable) {
-  ChangeRegisters();
-  store.ParameterValues[40] = 9;
+  store.ParameterValues.fill(9);
+  bench.Register(0xFF) = 0x0028;
   bench.Register(0xEF) = 20;
   const std::int64_t start = bench.World.NowMs();
-  EXPECT_TRUE(bench.Transfer.readDrive());
-  EXPECT_EQ(bench.HexFrames(), Texts(BulkReadFrames.begin(), BulkReadFrames.end()));
+  bench.Main.ReadFromDrive.OnClick();
+  EXPECT_EQ(bench.HexFrames(), BulkReadFrames);
   EXPECT_EQ(bench.World.NowMs() - start, 44 * ReadExchangeMs);
-
-  EXPECT_EQ(store[Slot::CurrentKp], 1001);
-  EXPECT_EQ(store[Slot::KaffHigh], 1014);
-  EXPECT_EQ(store[Slot::Resistance], 12.48F);
-  EXPECT_EQ(store[Slot::TorqueConstant], 1.251F);
-  EXPECT_EQ(store[Slot::Inertia], 0.01252F);
-  EXPECT_EQ(store[Slot::AnalogPeakCurrent], 104.1F);
-  EXPECT_EQ(store[Slot::RatedCurrentLimit], 12.47F);
-  EXPECT_EQ(store[Slot::Trap2Width], 0);
+  EXPECT_EQ(bench.TakeMessages(), (Messages{{"Read from driver successfully", "Read Parameters",
+                                             MessageButtons::Ok, MessageIcon::Information}}));
   EXPECT_EQ(store.DriveFlagsWord, 0x0028);
-  EXPECT_EQ(store[Slot::OperatingMode], 1);
-  EXPECT_EQ(store[Slot::EndLimitPolarity], 1);
-  EXPECT_EQ(store[Slot::PulseEdge], 0);
+  const std::pair<Slot, float> values[] = {
+      {Slot::CurrentKp, 1000},
+      {Slot::KaffHigh, 1013},
+      {Slot::Resistance, 12.47F},
+      {Slot::Inductance, 12.48F},
+      {Slot::BackEmf, 12.49F},
+      {Slot::TorqueConstant, 1.25F},
+      {Slot::Inertia, 0.01251F},
+      {Slot::AnalogPeakCurrent, 104},
+      {Slot::PeakCurrentLimit, 12.45F},
+      {Slot::RatedCurrentLimit, 12.46F},
+      {Slot::Trap2Width, 0},
+      {Slot::PulseEdge, 0},
+      {Slot::OperatingMode, 1},
+      {Slot::EndLimitPolarity, 1},
+  };
+  for (const auto& [slot, value] : values) EXPECT_EQ(store[slot], value) << RowOf(slot).Name;
   ExpectAtRest();
 }
 
 TEST_F(BulkTest, AReadThatFailsInTheMiddleKeepsWhatItHas) {
-  ChangeRegisters();
+  store.ParameterValues.fill(9);
   bench.Main.DisableDriveMenus();
-  // The 30th register is the flags word: from it on the drive gives bad checksums only.
-  bench.World.At(29 * ReadExchangeMs + 1, [&] { bench.Inject(Fault::BadCrc); });
+  // Eleven bad replies to the first register take nothing from the twelve frames of the 30th, the
+  // flags word: from it on the drive gives bad checksums only.
+  bench.Inject(Fault::WrongAddress, Hits::Next(11));
+  bench.World.At(11 * (16 + 52 + 51) + 29 * ReadExchangeMs + 1,
+                 [&] { bench.Inject(Fault::BadCrc); });
   EXPECT_FALSE(bench.Transfer.readDrive());
-  EXPECT_EQ(bench.World.Log.Frames().size(), 29U + 12U);
-  EXPECT_EQ(store[Slot::RatedPower], 1253) << "step 29";
+  EXPECT_EQ(bench.World.Log.Frames().size(), 11U + 29U + 12U);
+  EXPECT_EQ(store[Slot::RatedPower], 1252) << "step 29";
+  EXPECT_EQ(store[Slot::PulseEdge], 9);
+  EXPECT_EQ(store[Slot::InPosition], 9) << "step 31";
   EXPECT_EQ(store.DriveFlagsWord, 0x01C7);
-  EXPECT_EQ(store[Slot::PulseEdge], 1);
-  EXPECT_EQ(store[Slot::InPosition], 1049) << "step 31";
   EXPECT_TRUE(bench.World.IsPortOpen());
   EXPECT_FALSE(bench.Main.mnuFileOpen.Enabled);
   EXPECT_EQ(bench.Main.Pointer, MousePointer::ArrowQuestion);
-  EXPECT_EQ(bench.MessageTexts(), Texts{LostLinkText});
   ExpectAtRest();
-}
 
-TEST_F(BulkTest, EachRegisterHasItsOwnTwelveFrames) {
-  // Ten bad replies to the first register and eleven to the second: no register uses up its twelve.
-  bench.Inject(Fault::WrongAddress, Hits::Next(11));
-  bench.World.At(10 * (16 + 52 + 51) + 10 + ReadExchangeMs * 2,
-                 [&] { bench.Inject(Fault::WrongAddress, Hits::Next(11)); });
-  EXPECT_TRUE(bench.Transfer.readDrive());
-  EXPECT_EQ(bench.World.Log.Frames().size(), 44U + 22U);
+  bench.Main.ReadFromDrive.OnClick();
+  EXPECT_EQ(bench.TakeMessages(), (Messages{LostLink, LostLink})) << "no word of success";
+  EXPECT_EQ(bench.Main.Pointer, MousePointer::Default);
 }
 
 TEST_F(BulkTest, ADownloadWritesBackWhatWasReadAndStoresIt) {
+  bench.User.Click(bench.Main.mnuDownloadToDrive);
+  EXPECT_EQ(bench.TakeMessages(), Messages{AskDownload}) << "No means no";
+  EXPECT_TRUE(bench.World.ScreenPointers.empty());
+
   const std::int64_t start = bench.World.NowMs();
-  ClickDownload();
-  Texts expected(DownloadFrames.begin(), DownloadFrames.end());
-  expected.push_back(StoreFrame);
-  EXPECT_EQ(bench.HexFrames(), expected);
+  Confirm(bench.Main.mnuDownloadToDrive);
+  EXPECT_EQ(bench.HexFrames(), std::string(DownloadFrames) + " " + StoreFrame);
   EXPECT_EQ(bench.World.NowMs() - start,
             44 * WriteExchangeMs + 43 * 51 + (16 + 53 + 1001 + 51 + 501 + 53));
-  EXPECT_EQ(bench.MessageTexts(), (Texts{ConfirmDownload, Downloaded}));
-  EXPECT_EQ(bench.World.Messages[0].Title, "KVT518 Download Confirmation");
-  EXPECT_EQ(bench.World.Messages[0].Icon, MessageIcon::Warning);
-  EXPECT_EQ(bench.World.Messages[0].Default, MessageAnswer::No);
-  EXPECT_EQ(bench.World.Messages[1].Icon, MessageIcon::Information);
+  EXPECT_EQ(bench.TakeMessages(), (Messages{AskDownload, Downloaded}));
   EXPECT_EQ(bench.World.ScreenPointers,
             (std::vector{MousePointer::Hourglass, MousePointer::Default}));
   ExpectAtRest();
 }
 
-TEST_F(BulkTest, NoMeansNo) {
-  const auto before = store.ParameterValues;
-  bench.User.Click(bench.Main.mnuDownloadToDrive);
-  bench.User.Click(bench.Main.mnuReset);
-  EXPECT_EQ(bench.MessageTexts(), (Texts{ConfirmDownload, ConfirmReset}));
-  EXPECT_TRUE(bench.World.Log.Frames().empty());
-  EXPECT_TRUE(bench.World.ScreenPointers.empty());
-  EXPECT_EQ(store.ParameterValues, before);
-  ExpectAtRest();
-}
-
-TEST_F(BulkTest, ASettingThatTheDriveDoesNotTakeIsSkippedAndNamed) {
+TEST_F(BulkTest, WhatTheDriveDoesNotTakeIsSkippedAndNamed) {
   // The third setting fails its four frames.
   bench.World.At(2 * (WriteExchangeMs + 51) - 20,
                  [&] { bench.Inject(Fault::WrongEcho, Hits::Next(4)); });
-  ClickDownload();
+  Confirm(bench.Main.mnuDownloadToDrive);
   EXPECT_EQ(bench.World.Log.Frames().size(), 44U + 3U + 1U);
-  EXPECT_EQ(bench.MessageTexts(), (Texts{ConfirmDownload, Downloaded}));
+  EXPECT_EQ(bench.TakeMessages(), (Messages{AskDownload, Downloaded}));
   EXPECT_TRUE(bench.Line.WriteFailed);
   EXPECT_EQ(bench.Main.lblNotice.Caption,
             "The drive did not take: Velocity Loop High Speed Proportional Gain");
   EXPECT_TRUE(bench.Main.lblNotice.Visible);
 
-  ClickDownload();
+  Confirm(bench.Main.mnuDownloadToDrive);
   EXPECT_FALSE(bench.Main.lblNotice.Visible) << "a later download begins anew";
   EXPECT_TRUE(bench.Line.WriteFailed);
 }
@@ -166,88 +151,60 @@ TEST_F(BulkTest, ATableWithValuesThatCannotBePackedIsNotSent) {
   store[Slot::CurrentKi] = -1;
   store[Slot::Trap2Width] = -5;  // never travels
   store[Slot::AlarmPolarity] = 70000;
-  ClickDownload();
+  Confirm(bench.Main.mnuDownloadToDrive);
   EXPECT_TRUE(bench.World.Log.Frames().empty());
-  ASSERT_EQ(bench.World.Messages.size(), 2U);
-  const std::string& text = bench.World.Messages[1].Text;
-  EXPECT_NE(text.find("\nCurrent Loop Integral Gain: -1\n"), std::string::npos) << text;
-  EXPECT_NE(text.find("\nAlarm Output Polarity: 70000\n"), std::string::npos) << text;
-  EXPECT_NE(text.find("\nMotor Phase Resistance: 655.36"), std::string::npos) << text;
-  EXPECT_EQ(text.find("2nd Trap"), std::string::npos) << text;
+  const Message notSent{
+      "Nothing was sent to the drive. These settings have values that it can't take:\nCurrent Loop "
+      "Integral Gain: -1\nAlarm Output Polarity: 70000\nMotor Phase Resistance: 655.36",
+      MainTitle, MessageButtons::Ok, MessageIcon::Critical};
+  EXPECT_EQ(bench.TakeMessages(), (Messages{AskDownload, notSent}));
   ExpectAtRest();
 
   // A whole flags word goes out alone: the flags' own slots no longer matter.
   store[Slot::Resistance] = 1;
   store[Slot::CurrentKi] = 1;
   store[Slot::PulseEdge] = 0x0142;
-  bench.World.Messages.clear();
-  ClickDownload();
+  Confirm(bench.Main.mnuDownloadToDrive);
   EXPECT_EQ(bench.World.Log.Writes(0xFF), std::vector<int>{0x0142});
-  EXPECT_EQ(bench.MessageTexts(), (Texts{ConfirmDownload, Downloaded}));
+  EXPECT_EQ(bench.TakeMessages(), (Messages{AskDownload, Downloaded}));
 }
 
-struct ResetTest : BulkTest {
-  std::string Defaults(float value) {
-    ParameterStore defaults;
-    defaults.ParameterValues.fill(value);
-    defaults[Slot::Inertia] = 0.00001F;
-    return FormatConfig(defaults).value();
-  }
-  void ClickReset() {
-    Answer(MessageAnswer::Yes);
-    bench.User.Click(bench.Main.mnuReset);
-  }
-};
-
-TEST_F(ResetTest, AResetLoadsDownloadsAndStoresTheFactoryValues) {
-  bench.World.Files["/program/default.ini"] = Defaults(1);
+TEST_F(BulkTest, AResetLoadsDownloadsAndStoresTheFactoryValues) {
+  const std::string path = "/program/default.ini";
   bench.Main.CurrentConfigFile = "/home/motor.tvd";
   bench.Main.ShowFileInCaption("motor.tvd");
   bench.Main.mnuFileClose.Enabled = true;
-  ClickReset();
-  EXPECT_EQ(store[Slot::Resistance], 1);
+  bench.User.Click(bench.Main.mnuReset);
+  EXPECT_EQ(bench.TakeMessages(), Messages{AskReset}) << "No means no";
+
+  // Factory values that cannot be read or have a bad line end the reset before the drive.
+  bench.World.Files[path] = "0& 5 \r\nno line\r\n";
+  for (const bool readable : {false, true}) {
+    bench.World.Unreadable.clear();
+    if (!readable) bench.World.Unreadable = {path};
+    Confirm(bench.Main.mnuReset);
+    EXPECT_EQ(bench.TakeMessages(), (Messages{AskReset, DefaultsCrashed}));
+    EXPECT_EQ(store[Slot::CurrentKp], readable ? 5 : 1000) << "the line before the bad one";
+    ExpectAtRest();
+  }
+  EXPECT_TRUE(bench.World.Log.Frames().empty());
+  EXPECT_EQ(bench.Main.CurrentConfigFile, "/home/motor.tvd");
+
+  ParameterStore factory;
+  factory.ParameterValues.fill(1);
+  factory[Slot::Inertia] = 0.00001F;
+  bench.World.Files[path] = FormatConfig(factory).value();
+  Confirm(bench.Main.mnuReset);
+  EXPECT_EQ(bench.TakeMessages(), (Messages{AskReset, ResetDone}));
+  EXPECT_EQ(bench.World.Log.Frames().size(), 45U);
+  EXPECT_EQ(bench.World.Log.Texts().back(), "W 12=1");
   EXPECT_EQ(bench.Register(0xF7), 100);
   EXPECT_EQ(bench.Register(0x00), 1);
   // Mode 1 is 20 hexadecimal; bit 0, which has no slot, is the drive's own.
   EXPECT_EQ(bench.Register(0xFF), 0x01EF);
-  EXPECT_EQ(bench.World.Log.Frames().size(), 45U);
-  EXPECT_EQ(bench.World.Log.Texts().back(), "W 12=1");
-  EXPECT_EQ(bench.MessageTexts(), (Texts{ConfirmReset, ResetDone}));
-  EXPECT_EQ(bench.World.Messages[0].Title, "KVT518 Reset Confirmation");
   EXPECT_EQ(bench.Main.Caption, MainTitle);
   EXPECT_TRUE(bench.Main.CurrentConfigFile.empty());
   EXPECT_TRUE(bench.Main.mnuFileClose.Enabled);
-  ExpectAtRest();
-}
-
-TEST_F(ResetTest, BadFactoryValuesEndTheResetBeforeTheDrive) {
-  const std::string unreadable[] = {"", "0& 5 \r\nno line\r\n"};
-  for (const std::string& text : unreadable) {
-    bench.World.Messages.clear();
-    bench.World.Files["/program/default.ini"] = text;
-    if (text.empty()) bench.World.Unreadable.insert("/program/default.ini");
-    bench.Main.CurrentConfigFile = "/home/motor.tvd";
-    ClickReset();
-    bench.World.Unreadable.clear();
-    EXPECT_TRUE(bench.World.Log.Frames().empty());
-    EXPECT_EQ(bench.MessageTexts(), (Texts{ConfirmReset, DefaultsCrashed}));
-    EXPECT_EQ(bench.World.Messages[1].Icon, MessageIcon::Critical);
-    EXPECT_EQ(bench.Main.CurrentConfigFile, "/home/motor.tvd");
-    ExpectAtRest();
-  }
-  EXPECT_EQ(store[Slot::CurrentKp], 5) << "the line before the bad one";
-  EXPECT_EQ(store[Slot::CurrentKi], 1001);
-}
-
-TEST_F(BulkTest, TheHiddenReadTellsSuccessOnlyOnSuccess) {
-  bench.Main.ReadFromDrive.OnClick();
-  EXPECT_EQ(bench.MessageTexts(), Texts{"Read from driver successfully"});
-  EXPECT_EQ(bench.World.Messages[0].Title, "Read Parameters");
-  bench.World.Messages.clear();
-  bench.Inject(Fault::HangUp);
-  bench.Main.ReadFromDrive.OnClick();
-  EXPECT_EQ(bench.MessageTexts(), Texts{LostLinkText});
-  EXPECT_EQ(bench.Main.Pointer, MousePointer::Default);
   ExpectAtRest();
 }
 

@@ -5,9 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <span>
 #include <string>
-#include <vector>
 
 #include "link/connect_window.h"
 #include "link/link.h"
@@ -17,13 +15,11 @@
 #include "shell/commands.h"
 #include "shell/waiting_window.h"
 #include "simulator/registers.h"
+#include "support/messages.h"
 #include "support/virtual_user.h"
 #include "support/virtual_world.h"
 
 namespace gainsmith::test {
-
-constexpr const char* LostLinkText =
-    "Unable to communicate with the connected drive. Check your connection";
 
 struct StoreBench {
   VirtualWorld World;
@@ -63,27 +59,25 @@ struct StoreBench {
     Device.Drive.Inject(fault, hits);
   }
 
-  // The frames sent, byte by byte in hexadecimal: "01 03 00 FF 00 01 B4 3A".
-  std::vector<std::string> HexFrames() const {
+  // The frames sent, each in hexadecimal: "010300FF0001B43A 010300310001D5C5".
+  std::string HexFrames() const {
     constexpr const char* Digits = "0123456789ABCDEF";
-    std::vector<std::string> frames;
+    std::string hex;
     for (const LoggedFrame& frame : World.Log.Frames()) {
-      std::string hex;
+      if (!hex.empty()) hex += ' ';
       for (const std::uint8_t byte : frame.Bytes) {
-        if (!hex.empty()) hex += ' ';
         hex += Digits[byte / 16];
         hex += Digits[byte % 16];
       }
-      frames.push_back(hex);
     }
-    return frames;
+    return hex;
   }
 
-  // Texts of the messages shown, in order.
-  std::vector<std::string> MessageTexts() const {
-    std::vector<std::string> texts;
-    for (const Message& message : World.Messages) texts.push_back(message.Text);
-    return texts;
+  Messages TakeMessages() { return test::TakeMessages(World); }
+
+  // The file that the next file dialog gives.
+  void Choose(const std::string& path) {
+    World.ChosenFiles.push_back({ChosenFile::Outcome::Chosen, path});
   }
 
  private:
