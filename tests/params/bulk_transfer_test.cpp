@@ -62,6 +62,7 @@ TEST_F(BulkTest, AReadSendsItsFramesInOrderAndFillsTheTable) {
   store.ParameterValues.fill(9);
   bench.Register(0xFF) = 0x0028;
   bench.Register(0xEF) = 20;
+  bench.Register(0xF6) = 1247;
   const std::int64_t start = bench.World.NowMs();
   bench.Main.ReadFromDrive.OnClick();
   EXPECT_EQ(bench.HexFrames(), BulkReadFrames);
@@ -79,7 +80,7 @@ TEST_F(BulkTest, AReadSendsItsFramesInOrderAndFillsTheTable) {
       {Slot::Inertia, 0.01251F},
       {Slot::AnalogPeakCurrent, 104},
       {Slot::PeakCurrentLimit, 12.45F},
-      {Slot::RatedCurrentLimit, 12.46F},
+      {Slot::RatedCurrentLimit, 12.47F},
       {Slot::Trap2Width, 0},
       {Slot::PulseEdge, 0},
       {Slot::OperatingMode, 1},

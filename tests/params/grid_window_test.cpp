@@ -231,7 +231,7 @@ TEST_F(GridTest, ItsButtonsDoNothingDuringAnotherTransfer) {
   });
   EXPECT_TRUE(bench.Transfer.readDrive());
   EXPECT_EQ(bench.World.Log.Frames().size(), 44U);
-  EXPECT_TRUE(bench.World.Messages.empty());
+  EXPECT_TRUE(bench.World.Messages.empty() && bench.World.FileDialogs.empty());
   EXPECT_TRUE(ButtonsShown());
 }
 

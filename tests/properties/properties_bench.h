@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "properties/properties_window.h"
+#include "support/messages.h"
 #include "support/virtual_user.h"
 
 namespace gainsmith::test {
@@ -73,25 +74,20 @@ struct PropertiesBench {
       Device.Drive.Registers().Values[static_cast<std::size_t>(reg)] = value;
     }
   }
-  std::uint16_t Get(int reg) { return Device.Drive.Registers().Values[std::size_t(reg)]; }
 
-  void FallSilent() {
-    Line.Stops = [](int, const LoggedFrame&) { return true; };
-  }
   // Opens the window as the menu does, and forgets the frames of its load.
   void Open() {
     World.ShowModal(Window);
     World.Log.Clear();
   }
+  TextBox& Field(const std::string& name) { return static_cast<TextBox&>(*Fields.at(name)); }
   // The text of a field or a list, by the control's name.
   std::string& Text(const std::string& name) {
     Control* control = Fields.at(name);
     return control->Kind == ControlKind::ComboBox ? static_cast<ComboBox*>(control)->Text
-                                                  : static_cast<TextBox*>(control)->Text;
+                                                  : Field(name).Text;
   }
-  void Enter(const std::string& name) {
-    static_cast<TextBox*>(Fields.at(name))->OnKeyPress(KeyEnter);
-  }
+  void Enter(const std::string& name) { Field(name).OnKeyPress(KeyEnter); }
   // Frames sent since the last call: "W 245=600, W 246=300".
   std::string TakeFrames() {
     std::string line;
@@ -99,20 +95,7 @@ struct PropertiesBench {
     World.Log.Clear();
     return line;
   }
-  // Exactly one message since the last call, or none where `text` is empty.
-  void ExpectMessage(const std::string& text, const char* title, MessageIcon icon) {
-    const std::vector<Message> told = std::exchange(World.Messages, {});
-    ASSERT_EQ(told.size(), text.empty() ? 0U : 1U);
-    if (text.empty()) return;
-    EXPECT_EQ(told[0].Text, text);
-    EXPECT_EQ(told[0].Title, title);
-    EXPECT_EQ(told[0].Icon, icon);
-  }
-  void ExpectNoMessage() { ExpectMessage("", "", {}); }
-  void ExpectLinkFailure() {
-    ExpectMessage("Unable to communicate with the connected drive. Check your connection",
-                  "Cmmunication Error", MessageIcon::Critical);
-  }
+  Messages TakeMessages() { return test::TakeMessages(World); }
 };
 
 }  // namespace gainsmith::test
