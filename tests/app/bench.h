@@ -22,8 +22,7 @@ struct Bench {
       : device(std::move(options)), tool(world, edition) {
     world.Devices[1] = &device;
     std::ifstream factory(DEFAULT_INI, std::ios::binary);
-    world.Files["/program/default.ini"] =
-        std::string(std::istreambuf_iterator<char>(factory), std::istreambuf_iterator<char>());
+    world.Files["/program/default.ini"].assign(std::istreambuf_iterator<char>(factory), {});
     tool.Start();
   }
   Bench(const Bench&) = delete;
@@ -35,18 +34,21 @@ struct Bench {
     user.Click(tool.form2.openPort);
   }
 
-  // Frames sent since the last call.
-  Texts TakeFrames() {
-    Texts frames = world.Log.Texts();
-    world.Log.Clear();
-    return frames;
+  Texts TakeFrames() { return world.TakeFrames(); }
+  Texts TakeMessages() { return world.TakeMessages(); }
+
+  // The line as new, the cable in its place.
+  void Repair() {
+    device.Drive.ClearFaults();
+    if (device.Drive.HungUp()) device.Drive.Reconnect();
   }
-  // Texts of the messages shown since the last call.
-  Texts TakeMessages() {
-    Texts texts;
-    for (const Message& message : world.Messages) texts.push_back(message.Text);
-    world.Messages.clear();
-    return texts;
+  // No transfer under way, and no mark of one left.
+  void ExpectAtRest() {
+    EXPECT_FALSE(tool.shell.BulkTransferRunning);
+    EXPECT_FALSE(tool.waiting.Loaded);
+    EXPECT_FALSE(tool.mdiForm1.lblActivity.Visible);
+    EXPECT_EQ(world.ScreenPointer, MousePointer::Default);
+    EXPECT_TRUE(tool.form2.openPort.Enabled);
   }
 
   VirtualWorld world;

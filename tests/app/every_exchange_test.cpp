@@ -46,8 +46,7 @@ struct StruckBench : Bench {
   // Clears what was done to the drive and connects; the first click may only close a port that was
   // left open.
   void ConnectAnew() {
-    device.Drive.ClearFaults();
-    if (device.Drive.HungUp()) device.Drive.Reconnect();
+    Repair();
     world.RunFor(3000);
     Connect();
     world.RunFor(500);

@@ -13,10 +13,9 @@ using Texts = Bench::Texts;
 
 constexpr const char* ExitQuestion = "Exit Gainsmith for KVT518?";
 constexpr const char* Downloaded = "New configurations have been downloaded to drive successfully";
-constexpr const char* ConfigPath = "/home/axis.tvd";
 
 // A command that moves the whole table, as the user gives it to a connected tool.
-struct TransferCommand {
+struct Command {
   const char* Name;
   std::function<void(Bench&)> Give;
 };
@@ -26,18 +25,17 @@ void Confirm(Bench& bench, MenuItem& item) {
   bench.user.Click(item);
 }
 
-const TransferCommand Download{
-    "download", [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuDownloadToDrive); }};
-const TransferCommand Reset{"reset",
-                            [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuReset); }};
-const TransferCommand Open{"open", [](Bench& bench) {
-                             bench.world.Files[ConfigPath] =
-                                 bench.world.Files["/program/default.ini"];
-                             bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, ConfigPath}};
-                             bench.user.Click(bench.tool.mdiForm1.mnuFileOpen);
-                           }};
-const TransferCommand ReadAgain{"read",
-                                [](Bench& bench) { bench.tool.mdiForm1.ReadFromDrive.OnClick(); }};
+const Command Transfers[] = {
+    {"download", [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuDownloadToDrive); }},
+    {"reset", [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuReset); }},
+    {"open",
+     [](Bench& bench) {
+       bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, "/program/default.ini"}};
+       bench.user.Click(bench.tool.mdiForm1.mnuFileOpen);
+     }},
+    {"read", [](Bench& bench) { bench.tool.mdiForm1.ReadFromDrive.OnClick(); }},
+};
+const Command& Download = Transfers[0];
 
 // The tool, connected, with nothing logged yet.
 struct ConnectedBench : Bench {
@@ -46,34 +44,26 @@ struct ConnectedBench : Bench {
     TakeFrames();
     EXPECT_TRUE(TakeMessages().empty());
   }
-  void ExpectAtRest() {
-    EXPECT_FALSE(tool.shell.BulkTransferRunning);
-    EXPECT_FALSE(tool.waiting.Loaded);
-    EXPECT_FALSE(tool.mdiForm1.lblActivity.Visible);
-    EXPECT_EQ(world.ScreenPointer, MousePointer::Default);
-    EXPECT_TRUE(tool.form2.openPort.Enabled);
-  }
 };
 
 struct Undisturbed {
-  explicit Undisturbed(const TransferCommand& command) {
+  explicit Undisturbed(const Command& command) {
     ConnectedBench bench;
     const std::int64_t start = bench.world.NowMs();
     command.Give(bench);
     LastsMs = bench.world.NowMs() - start;
-    for (const LoggedFrame& frame : bench.world.Log.Frames())
-      SentAtMs.push_back(frame.AtMs - start);
+    LastFrameMs = bench.world.Log.Frames().back().AtMs - start;
     Frames = bench.TakeFrames();
     Messages = bench.TakeMessages();
   }
   Texts Frames;
-  std::vector<std::int64_t> SentAtMs;
   Texts Messages;
   std::int64_t LastsMs = 0;
+  std::int64_t LastFrameMs = 0;
 };
 
 TEST(Nesting, TheExitQuestionAtAnyMomentOfATransfer) {
-  for (const TransferCommand& command : {Download, Reset, Open, ReadAgain}) {
+  for (const Command& command : Transfers) {
     const Undisturbed whole(command);
     for (std::int64_t delayMs = 1; delayMs < whole.LastsMs; delayMs += 487) {
       SCOPED_TRACE(std::string(command.Name) + " after " + std::to_string(delayMs));
@@ -91,7 +81,6 @@ TEST(Nesting, TheExitQuestionAtAnyMomentOfATransfer) {
       stays.ExpectAtRest();
 
       ConnectedBench ends;
-      const auto files = ends.world.Files;
       const std::int64_t start = ends.world.NowMs();
       give(ends, MessageAnswer::Yes);
       EXPECT_TRUE(ends.world.Ended());
@@ -106,7 +95,7 @@ TEST(Nesting, TheExitQuestionAtAnyMomentOfATransfer) {
 }
 
 TEST(Nesting, ADeviceThatGoesAwayAtAnyRequestOfATransfer) {
-  for (const TransferCommand& command : {Download, Reset, Open, ReadAgain}) {
+  for (const Command& command : Transfers) {
     const Undisturbed whole(command);
     const int requests = static_cast<int>(whole.Frames.size());
     for (int request = 1; request <= requests; request += 4) {
@@ -126,8 +115,7 @@ TEST(Nesting, ADeviceThatGoesAwayAtAnyRequestOfATransfer) {
       bench.ExpectAtRest();
 
       // Plugged in again: close, open, and all is well.
-      bench.device.Drive.ClearFaults();
-      bench.device.Drive.Reconnect();
+      bench.Repair();
       bench.Connect();
       EXPECT_FALSE(bench.world.IsPortOpen());
       bench.world.RunFor(500);
@@ -169,7 +157,7 @@ TEST(Nesting, AStoreIsJudgedByItsOwnReply) {
   // 11 x 51 ms have passed; the button is pressed in the wait that follows.
   bench.device.Drive.Inject(sim::Fault::DropNth,
                             sim::Hits::Only(static_cast<int>(whole.Frames.size())));
-  bench.world.At(whole.SentAtMs.back() + 2 + 53 + 1001 + 11 * 51 + 100,
+  bench.world.At(whole.LastFrameMs + 2 + 53 + 1001 + 11 * 51 + 100,
                  [&] { bench.user.Click(bench.tool.sysConfig.cmdOK); });
   Download.Give(bench);
   Texts frames = bench.TakeFrames();

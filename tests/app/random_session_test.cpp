@@ -31,6 +31,8 @@ class RandomUser {
   }
 
  private:
+  using Choices = std::vector<std::function<void()>>;
+
   int Below(int n) { return static_cast<int>(random_() % static_cast<unsigned>(n)); }
   template <typename T>
   const T& OneOf(const std::vector<T>& all) {
@@ -58,42 +60,35 @@ class RandomUser {
     if (kind < Kinds) {
       bench_.device.Drive.Inject(static_cast<sim::Fault>(kind), sim::Hits::Next(1 + Below(40)));
     } else {
-      Repair();
+      bench_.Repair();
     }
-  }
-  void Repair() {
-    bench_.device.Drive.ClearFaults();
-    if (bench_.device.Drive.HungUp()) bench_.device.Drive.Reconnect();
   }
 
   void Answer(const Message& message) {
     const bool exit = message.Text == "Exit Gainsmith for KVT518?";
-    if (message.Buttons == MessageButtons::Ok) {
-      bench_.world.Answers = {MessageAnswer::Ok};
-    } else {
-      bench_.world.Answers = {!exit && Below(2) == 0 ? MessageAnswer::Yes : MessageAnswer::No};
-    }
+    const bool yes = message.Buttons == MessageButtons::YesNo && !exit && Below(2) == 0;
+    bench_.world.Answers = {yes ? MessageAnswer::Yes : MessageAnswer::No};
   }
 
   void Act() {
     const std::vector<std::string> paths{"", "/home/a.tvd", "/home/b.tvd", "/program/default.ini"};
     const auto outcome = static_cast<ChosenFile::Outcome>(Below(3));
     bench_.world.ChosenFiles = {{outcome, OneOf(paths)}};
-    std::vector<std::function<void()>> choices;
-    CollectCommands(choices);
+    Choices choices;
+    if (bench_.world.ModalWindow() == nullptr) CollectCommands(choices);
     // Windows other than the main one draw a user's hand most of the time.
-    const std::vector<Window*> windows = bench_.world.LoadedWindows();
-    for (Window* window : windows) {
+    for (Window* window : bench_.world.LoadedWindows()) {
       if (window == &bench_.tool.mdiForm1 || !bench_.user.CanReach(*window)) continue;
-      CollectControls(*window, choices);
+      for (Control* control : window->Controls) {
+        if (bench_.user.CanReach(*control)) choices.push_back([this, control] { Use(*control); });
+      }
       choices.push_back([this, window] { bench_.user.Close(*window); });
     }
     if (!choices.empty()) OneOf(choices)();
   }
 
-  void CollectCommands(std::vector<std::function<void()>>& choices) {
+  void CollectCommands(Choices& choices) {
     MDIForm1& main = bench_.tool.mdiForm1;
-    if (bench_.world.ModalWindow() != nullptr) return;
     for (MenuItem* menu : main.Menus) {
       for (MenuItem* item : menu->Items) {
         if (!item->OnClick || !bench_.user.CanReach(*item)) continue;
@@ -105,39 +100,28 @@ class RandomUser {
     }
   }
 
-  void CollectControls(Window& window, std::vector<std::function<void()>>& choices) {
-    for (Control* control : window.Controls) {
-      if (!bench_.user.CanReach(*control)) continue;
-      choices.push_back([this, control] { Use(*control); });
-    }
-  }
-
   void Use(Control& control) {
-    VirtualUser& user = bench_.user;
     switch (control.Kind) {
       case ControlKind::Button:
-        UseButton(static_cast<Button&>(control));
-        break;
+        return UseButton(static_cast<Button&>(control));
       case ControlKind::CheckBox:
-        user.Click(static_cast<CheckBox&>(control));
-        break;
+        return bench_.user.Click(static_cast<CheckBox&>(control));
       case ControlKind::OptionButton:
-        user.Click(static_cast<OptionButton&>(control));
-        break;
-      case ControlKind::ComboBox: {
-        auto& list = static_cast<ComboBox&>(control);
-        if (!list.Items.empty()) user.Choose(list, Below(static_cast<int>(list.Items.size())));
-        break;
-      }
+        return bench_.user.Click(static_cast<OptionButton&>(control));
+      case ControlKind::ComboBox:
+        return UseList(static_cast<ComboBox&>(control));
       case ControlKind::TextBox:
-        UseField(static_cast<TextBox&>(control));
-        break;
+        return UseField(static_cast<TextBox&>(control));
       case ControlKind::PictureBox:
-        UsePicture(static_cast<PictureBox&>(control));
-        break;
+        return UsePicture(static_cast<PictureBox&>(control));
       default:
         break;
     }
+  }
+
+  void UseList(ComboBox& list) {
+    const int items = static_cast<int>(list.Items.size());
+    if (items > 0) bench_.user.Choose(list, Below(items));
   }
 
   void UseButton(Button& button) {
@@ -177,21 +161,17 @@ class RandomUser {
   bool stopped_ = false;
 };
 
-// What a window that refuses to close wants first.
-void PressStop(Bench& bench, Window& window) {
-  for (Control* control : window.Controls) {
-    if (control->Kind != ControlKind::Button || !bench.user.CanReach(*control)) continue;
-    if (control->Caption == "Stop") bench.user.Click(*static_cast<Button*>(control));
-  }
-}
-
 void CloseAllWindows(Bench& bench) {
   for (int tries = 0; tries < 60 && bench.world.LoadedWindows().size() > 1; ++tries) {
     const std::vector<Window*> windows = bench.world.LoadedWindows();
     for (Window* window : windows) {
       if (window == &bench.tool.mdiForm1 || !bench.user.CanReach(*window)) continue;
-      PressStop(bench, *window);
-      (void)bench.user.TryClose(*window);
+      // What a window that refuses to close wants first.
+      for (Control* control : window->Controls) {
+        const bool stops = control->Kind == ControlKind::Button && control->Caption == "Stop";
+        if (stops) (void)bench.user.TryClick(*static_cast<Button*>(control));
+      }
+      if (bench.user.CanReach(*window)) bench.user.Close(*window);
     }
     bench.world.RunFor(1000);
     // A dialog that is hidden, not closed.
@@ -199,17 +179,15 @@ void CloseAllWindows(Bench& bench) {
   }
 }
 
-void ExpectAtRest(Bench& bench) {
+void ExpectNothingLeft(Bench& bench) {
   Tool& tool = bench.tool;
+  bench.ExpectAtRest();
   std::string open;
   for (const Window* window : bench.world.LoadedWindows()) open += window->Name + " ";
   EXPECT_EQ(open, "MDIForm1 ");
   EXPECT_FALSE(bench.world.Ended());
-  EXPECT_FALSE(tool.shell.BulkTransferRunning);
   EXPECT_FALSE(tool.shell.ChildWindowOpen);
   for (const bool mark : tool.shell.WindowOpenFlags) EXPECT_FALSE(mark);
-  EXPECT_FALSE(tool.mdiForm1.lblActivity.Visible);
-  EXPECT_EQ(bench.world.ScreenPointer, MousePointer::Default);
   EXPECT_NE(tool.mdiForm1.Pointer, MousePointer::Hourglass);
   if (bench.world.IsPortOpen()) return;
   for (const ToolButton* button : tool.mdiForm1.ToolButtons) {
@@ -220,13 +198,6 @@ void ExpectAtRest(Bench& bench) {
         &tool.mdiForm1.mnuPositionLoop, &tool.mdiForm1.mnuScope, &tool.mdiForm1.ErrCheck}) {
     EXPECT_FALSE(item->Enabled) << item->Name;
   }
-}
-
-// Whatever was pressed in which wait, no command to move goes out behind the position window's
-// stop.
-void ExpectStopped(const Bench& bench) {
-  const std::vector<int> commands = bench.world.Log.Writes(9);
-  EXPECT_TRUE(commands.empty() || commands.back() == 0);
 }
 
 // A connection from the beginning, and a test.
@@ -262,12 +233,15 @@ TEST(RandomSession, ComesToRestAndWorksAgain) {
     RandomUser user(bench, seed, lineFails);
     user.Play();
 
-    bench.device.Drive.ClearFaults();
-    if (bench.device.Drive.HungUp()) bench.device.Drive.Reconnect();
+    bench.Repair();
     bench.world.RunFor(1000);
     CloseAllWindows(bench);
-    ExpectAtRest(bench);
-    if (!lineFails) ExpectStopped(bench);
+    ExpectNothingLeft(bench);
+    if (!lineFails) {
+      // Whatever was pressed in which wait, no command to move goes out behind a stop.
+      const std::vector<int> commands = bench.world.Log.Writes(9);
+      EXPECT_TRUE(commands.empty() || commands.back() == 0);
+    }
     ExpectToWork(bench);
     if (testing::Test::HasFailure()) return;
   }

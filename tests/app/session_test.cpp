@@ -137,8 +137,7 @@ TEST(Session, AFaultAtAnyRequestIsToldAndSurvived) {
       EXPECT_TRUE(tool.form2.openPort.Enabled);
 
       // The device comes back; the user closes the port, if it is open, and connects again.
-      bench.device.Drive.ClearFaults();
-      if (bench.device.Drive.HungUp()) bench.device.Drive.Reconnect();
+      bench.Repair();
       if (bench.world.IsPortOpen()) bench.Connect();
       bench.world.RunFor(500);
       bench.Connect();

@@ -50,36 +50,23 @@ void VirtualUser::TurnPageTo(Control& control) {
 
 bool VirtualUser::TryClick(Button& button) {
   if (!CanReach(button)) return false;
-  TurnPageTo(button);
-  if (button.OnClick) button.OnClick();
-  return true;
-}
-
-bool VirtualUser::TryClick(MenuItem& item) {
-  if (!CanReach(item)) return false;
-  item.OnClick();
-  return true;
-}
-
-bool VirtualUser::TryClose(Window& window) {
-  if (!CanReach(window)) return false;
-  world_.Unload(window);
+  Click(button);
   return true;
 }
 
 void VirtualUser::Click(Button& button) {
-  if (!TryClick(button)) ADD_FAILURE() << button.Name << " is out of the user's reach";
+  MustReach(button);
+  if (button.OnClick) button.OnClick();
 }
 
 void VirtualUser::Click(MenuItem& item) {
-  if (!TryClick(item)) ADD_FAILURE() << item.Name << " is out of the user's reach";
+  ASSERT_TRUE(CanReach(item)) << item.Name << " is out of the user's reach";
+  item.OnClick();
 }
 
 void VirtualUser::Click(ToolButton& button) {
-  if (!button.Enabled || world_.ModalWindow() != nullptr) {
-    ADD_FAILURE() << button.ToolTip << " is out of the user's reach";
-    return;
-  }
+  ASSERT_TRUE(button.Enabled && world_.ModalWindow() == nullptr)
+      << button.ToolTip << " is out of the user's reach";
   button.OnClick();
 }
 
@@ -143,13 +130,9 @@ void VirtualUser::Drag(PictureBox& picture, float x1, float y1, float x2, float 
   picture.OnMouseUp(button, x2, y2);
 }
 
-void VirtualUser::Hover(PictureBox& picture, float x, float y) {
-  MustReach(picture);
-  picture.OnMouseMove(NoButton, x, y);
-}
-
 void VirtualUser::Close(Window& window) {
-  if (!TryClose(window)) ADD_FAILURE() << window.Name << " is out of the user's reach";
+  ASSERT_TRUE(CanReach(window)) << window.Name << " is out of the user's reach";
+  world_.Unload(window);
 }
 
 }  // namespace gainsmith::test

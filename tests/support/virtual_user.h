@@ -18,13 +18,10 @@ class VirtualUser {
   bool CanReach(const Window& window) const;
   bool CanReach(const MenuItem& item) const;
 
-  // Each gives false, and nothing happens, when the target is out of reach.
+  // False, and nothing happens, when the button is out of reach.
   [[nodiscard]] bool TryClick(Button& button);
-  [[nodiscard]] bool TryClick(MenuItem& item);
-  // By the title bar.
-  [[nodiscard]] bool TryClose(Window& window);
 
-  // The same for targets that must be within reach: otherwise the test fails.
+  // Each fails the test when its target is out of reach.
   void Click(Button& button);
   void Click(MenuItem& item);
   void Click(ToolButton& button);
@@ -41,7 +38,6 @@ class VirtualUser {
   void Release(Button& button);
   // Press at one point, move and release at another, in the picture's user scale.
   void Drag(PictureBox& picture, float x1, float y1, float x2, float y2, int button = LeftButton);
-  void Hover(PictureBox& picture, float x, float y);
   // Asks the window to close, as its title bar does; it may refuse.
   void Close(Window& window);
 

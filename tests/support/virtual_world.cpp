@@ -45,12 +45,23 @@ bool VirtualWorld::RunUntil(const std::function<bool()>& done, std::int64_t limi
   return true;
 }
 
-bool VirtualWorld::OpenPort(int portNumber, const std::string& settings) {
+std::vector<std::string> VirtualWorld::TakeFrames() {
+  std::vector<std::string> texts = Log.Texts();
+  Log.Clear();
+  return texts;
+}
+
+std::vector<std::string> VirtualWorld::TakeMessages() {
+  std::vector<std::string> texts;
+  for (const Message& message : Messages) texts.push_back(message.Text);
+  Messages.clear();
+  return texts;
+}
+
+bool VirtualWorld::OpenPort(int portNumber, const std::string&) {
   const auto device = Devices.find(portNumber);
   if (device == Devices.end() || PortsInUse.contains(portNumber) || Ended()) return false;
   device_ = device->second;
-  PortSettings = settings;
-  OpenPortNumber = portNumber;
   input_.clear();
   return true;
 }

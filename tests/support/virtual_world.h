@@ -51,15 +51,17 @@ class VirtualWorld : public World {
   // --- What happened.
 
   FrameLog Log;
+  // Frames sent since the last call: "R 19", "W 9=2".
+  std::vector<std::string> TakeFrames();
   std::vector<Message> Messages;
+  // Texts of the messages shown since the last call.
+  std::vector<std::string> TakeMessages();
   // Filters of the file dialogs shown.
   std::vector<std::string> FileDialogs;
   std::vector<std::string> Documents;
   Control* Focus = nullptr;
   MousePointer ScreenPointer = MousePointer::Default;
   std::vector<MousePointer> ScreenPointers;
-  std::string PortSettings;
-  int OpenPortNumber = 0;
   int Repaints = 0;
 
   // --- World.
