@@ -6,11 +6,8 @@
 
 namespace gainsmith::test {
 
-inline constexpr const char* CloseRefused =
-    "Please click the Stop button first before you can close this screen";
-
 // Entries of the list of trace times.
-enum TraceTimeEntry { At100Ms = 0, At300Ms = 2, At500Ms = 4, At1000Ms = 9, At2000Ms = 12 };
+enum TraceTimeEntry { At100Ms, At500Ms = 4, At800Ms = 7, At1000Ms = 9, At1200Ms, At2000Ms = 12 };
 
 struct ScopeTest : ::testing::Test {
   using Texts = TuningBench::Texts;
@@ -31,7 +28,7 @@ struct ScopeTest : ::testing::Test {
   // Start, or Stop.
   void Click() { Bench.User.Click(Window.Command1); }
   void ClickAfter(std::int64_t delayMs) {
-    Bench.World.At(delayMs, [this] { Bench.User.Click(Window.Command1); });
+    Bench.World.At(delayMs, [this] { Click(); });
   }
   // Runs `action` when request `number` from now (0: the next) is about to reach the drive.
   void AtRequest(int number, const std::function<void()>& action) {
@@ -61,13 +58,20 @@ struct ScopeTest : ::testing::Test {
     Bench.World.RunFor(5000);
     EXPECT_EQ(Bench.TakeFrames(), Texts{});
   }
+  // What chooses channels and trace time.
+  void ExpectSetupEnabled(bool enabled) {
+    for (const Control* control :
+         std::initializer_list<Control*>{&Window.Check1[1], &Window.Check1[2], &Window.Check1[3],
+                                         &Window.Combo1, &Window.Label2}) {
+      EXPECT_EQ(control->Enabled, enabled) << control->Name;
+    }
+  }
   void ExpectStopped() {
     EXPECT_EQ(Window.Command1.Caption, "Start");
     EXPECT_TRUE(Bench.Link.LinkIdle);
     EXPECT_FALSE(Window.Timer1.Enabled());
-    EXPECT_TRUE(Window.Check1[Form5::Current].Enabled);
-    EXPECT_TRUE(Window.Combo1.Enabled);
     EXPECT_TRUE(Window.Check2.Enabled);
+    ExpectSetupEnabled(true);
   }
   void ExpectClosed() {
     EXPECT_FALSE(Window.Loaded);

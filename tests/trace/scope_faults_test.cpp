@@ -15,7 +15,10 @@ struct ScopeFaultTest : ScopeTest {
   void DieAt(int number, sim::Fault fault) {
     AtRequest(number, [this, fault] { Device.Drive.Inject(fault); });
   }
-  void Revive() {
+  // Nothing goes on, and the line is mended.
+  void ExpectClosedAndQuiet() {
+    ExpectClosed();
+    ExpectQuiet();
     Device.BeforeRequest = {};
     Device.Drive.ClearFaults();
     Device.Drive.Reconnect();
@@ -33,34 +36,31 @@ struct ScopeFaultTest : ScopeTest {
     }
     return Window.Loaded;
   }
-  void Leave() {
+  // A whole session to which nothing happens.
+  void ExpectGoodSession() {
+    EXPECT_TRUE(Session());
+    EXPECT_TRUE(Window.Plot.CaptureHaveData);
+    EXPECT_EQ(Bench.TakeMessages(), Texts{});
     Click();
     Bench.User.Close(Window);
+    ExpectClosed();
   }
 };
 
 TEST_F(ScopeFaultTest, ALineThatDiesAtAnyExchangeIsToldAndClosesTheWindow) {
+  constexpr int RequestsOfASession = 3 + 2 * 14;
   for (const sim::Fault fault : {sim::Fault::Silent, sim::Fault::HangUp, sim::Fault::BadCrc}) {
-    int request = 0;
-    for (;; ++request) {
+    for (int request = 0; request < RequestsOfASession; ++request) {
       SCOPED_TRACE(std::string(sim::NameOf(fault)) + " at request " + std::to_string(request));
       DieAt(request, fault);
       const int before = Device.Requests;
-      if (Session()) break;
+      EXPECT_FALSE(Session());
       EXPECT_EQ(Device.Requests - before, request + FramesOfAFailure);
       EXPECT_EQ(Bench.TakeMessages(), Texts(request == KindWrite ? 2 : 1, LostLink));
-      ExpectClosed();
       EXPECT_EQ(Bench.Link.LoadFailed, request <= KindWrite);
-      ExpectQuiet();
-
-      Revive();
-      EXPECT_TRUE(Session()) << "the next visit finds everything in order";
-      Leave();
-      ExpectClosed();
+      ExpectClosedAndQuiet();
+      ExpectGoodSession();
     }
-    EXPECT_GE(request, 3 + 2 * 14);
-    Leave();
-    EXPECT_EQ(Bench.TakeMessages(), Texts{});
   }
 }
 
@@ -71,85 +71,37 @@ TEST_F(ScopeFaultTest, ADriveThatRestartsAtAnyExchangeIsBridged) {
     SCOPED_TRACE(request);
     TurnMotor();
     Device.Drive.Inject(sim::Fault::ResetInTest, sim::Hits::Only(request));
-    EXPECT_TRUE(Session());
-    EXPECT_TRUE(Window.Plot.CaptureHaveData);
-    EXPECT_EQ(Bench.TakeMessages(), Texts{});
-    Leave();
-    ExpectClosed();
+    ExpectGoodSession();
     Device.Drive.ClearFaults();
   }
 }
 
-TEST_F(ScopeFaultTest, AFailedLoadIsToldASecondLater) {
-  DieAt(EncoderRead, sim::Fault::Silent);
-  Open();
-  EXPECT_EQ(Bench.TakeFrames(), Texts(FramesOfAFailure, "R 19"));
-  EXPECT_TRUE(Window.Visible);
-  EXPECT_FALSE(Bench.Link.LinkIdle);
-  Bench.User.Close(Window);
-  EXPECT_TRUE(Window.Visible) << "not while the failure is to be told";
-  Bench.World.RunFor(990);
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
-  Bench.World.RunFor(20);
-  EXPECT_EQ(Bench.TakeMessages(), (Texts{LostLink}));
-  ExpectClosed();
-}
-
-TEST_F(ScopeFaultTest, AStartBeforeTheFailedLoadIsToldEndsWithIt) {
+TEST_F(ScopeFaultTest, AFailedLoadIsToldASecondLaterWhateverIsClickedUntilThen) {
+  std::int64_t toldMs = 0;
+  Bench.World.OnMessage = [&](const Message&) { toldMs = Bench.World.NowMs(); };
   for (const int request : {EncoderRead, KindWrite}) {
     for (const std::int64_t delayMs : {10, 500, 950}) {
-      SCOPED_TRACE(std::to_string(request) + ", " + std::to_string(delayMs) + " ms");
+      SCOPED_TRACE(std::to_string(request) + ", Start after " + std::to_string(delayMs) + " ms");
       DieAt(request, sim::Fault::Silent);
       Open();
+      EXPECT_EQ(Bench.TakeMessages(), Texts(request == KindWrite ? 1 : 0, LostLink));
+      const std::int64_t failedMs = Bench.World.NowMs();
+      Bench.User.Close(Window);
+      EXPECT_TRUE(Window.Visible) << "not while the failure is to be told";
       ClickAfter(delayMs);
       Bench.World.RunFor(20'000);
-      EXPECT_EQ(Bench.TakeMessages(), Texts(request == KindWrite ? 2 : 1, LostLink));
-      ExpectClosed();
-      ExpectQuiet();
-      Revive();
+      EXPECT_EQ(toldMs, failedMs + 1000);
+      EXPECT_EQ(Bench.TakeMessages(), (Texts{LostLink}));
+      ExpectClosedAndQuiet();
     }
   }
-}
-
-TEST_F(ScopeFaultTest, TheFailureTimerWithoutAFailureStartsTheCycle) {
-  OpenQuietly();
-  Window.err.Start();
-  Bench.World.RunFor(1040);
-  EXPECT_TRUE(Window.Timer1.Enabled());
-  EXPECT_FALSE(Window.err.Enabled());
-  ASSERT_TRUE(RunToRecording());
-  EXPECT_EQ(Bench.TakeFrames().front(), "W 20=200");
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
-}
-
-TEST(ScopeNotReady, GivesUpAtThe802ndAnswer) {
-  // Echoes writes, and answers each read with zeros: the recorder never ends.
-  ScriptedDevice device([](int, const std::vector<std::uint8_t>& request) {
-    std::vector<std::uint8_t> reply(request.begin(), request.begin() + 6);
-    if (request[1] == 3) reply = {request[0], 3, 2, 0, 0};
-    const Crc16 crc = CalcCrc16(reply);
-    reply.insert(reply.end(), {crc.Low, crc.High});
-    return std::vector<ScriptedDevice::Reply>{{1000, reply}};
-  });
-  TuningBench bench(device);
-  Form5 window(bench.World, bench.Link, bench.Params, bench.Shell, bench.Trace);
-  bench.World.ShowModal(window);
-  bench.User.Click(window.Command1);
-  bench.TakeFrames();
-  bench.World.RunFor(400'000);
-  const auto& frames = bench.World.Log.Frames();
-  ASSERT_EQ(frames.size(), 1U + 802);
-  EXPECT_EQ(frames.back().Text(), "R 28");
-  // A poll is eight bytes of 2 ms, two waits of 51 ms and one of 50, each a step longer.
-  EXPECT_EQ(frames[802].AtMs - frames[1].AtMs, 801 * (16 + 2 * 52 + 51));
-  EXPECT_EQ(bench.TakeMessages(), (Texts{LostLink}));
-  EXPECT_FALSE(window.Loaded);
-  EXPECT_TRUE(bench.Link.LinkIdle);
 }
 
 // The line dies in a cycle, and before the cycle notices the user stops it and starts anew: the
 // inner failure is told, the outer handler ends in silence.
 TEST_F(ScopeFaultTest, AFailureInsideAFailingCycleIsToldOnce) {
+  std::size_t sent = 0;
+  Bench.World.OnMessage = [&](const Message&) { sent = Bench.World.Log.Frames().size(); };
   for (std::int64_t delayMs = 60; delayMs < 2800; delayMs += 53) {
     SCOPED_TRACE(delayMs);
     OpenQuietly();
@@ -160,13 +112,10 @@ TEST_F(ScopeFaultTest, AFailureInsideAFailingCycleIsToldOnce) {
       Click();
       Click();
     });
-    std::size_t sent = 0;
-    Bench.World.OnMessage = [&](const Message&) { sent = Bench.World.Log.Frames().size(); };
     Bench.World.RunFor(30'000);
     EXPECT_EQ(Bench.TakeMessages(), (Texts{LostLink}));
     EXPECT_EQ(Bench.World.Log.Frames().size(), sent) << "a closed window sends nothing";
-    ExpectClosed();
-    Revive();
+    ExpectClosedAndQuiet();
   }
 }
 
@@ -176,24 +125,18 @@ TEST_F(ScopeFaultTest, ClosingWhileStartWritesEndsItInSilence) {
       SCOPED_TRACE(delayMs);
       OpenQuietly();
       if (silent) Device.Drive.Inject(sim::Fault::Silent);
-      bool openedAgain = false;
       Bench.World.At(delayMs, [&] {
         Bench.User.Close(Window);
-        if (silent) return;
-        Open();
-        openedAgain = true;
+        if (!silent) Open();
       });
       Click();
       EXPECT_EQ(Bench.TakeMessages(), Texts{});
-      EXPECT_FALSE(Window.Timer1.Enabled());
-      if (openedAgain) {
+      if (Window.Loaded) {
         EXPECT_EQ(Window.Command1.Caption, "Start");
         ExpectQuiet();
         Bench.User.Close(Window);
       }
-      ExpectClosed();
-      ExpectQuiet();
-      Revive();
+      ExpectClosedAndQuiet();
     }
   }
 }
