@@ -4,13 +4,20 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "trace/capture.h"
 #include "trace/plot.h"
+#include "trace/zoom.h"
 
 namespace gainsmith::test {
+
+// The words of a recording: each channel has its peak at sample 7 and 0 elsewhere.
+inline std::vector<float> Recording(const std::vector<float>& peaks) {
+  std::vector<float> words(peaks.size() * ChannelSamples);
+  for (std::size_t i = 0; i < peaks.size(); ++i) words[i * ChannelSamples + 7] = peaks[i];
+  return words;
+}
 
 struct PlotBench {
   explicit PlotBench(const PlotDescription& description)
@@ -20,30 +27,34 @@ struct PlotBench {
 
   // 90 pulses of position error, 300 rpm and 1 A at sample 7; axes of 200 pulses, 400 rpm, 2 A.
   void Capture() {
-    const int channels = plot.Description.ChannelCount;
+    const bool three = plot.Description.ChannelCount == 3;
     trace.SetTraceTime(20);
-    trace.ShowRecordedChannels(channels);
-    std::vector<float> words;
-    for (float peak : {90.0F, 200.0F, 1024.0F}) {
-      if (channels == 2 && words.empty() && peak == 90) continue;
-      std::vector<float> channel(ChannelSamples);
-      channel[7] = peak;
-      words.insert(words.end(), channel.begin(), channel.end());
-    }
-    SplitTrace(trace, words, channels);
+    trace.ShowRecordedChannels(plot.Description.ChannelCount);
+    SplitTrace(trace, three ? Recording({90, 200, 1024}) : Recording({200, 1024}),
+               plot.Description.ChannelCount);
     plot.CaptureHaveData = true;
     plot.SetAxisLabels();
     plot.Form_Resize();
   }
 
-  void Drag(float x1, float y1, float x2, float y2) {
-    plot.Picture1.OnMouseDown(LeftButton, x1, y1);
-    plot.Picture1.OnMouseMove(LeftButton, x2, y2);
-    plot.Picture1.OnMouseUp(LeftButton, x2, y2);
+  void Drag(const DragEnds& drag) {
+    plot.Picture1.OnMouseDown(LeftButton, drag.StartX, drag.StartY);
+    plot.Picture1.OnMouseMove(LeftButton, drag.EndX, drag.EndY);
+    plot.Picture1.OnMouseUp(LeftButton, drag.EndX, drag.EndY);
   }
-  void Click(float x, float y) {
-    plot.Picture1.OnMouseDown(LeftButton, x, y);
-    plot.Picture1.OnMouseUp(LeftButton, x, y);
+  void Click(float x, float y, int button = LeftButton) {
+    plot.Picture1.OnMouseDown(button, x, y);
+    plot.Picture1.OnMouseUp(button, x, y);
+  }
+  void Hover(float x, float y) { plot.Picture1.OnMouseMove(NoButton, x, y); }
+
+  // The zoom level, and the last labels of current, time, velocity and position.
+  std::string View() const {
+    std::string view = std::to_string(plot.ZoomLevel) + ":";
+    for (const LabelColumn* column : {&plot.Label3, &plot.Label4, &plot.Label6, &plot.Label5}) {
+      view += " " + column->back().Caption;
+    }
+    return view;
   }
 
   TraceState trace;

@@ -10,10 +10,13 @@
 namespace gainsmith::test {
 namespace {
 
+using Colours = std::vector<Colour>;
+
 // Colours of the lines on the picture, each once, in drawing order.
-std::vector<Colour> ColoursDrawn(const Plot& plot) {
-  std::vector<Colour> colours;
-  for (const PictureLine& line : plot.Picture1.Lines) {
+Colours ColoursDrawn(PlotBench& bench) {
+  bench.plot.Form_Resize();
+  Colours colours;
+  for (const PictureLine& line : bench.plot.Picture1.Lines) {
     if (colours.empty() || colours.back() != line.Color) colours.push_back(line.Color);
   }
   return colours;
@@ -21,41 +24,32 @@ std::vector<Colour> ColoursDrawn(const Plot& plot) {
 
 TEST(PlotLabels, BeforeAnyCapture) {
   PlotBench position(PositionPlot);
-  EXPECT_EQ(position.plot.Label3[0].Caption, "-2.00");
+  EXPECT_EQ(position.View(), "0: 2.00 2000 400 200");
   EXPECT_EQ(position.plot.Label3[5].Caption, "0.00") << "never -0.00";
-  EXPECT_EQ(position.plot.Label5[0].Caption, "-200");
   EXPECT_EQ(position.statusBar1.Panels[5], "位置误差:");
   PlotBench scope(ScopePlot);
-  EXPECT_EQ(scope.plot.Label3[5].Caption, "0.000");
+  EXPECT_EQ(scope.View(), "0: 2.000 2000 400 200");
   EXPECT_TRUE(scope.statusBar1.Panels.empty());
 }
 
+// Tests take the chosen trace time, the scope that of its capture. Without a position series the
+// column of the position window is all zeros; the scope keeps its own.
 TEST(PlotLabels, OfACapture) {
-  PlotBench bench(PositionPlot);
-  bench.Capture();
-  EXPECT_EQ(bench.plot.Label3[10].Caption, "2.000");
-  EXPECT_EQ(bench.plot.Label3[5].Caption, "0");
-  EXPECT_EQ(bench.plot.Label5[10].Caption, "200");
-  EXPECT_EQ(bench.plot.Label6[9].Caption, "320");
-  // Without a position series its column is all zeros.
-  bench.trace.ShowPErr = false;
-  bench.plot.SetAxisLabels();
-  EXPECT_EQ(bench.plot.Label5[0].Caption, "0");
-  EXPECT_EQ(bench.plot.Label5[10].Caption, "0");
-  // The scope keeps its column.
-  PlotBench scope(ScopePlot);
-  scope.Capture();
-  scope.trace.ShowPErr = false;
-  scope.plot.SetAxisLabels();
-  EXPECT_EQ(scope.plot.Label5[10].Caption, "200");
-  // Tests take the chosen trace time, the scope that of its capture.
-  for (const auto& [description, text] :
-       {std::pair{&VelocityPlot, "500"}, {&PositionPlot, "500"}, {&ScopePlot, "2000"}}) {
-    PlotBench one(*description);
-    one.Capture();
-    one.combo1.Choose(4);
-    one.plot.SetAxisLabels();
-    EXPECT_EQ(one.plot.Label4[10].Caption, text);
+  const std::tuple<const PlotDescription&, const char*, const char*> cases[] = {
+      {VelocityPlot, "0: 2.000 2000 400 200", "0: 2.000 500 400 200"},
+      {PositionPlot, "0: 2.000 2000 400 200", "0: 2.000 500 400 0"},
+      {ScopePlot, "0: 2.000 2000 400 200", "0: 2.000 2000 400 200"},
+  };
+  for (const auto& [description, captured, changed] : cases) {
+    PlotBench bench(description);
+    bench.Capture();
+    EXPECT_EQ(bench.View(), captured);
+    EXPECT_EQ(bench.plot.Label3[5].Caption, "0");
+    EXPECT_EQ(bench.plot.Label6[9].Caption, "320");
+    bench.combo1.Choose(4);
+    bench.trace.ShowPErr = false;
+    bench.plot.SetAxisLabels();
+    EXPECT_EQ(bench.View(), changed);
   }
 }
 
@@ -63,24 +57,20 @@ TEST(PlotRedraw, DrawsTheShownChannelsInOrderUpToTheLastSample) {
   PlotBench bench(PositionPlot);
   bench.trace.PositionColours[Signal::VBak] = 4711;
   bench.Capture();
-  EXPECT_EQ(ColoursDrawn(bench.plot), (std::vector<Colour>{16744700, 4711, 255}));
+  EXPECT_EQ(ColoursDrawn(bench), (Colours{16744700, 4711, 255}));
   ASSERT_EQ(bench.plot.Picture1.Lines.size(), 3U * 199);
   const PictureLine& last = bench.plot.Picture1.Lines.back();
-  EXPECT_EQ(last.X1, 198);
-  EXPECT_EQ(last.X2, 199);
+  EXPECT_EQ(std::pair(last.X1, last.X2), std::pair(198.F, 199.F));
   EXPECT_EQ(last.Scale, (PictureScale{0, 400, 200.4F, -800}));
   EXPECT_EQ(bench.plot.Picture1.Lines[7].Y1, 180);  // 90 of 200 pulses
 
   bench.trace.ShowPRef = bench.trace.ShowPBak = true;
   bench.trace.ShowIBak = false;
-  bench.plot.Form_Resize();
-  EXPECT_EQ(ColoursDrawn(bench.plot), (std::vector<Colour>{16744700, 16711810, 16744580, 4711}));
+  EXPECT_EQ(ColoursDrawn(bench), (Colours{16744700, 16711810, 16744580, 4711}));
   EXPECT_EQ(bench.plot.Label5[3].ForeColor, 16744580U);
 
   bench.trace.ShowPErr = bench.trace.ShowPBak = bench.trace.ShowPRef = bench.trace.ShowVBak = false;
-  bench.plot.Form_Resize();
-  EXPECT_TRUE(bench.plot.Picture1.Lines.empty());
-  EXPECT_EQ(bench.plot.Label6[10].Caption, "400");
+  EXPECT_EQ(ColoursDrawn(bench), Colours{});
 }
 
 TEST(PlotRedraw, TheVelocityPlotDrawsItsOwnChannelsInItsOwnColours) {
@@ -89,52 +79,47 @@ TEST(PlotRedraw, TheVelocityPlotDrawsItsOwnChannelsInItsOwnColours) {
   bench.trace.PositionColours[Signal::IBak] = 6;
   bench.Capture();
   bench.trace.ShowPErr = true;
-  bench.plot.Form_Resize();
-  EXPECT_EQ(ColoursDrawn(bench.plot), (std::vector<Colour>{8454016, 5}));
+  EXPECT_EQ(ColoursDrawn(bench), (Colours{8454016, 5}));
   // The current column follows the position window's colour.
   EXPECT_EQ(bench.plot.Label3[0].ForeColor, 6U);
 }
 
 TEST(PlotRedraw, StaysEmptyWithoutData) {
-  PlotBench bench(VelocityPlot);
-  bench.Capture();
-  bench.trace.TraceReadFailed = true;
-  bench.plot.Form_Resize();
-  EXPECT_TRUE(bench.plot.Picture1.Lines.empty());
-  // The scope does not know that failure.
-  PlotBench scope(ScopePlot);
-  scope.trace.TraceReadFailed = true;
-  scope.Capture();
-  EXPECT_EQ(scope.plot.Picture1.Lines.size(), 3U * 199);
-  scope.plot.Open();
-  scope.plot.Form_Resize();
-  EXPECT_TRUE(scope.plot.Picture1.Lines.empty());
+  for (const PlotDescription* description : {&VelocityPlot, &PositionPlot, &ScopePlot}) {
+    PlotBench bench(*description);
+    bench.Capture();
+    bench.trace.TraceReadFailed = true;
+    EXPECT_EQ(ColoursDrawn(bench).empty(), description->FollowsTest) << "no failure of a scope";
+    bench.trace.TraceReadFailed = false;
+    bench.plot.Open();
+    EXPECT_EQ(ColoursDrawn(bench), Colours{});
+  }
 }
 
 TEST(PositionAxis, TheLargestOfTheShownSeriesSetsIt) {
+  using enum PositionSeries;
+  // Which of error, feedback and reference are shown, and the tops of their axes.
   const struct {
     bool Error, Feedback, Reference;
     float ErrorTop, FeedbackTop, ReferenceTop;
     PositionSeries Source;
     const char* Caption;
   } cases[] = {
-      {true, false, false, 1, 9, 9, PositionSeries::PErr, "P_Err(P)"},
-      {false, true, false, 9, 1, 9, PositionSeries::PBak, "P_Bak(P)"},
-      {false, false, true, 9, 9, 1, PositionSeries::PRef, "P_Ref(P)"},
-      {true, true, false, 5, 5, 9, PositionSeries::PErr, "P_Err(P)"},
-      {true, true, false, 4, 5, 9, PositionSeries::PBak, "P_Bak(P)"},
-      {false, true, true, 9, 5, 5, PositionSeries::PBak, "P_Bak(P)"},
-      {false, true, true, 9, 4, 5, PositionSeries::PRef, "P_Ref(P)"},
-      {true, false, true, 5, 9, 5, PositionSeries::PErr, " P_Err(P)"},
-      {true, false, true, 4, 9, 5, PositionSeries::PRef, "P_Ref(P)"},
-      {true, true, true, 5, 5, 5, PositionSeries::PErr, "P_Err(P)"},
-      {true, true, true, 4, 5, 5, PositionSeries::PBak, "P_Bak(P)"},
-      {true, true, true, 4, 5, 6, PositionSeries::PRef, "P_Ref(P)"},
-      {false, false, false, 1, 2, 3, PositionSeries::PBak, "before"},
+      {true, false, false, 1, 9, 9, PErr, "P_Err(P)"},
+      {false, true, false, 9, 1, 9, PBak, "P_Bak(P)"},
+      {true, true, false, 5, 5, 9, PErr, "P_Err(P)"},
+      {false, true, true, 9, 5, 5, PBak, "P_Bak(P)"},
+      {false, true, true, 9, 4, 5, PRef, "P_Ref(P)"},
+      {true, false, true, 5, 9, 5, PErr, " P_Err(P)"},
+      {true, false, true, 4, 9, 5, PRef, "P_Ref(P)"},
+      {true, true, true, 5, 5, 5, PErr, "P_Err(P)"},
+      {true, true, true, 4, 6, 5, PBak, "P_Bak(P)"},
+      {true, true, true, 4, 5, 6, PRef, "P_Ref(P)"},
+      {false, false, false, 1, 2, 3, PBak, "before"},
   };
   for (const auto& c : cases) {
     PlotBench bench(PositionPlot);
-    bench.plot.PositionSource = PositionSeries::PBak;
+    bench.plot.PositionSource = PBak;
     bench.plot.Label11.Caption = "before";
     std::tie(bench.trace.ShowPErr, bench.trace.ShowPBak, bench.trace.ShowPRef) =
         std::tuple(c.Error, c.Feedback, c.Reference);
