@@ -1,49 +1,49 @@
 // Capture: the wait for a recording with its two counters, and the upload block by block.
 #include "trace/capture.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-
-#include "support/virtual_world.h"
+#include "trace/scope_window.h"
+#include "tuning/tuning_bench.h"
 
 namespace gainsmith::test {
 namespace {
 
-// A drive that has `Status` to say of its recorder and a sample memory of -1, -2, -3 and so on.
-struct CaptureBench {
-  CaptureBench() : link(world) {
-    world.Devices[1] = &device;
-    world.OpenPort(1, "38400,n,8,2");
-  }
+using Texts = TuningBench::Texts;
 
-  std::vector<ScriptedDevice::Reply> Answer(const std::vector<std::uint8_t>& request) {
-    if (Silent(sent++)) return {};
+bool Never(int) { return false; }
+bool Always(int) { return true; }
+
+// A drive that echoes writes, knows whether its recorder has finished, and has a sample memory of
+// -1, -2, -3 and so on.
+struct CaptureBench {
+  std::vector<ScriptedDevice::Reply> Answer(int n, const std::vector<std::uint8_t>& request) {
+    if (Silent(n)) return {};
     const int reg = request[2] * 256 + request[3];
     const int count = request[4] * 256 + request[5];
-    std::vector<std::uint8_t> reply{request[0], request[1], static_cast<std::uint8_t>(2 * count)};
-    for (int i = 0; i < count; ++i) {
-      const int value = reg == 28 ? Status(polls++) : 255 - reg - i;
-      reply.push_back(static_cast<std::uint8_t>(value >> 8));
-      reply.push_back(static_cast<std::uint8_t>(value));
+    std::vector<std::uint8_t> reply(request.begin(), request.begin() + 6);
+    if (request[1] == 3) {
+      reply = {request[0], request[1], static_cast<std::uint8_t>(2 * count)};
+      for (int i = 0; i < count; ++i) {
+        const int value = reg == 28 ? Finished(polls++) : 255 - reg - i;
+        reply.push_back(static_cast<std::uint8_t>(value >> 8));
+        reply.push_back(static_cast<std::uint8_t>(value));
+      }
     }
     const Crc16 crc = CalcCrc16(reply);
-    reply.push_back(crc.Low);
-    reply.push_back(crc.High);
+    reply.insert(reply.end(), {crc.Low, crc.High});
     return {{1000, reply}};
   }
-  int Frames() const { return static_cast<int>(world.Log.Frames().size()); }
+  int Sent() const { return static_cast<int>(world.Log.Frames().size()); }
 
-  // Whether request n (from 0) stays unanswered, and the answer to poll n.
-  std::function<bool(int)> Silent = [](int) { return false; };
-  std::function<int(int)> Status = [](int) { return 0; };
-  int sent = 0;
+  // Whether request n (from 0) stays unanswered, and what poll n says.
+  std::function<bool(int)> Silent = Never;
+  std::function<bool(int)> Finished = Never;
   int polls = 0;
   ScriptedDevice device{
-      [this](int, const std::vector<std::uint8_t>& request) { return Answer(request); }};
-  VirtualWorld world;
-  Link link;
-  TraceState trace;
+      [this](int n, const std::vector<std::uint8_t>& request) { return Answer(n, request); }};
+  TuningBench bench{device};
+  VirtualWorld& world = bench.World;
+  Link& link = bench.Link;
+  TraceState& trace = bench.Trace;
 };
 
 TEST(TraceTimes, FifteenWithTwoSecondsChosen) {
@@ -58,60 +58,78 @@ TEST(TraceTimes, FifteenWithTwoSecondsChosen) {
 TEST(WaitForRecording, PollsATraceTimeApartUntilReady) {
   CaptureBench bench;
   bench.trace.SetTraceTime(20);
-  bench.Status = [](int n) { return n < 2 ? 5 : 1; };
+  bench.Finished = [](int n) { return n == 2; };
   EXPECT_EQ(WaitForRecording(bench.link, TestWait(bench.trace)), WaitResult::Ready);
-  EXPECT_EQ(bench.world.Log.Texts(), (std::vector<std::string>{"R 28", "R 28", "R 28"}));
+  EXPECT_EQ(bench.world.Log.Texts(), (Texts{"R 28", "R 28", "R 28"}));
   const auto& frames = bench.world.Log.Frames();
   EXPECT_GE(frames[1].AtMs - frames[0].AtMs, 2000);
   EXPECT_LT(frames[1].AtMs - frames[0].AtMs, 2250);
 }
 
-TEST(WaitForRecording, TakesTheSeventeenthAnswerOrAnyAnswer) {
-  CaptureBench last;
-  last.trace.SetTraceTime(1);
-  last.Status = [](int n) { return n == 16 ? 1 : 0; };
-  EXPECT_EQ(WaitForRecording(last.link, TestWait(last.trace)), WaitResult::Ready);
-  CaptureBench any;
-  EXPECT_EQ(WaitForRecording(any.link, AnyAnswerWait()), WaitResult::Ready);
-  EXPECT_EQ(any.Frames(), 1);
+TEST(WaitForRecording, CountsAnswersAndFailuresOverAllPolls) {
+  const auto nth = [](int poll) { return [poll](int n) { return n == poll; }; };
+  const struct {
+    const char* What;
+    bool AnyAnswer;
+    std::function<bool(int)> Silent, Finished;
+    WaitResult Result;
+    int Frames;
+  } cases[] = {
+      {"ready at the seventeenth answer", false, Never, nth(16), WaitResult::Ready, 17},
+      {"not ready seventeen times", false, Never, Never, WaitResult::NotReady, 17},
+      {"any answer", true, Never, Never, WaitResult::Ready, 1},
+      {"six failures, an answer, six more", false, [](int n) { return n != 6; }, Never,
+       WaitResult::LinkFailed, 13},
+      {"eleven failures", false, [](int n) { return n < 11; }, Always, WaitResult::Ready, 12},
+  };
+  for (const auto& c : cases) {
+    CaptureBench bench;
+    bench.trace.SetTraceTime(1);
+    bench.Silent = c.Silent;
+    bench.Finished = c.Finished;
+    const RecordingWait wait = c.AnyAnswer ? AnyAnswerWait() : TestWait(bench.trace);
+    EXPECT_EQ(WaitForRecording(bench.link, wait), c.Result) << c.What;
+    EXPECT_EQ(bench.Sent(), c.Frames) << c.What;
+  }
 }
 
-TEST(WaitForRecording, FailuresAddUpOverThePolls) {
+TEST(WaitForRecording, TheScopeGivesUpAtThe802ndAnswer) {
   CaptureBench bench;
-  bench.trace.SetTraceTime(1);
-  bench.Silent = [](int n) { return n != 6; };  // six failures, an answer, six more
-  EXPECT_EQ(WaitForRecording(bench.link, TestWait(bench.trace)), WaitResult::LinkFailed);
-  EXPECT_EQ(bench.Frames(), 13);
-  CaptureBench eleven;
-  eleven.trace.SetTraceTime(1);
-  eleven.Silent = [](int n) { return n < 11; };
-  eleven.Status = [](int) { return 1; };
-  EXPECT_EQ(WaitForRecording(eleven.link, TestWait(eleven.trace)), WaitResult::Ready);
+  Form5 scope(bench.world, bench.link, bench.bench.Params, bench.bench.Shell, bench.trace);
+  bench.world.ShowModal(scope);
+  bench.bench.User.Click(scope.Command1);
+  bench.bench.TakeFrames();
+  bench.world.RunFor(400'000);
+  const auto& frames = bench.world.Log.Frames();
+  ASSERT_EQ(frames.size(), 1U + 802);
+  EXPECT_EQ(frames.back().Text(), "R 28");
+  // A poll is eight bytes of 2 ms, two waits of 51 ms and one of 50, each a step longer.
+  EXPECT_EQ(frames[802].AtMs - frames[1].AtMs, 801 * (16 + 2 * 52 + 51));
+  EXPECT_EQ(bench.bench.TakeMessages(), (Texts{LostLink}));
+  EXPECT_FALSE(scope.Loaded);
+  EXPECT_TRUE(bench.link.LinkIdle);
 }
 
 TEST(WaitForRecording, ABlockReadInsideItsLastWaitDoesNotChangeTheAnswer) {
   CaptureBench bench;
-  bench.Status = [](int) { return 1; };
+  bench.Finished = Always;
   bench.world.At(130, [&] { bench.link.Read(Register::Samples); });
   EXPECT_EQ(WaitForRecording(bench.link, TestWait(bench.trace)), WaitResult::Ready);
-  EXPECT_EQ(bench.world.Log.Texts(), (std::vector<std::string>{"R 28", "R 256"}));
+  EXPECT_EQ(bench.world.Log.Texts(), (Texts{"R 28", "R 256"}));
 }
 
 TEST(UploadTrace, ReadsBlocksOfFiftyInOrder) {
   for (int channels : {2, 3}) {
     CaptureBench bench;
     ASSERT_EQ(UploadTrace(bench.link, channels, {}), UploadResult::Done);
-    std::vector<std::string> texts;
-    for (int reg = 256; reg <= 255 + 200 * channels; reg += 50) {
-      texts.push_back("R " + std::to_string(reg) + "x50");
-    }
+    const int words = 200 * channels;
+    Texts texts;
+    for (int at = 0; at < words; at += 50) texts.push_back("R " + std::to_string(256 + at) + "x50");
     EXPECT_EQ(bench.world.Log.Texts(), texts);
-    const auto words = static_cast<std::size_t>(200 * channels);
-    ASSERT_EQ(bench.link.ReplyValues.size(), words + 1);
-    for (std::size_t i = 0; i < words; ++i) {
-      ASSERT_EQ(bench.link.ReplyValues[i], -1 - static_cast<float>(i));
-    }
-    EXPECT_EQ(bench.link.ReplyValues[words], 0);
+    std::vector<float> samples;
+    for (int i = 1; i <= words; ++i) samples.push_back(static_cast<float>(-i));
+    samples.push_back(0);
+    EXPECT_EQ(bench.link.ReplyValues, samples);
   }
 }
 
@@ -123,10 +141,10 @@ TEST(UploadTrace, IsAbandonedBeforeItsNextFrame) {
     std::int64_t askedMs = 0;
     const auto closing = [&] {
       askedMs = bench.world.NowMs();
-      return bench.Frames() == 5;
+      return bench.Sent() == 5;
     };
     EXPECT_EQ(UploadTrace(bench.link, 3, closing), UploadResult::Abandoned);
-    EXPECT_EQ(bench.Frames(), 5);
+    EXPECT_EQ(bench.Sent(), 5);
     EXPECT_EQ(bench.world.NowMs() - askedMs, 201);
   }
 }

@@ -8,44 +8,28 @@
 #include <vector>
 
 #include "trace/auto_range.h"
+#include "trace/plot_bench.h"
 #include "trace/position_reference.h"
 
-namespace gainsmith {
+namespace gainsmith::test {
 namespace {
 
 TEST(AutoRange, GoesUpToTheNextStepAboveThePeakAndTenPercent) {
+  // A small negative peak carries its sign into the rounding: "0" (not "-0"), "-1", "-5", "-9".
   const std::pair<float, float> cases[] = {
-      {0, 5},
-      {3, 5},
-      {4, 5},
-      {5, 10},
-      {8.2F, 10},
-      {9, 50},
-      {42.7F, 50},
-      {112, 150},
-      {136.4F, 200},
-      {1363, 1500},
-      {1400, 1550},
-      {1820, 2050},
-      {-1000, 1150},
-      {-44, 50},
-      {-45, 100},
-      {1e7F, 11000050},
-      // A small negative peak carries its sign into the rounding: "0" (not "-0"), "-1", "-5", "-9".
-      {-0.3F, 5},
-      {-0.9F, 52},
-      {-4.6F, 60},
-      {-8.2F, 68},
-  };
+      {0, 5},       {4, 5},        {5, 10},       {8.2F, 10},   {9, 50},
+      {42.7F, 50},  {112, 150},    {136.4F, 200}, {1363, 1500}, {1400, 1550},
+      {1820, 2050}, {-1000, 1150}, {-44, 50},     {-45, 100},   {1e7F, 11000050},
+      {-0.3F, 5},   {-0.9F, 52},   {-4.6F, 60},   {-8.2F, 68}};
   for (const auto& [peak, bound] : cases) {
     // A channel that swings between its peak and 0.
     const float values[] = {0, peak, 0};
     EXPECT_EQ(AutoRange(values), bound) << peak;
   }
   // The larger side decides, and a tie goes up.
-  const float even[] = {-100, 100};
+  const float even[] = {-4.6F, 4.6F};
   const float down[] = {-146, 100};
-  EXPECT_EQ(AutoRange(even), 150);
+  EXPECT_EQ(AutoRange(even), 10);
   EXPECT_EQ(AutoRange(down), 200);
 }
 
@@ -62,21 +46,18 @@ TEST(PlotGain, CarriesSevenDecimalsAndReplacesZerosAtTheCaller) {
   float units = 400;
   float top = 2800;
   EXPECT_EQ(PlotGain(units, top), 0.1428571F);
-  float noUnits = 0;
-  float noTop = 0;
-  EXPECT_EQ(PlotGain(noUnits, noTop), 1);
-  EXPECT_EQ(noUnits, 1);
-  EXPECT_EQ(noTop, 1);
+  units = top = 0;
+  EXPECT_EQ(PlotGain(units, top), 1);
+  EXPECT_EQ(std::pair(units, top), std::pair(1.F, 1.F));
 }
 
 // Values of the same profile run outside this program, sample by sample.
 TEST(PositionReference, FollowsTheGenerator) {
-  struct Case {
+  const struct {
     const char* Name;
     float Accel, Speed, DistHigh, DistLow, Dwell, Divider;
     std::vector<std::pair<std::size_t, float>> Samples;
-  };
-  const Case cases[] = {
+  } cases[] = {
       {"default", 20, 1000, 0, 40000, 200, 20, {{6, 41.9999962F}, {8, 355}, {198, 38355}}},
       {"the way back", 20, 1000, 0, 40000, 200, 30, {{150, 39245}, {187, 28145}, {198, 24845}}},
       {"every tick", 20, 1000, 0, 40000, 200, 1, {{6, 0.200000003F}, {199, 1695}}},
@@ -86,6 +67,7 @@ TEST(PositionReference, FollowsTheGenerator) {
       {"roundings gather", 1, 7, 0, 50, 2, 3, {{60, 11.3399944F}, {198, 40.31987F}}},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(c.Name);
     TraceState trace;
     trace.ProfileAccel = c.Accel;
     trace.ProfileSpeed = c.Speed;
@@ -96,45 +78,40 @@ TEST(PositionReference, FollowsTheGenerator) {
     trace.PErrTrace.fill(8);
     trace.PRefTrace.fill(99);
     RegeneratePositionReference(trace);
-    EXPECT_EQ(trace.PRefTrace[5], 0) << c.Name;
-    for (const auto& [sample, value] : c.Samples) {
-      EXPECT_EQ(trace.PRefTrace[sample], value) << c.Name << ", sample " << sample;
-    }
-    EXPECT_EQ(trace.PBakTrace[10], trace.PRefTrace[10] - 8) << c.Name;
+    EXPECT_EQ(trace.PRefTrace[5], 0);
+    for (const auto& [sample, value] : c.Samples)
+      EXPECT_EQ(trace.PRefTrace[sample], value) << sample;
+    EXPECT_EQ(trace.PBakTrace[10], trace.PRefTrace[10] - 8);
     // Above one tick a sample the last entry is never reached.
     if (c.Divider == 1) continue;
-    EXPECT_EQ(trace.PRefTrace[199], 0) << c.Name;
-    EXPECT_EQ(trace.PBakTrace[199], 0) << c.Name;
+    EXPECT_EQ(std::pair(trace.PRefTrace[199], trace.PBakTrace[199]), std::pair(0.F, 0.F));
   }
 }
 
-// A recording of three channels whose words tell their places.
-std::vector<float> Recording(float error, float velocity, float current) {
-  std::vector<float> words;
-  for (float first : {error, velocity, current}) {
-    for (int i = 0; i < ChannelSamples; ++i) words.push_back(i == 7 ? first : 0);
-  }
-  return words;
+// Division, top and gain of the whole trace.
+std::tuple<float, float, float> Axis(TraceState& trace, Signal signal) {
+  const AxisTables axis = trace.Axis(signal);
+  return {axis.Step[0], axis.Top[0], axis.Gain[0]};
 }
 
 TEST(SplitTrace, ThreeChannelsInUnitsAndOnOneScale) {
   TraceState trace;
   trace.SetTraceTime(20);
   trace.ShowRecordedChannels(3);
-  EXPECT_EQ(SplitTrace(trace, Recording(-90, 200, 2048), 3), 1);
-  EXPECT_EQ(trace.PErrTrace[7], -90);
+  EXPECT_EQ(SplitTrace(trace, Recording({8, 200, 2048}), 3), 1);
+  EXPECT_EQ(trace.PErrTrace[7], 8);
   EXPECT_EQ(trace.VBakTrace[7], 300);  // 200 pulses in 10 ms at 4000 per turn
   EXPECT_EQ(trace.IBakTrace[7], 2000);
-  EXPECT_EQ(trace.PErrStep[0], 40);  // -99 gives 100
-  EXPECT_EQ(trace.PErrTop[0], 200);
-  EXPECT_EQ(trace.PErrPlot[7], -180);
-  EXPECT_EQ(trace.VTop[0], 400);  // 330 gives 350, a division of 80
+  EXPECT_EQ(Axis(trace, Signal::PErr), std::tuple(4, 20, 20));         // 8.8 gives 10
+  EXPECT_EQ(Axis(trace, Signal::VBak), std::tuple(80, 400, 1));        // 330 gives 350
+  EXPECT_EQ(Axis(trace, Signal::IBak), std::tuple(500, 2500, 0.16F));  // 2200 gives 2250
+  EXPECT_EQ(trace.PErrPlot[7], 160);
   EXPECT_EQ(trace.VBakPlot[7], 300);
-  EXPECT_EQ(trace.ITop[0], 2500);  // 2200 gives 2250
   EXPECT_EQ(trace.IBakPlot[7], 320);
   // No profile: the reference is 0 and the feedback its own opposite, on the error's scale.
-  EXPECT_EQ(trace.PBakTrace[7], 90);
-  EXPECT_EQ(trace.PBakPlot[7], 180);
+  EXPECT_EQ(trace.PBakTrace[7], -8);
+  EXPECT_EQ(trace.PBakPlot[7], -160);
+  EXPECT_EQ(trace.PBakTop[0], 100);
   EXPECT_EQ(trace.PRefTop[0], 10);
 }
 
@@ -142,16 +119,14 @@ TEST(SplitTrace, TwoChannelsHaveNoPosition) {
   TraceState trace;
   trace.SetTraceTime(20);
   trace.PErrTrace.fill(5);
+  trace.PErrPlot.fill(6);
   trace.ShowRecordedChannels(2);
-  std::vector<float> words = Recording(200, 1395, 0);
-  words.resize(400);
-  EXPECT_EQ(SplitTrace(trace, words, 2), 1);
+  EXPECT_EQ(SplitTrace(trace, Recording({200, 1395}), 2), 1);
   EXPECT_EQ(trace.VBakTrace[7], 300);
   EXPECT_EQ(trace.IBakTrace[7], 1362.3046875F);
   // 1500 is still the fixed range of 2 A.
   EXPECT_EQ(trace.RangeTop, 1500);
-  EXPECT_EQ(trace.ITop[0], 2000);
-  EXPECT_EQ(trace.IStep[0], 400);
+  EXPECT_EQ(Axis(trace, Signal::IBak), std::tuple(400, 2000, 0.2F));
   EXPECT_EQ(trace.PErrTop[0], 0);
   EXPECT_EQ(trace.PErrPlot[7], 0);
   EXPECT_EQ(trace.PErrTrace[7], 5);
@@ -161,9 +136,9 @@ TEST(SplitTrace, AMotorAtRestAndADriveWithoutEncoderCounts) {
   TraceState trace;
   trace.EncoderCounts = 0;
   trace.ShowRecordedChannels(3);
-  SplitTrace(trace, Recording(0, 30000, 0), 3);
+  SplitTrace(trace, Recording({0, 30000, 0}), 3);
   EXPECT_EQ(trace.VBakTrace[7], 0);
-  EXPECT_EQ(std::tuple(trace.VStep[0], trace.VTop[0], trace.VGain[0]), std::tuple(2, 10, 40));
+  EXPECT_EQ(Axis(trace, Signal::VBak), std::tuple(2, 10, 40));
 }
 
 TEST(ScaleTraces, AllPositionTracesTakeTheGainOfTheChosenSeries) {
@@ -182,4 +157,4 @@ TEST(ScaleTraces, AllPositionTracesTakeTheGainOfTheChosenSeries) {
 }
 
 }  // namespace
-}  // namespace gainsmith
+}  // namespace gainsmith::test
