@@ -48,13 +48,13 @@ struct PlotBench {
   }
   void Hover(float x, float y) { plot.Picture1.OnMouseMove(NoButton, x, y); }
 
-  // The zoom level, and the last labels of current, time, velocity and position.
+  // The zoom level, the last labels of current, time, velocity and position, and how much is drawn.
   std::string View() const {
     std::string view = std::to_string(plot.ZoomLevel) + ":";
     for (const LabelColumn* column : {&plot.Label3, &plot.Label4, &plot.Label6, &plot.Label5}) {
       view += " " + column->back().Caption;
     }
-    return view;
+    return view + ", " + std::to_string(plot.Picture1.Lines.size()) + " lines";
   }
 
   TraceState trace;

@@ -10,68 +10,39 @@
 namespace gainsmith::test {
 namespace {
 
-TEST(PlotZoom, InAndOutOfTwoLevels) {
+constexpr const char* WholeTrace = "0: 2.000 2000 400 200, 597 lines";
+constexpr const char* FirstView = "1: 1.250 800 *250* *125*, 150 lines";
+
+TEST(PlotZoom, GestureByGesture) {
+  const struct {
+    const char* Gesture;
+    DragEnds Drag;
+    const char* View;
+  } gestures[] = {
+      {"zoom in", {30, 250, 70, -50}, FirstView},
+      {"further", {40, 200, 50, 100}, "2: 1.000 600 *200.0* *100.0*, 60 lines"},
+      {"a click", {45, 150, 45, 150}, FirstView},
+      {"another", {45, 150, 45, 150}, WholeTrace},
+      {"one too many", {45, 150, 45, 150}, WholeTrace},
+      {"again", {30, 250, 70, -50}, FirstView},
+      {"beyond two sides", {60, 100, 500, -1000}, "2: 0.500 900 *100.0* *50.0*, 90 lines"},
+      {"back", {65, 0, 65, 0}, FirstView},
+      {"higher than a click, finer than any current step", {40, 100, 50, 99.99F}, FirstView},
+      {"just wide enough", {40, 100, 45, -50}, "2: 0.500 460 *100.0* *50.0*, 18 lines"},
+      {"too narrow", {40, 100, 44.9F, -50}, FirstView},
+      {"too low", {30, 250, 70, 249.996F}, WholeTrace},
+      {"beyond the others", {100, 0, -30, 900}, "1: 2.000 1100 *400* *200*, 330 lines"},
+      {"out", {0, 0, 0, 0}, WholeTrace},
+      {"begins outside", {200.3F, 420, 150, 0}, "1: 2.100 2000 *420* *210*, 597 lines"},
+      {"out", {0, 0, 0, 0}, WholeTrace},
+      {"begins before the first sample", {-7, 100, 40, 0}, "1: 0.500 430 *100* *50*, 129 lines"},
+  };
+  // The end of a drag is clamped to the view, its start is not.
   PlotBench bench(PositionPlot);
   bench.Capture();
-  bench.Drag({30, 250, 70, -50});
-  EXPECT_EQ(bench.View(), "1: 1.250 800 *250* *125*");
-  EXPECT_EQ(bench.plot.Picture1.Scale, (PictureScale{30, 250, 50, -400}));
-  ASSERT_EQ(bench.plot.Picture1.Lines.size(), 3U * 50);
-  EXPECT_EQ(bench.plot.Picture1.Lines.front().X1, 30);
-  bench.Drag({40, 200, 50, 100});
-  EXPECT_EQ(bench.View(), "2: 1.000 600 *200.0* *100.0*");
-  bench.Click(45, 150);
-  EXPECT_EQ(bench.View(), "1: 1.250 800 *250* *125*");
-  for (int click = 0; click < 2; ++click) {
-    bench.Click(45, 150);
-    EXPECT_EQ(bench.View(), "0: 2.000 2000 400 200");
-    EXPECT_EQ(bench.plot.Picture1.Scale, (PictureScale{0, 400, 200.4F, -800}));
-  }
-}
-
-TEST(PlotZoom, ASmallDragIsAClick) {
-  const struct {
-    DragEnds Drag;
-    int Level;
-  } cases[] = {
-      {{40, 100, 45, -50}, 2},
-      {{40, 100, 44.9F, -50}, 0},
-      {{30, 250, 70, 249.996F}, 0},
-      // Above the least height, yet finer than any current step: ignored, not a click.
-      {{40, 100, 50, 99.99F}, 1},
-  };
-  for (const auto& c : cases) {
-    PlotBench bench(ScopePlot);
-    bench.Capture();
-    bench.Drag({30, 250, 70, -50});
-    const ZoomTable widths = bench.trace.ZoomWidth;
-    bench.Drag(c.Drag);
-    EXPECT_EQ(bench.plot.ZoomLevel, c.Level) << c.Drag.EndX;
-    EXPECT_EQ(bench.trace.ZoomWidth != widths, c.Level == 2) << c.Drag.EndX;
-  }
-}
-
-TEST(PlotZoom, TheEndOfADragIsClampedToTheDataAndItsStartIsNot) {
-  const struct {
-    DragEnds Drag;
-    float EndX, EndY;
-  } cases[] = {
-      {{150, 100, 500, -1000}, 199, -400},
-      {{200.3F, 420, 150, 0}, 150, 0},
-      {{100, 0, -30, 900}, 0, 400},
-      {{-7, 100, 40, 0}, 40, 0},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.Drag.StartX);
-    PlotBench bench(PositionPlot);
-    bench.Capture();
-    bench.Drag(c.Drag);
-    EXPECT_EQ(bench.plot.DragStartX, c.Drag.StartX);
-    EXPECT_EQ(bench.plot.DragEndX, c.EndX);
-    EXPECT_EQ(bench.plot.DragEndY, c.EndY);
-    EXPECT_EQ(bench.plot.ZoomLevel, 1);
-    EXPECT_EQ(bench.trace.ZoomTop[1], std::max(c.Drag.StartY, c.EndY));
-    EXPECT_GE(bench.plot.Picture1.Lines.front().X1, 0);
+  for (const auto& g : gestures) {
+    bench.Drag(g.Drag);
+    EXPECT_EQ(bench.View(), g.View) << g.Gesture;
   }
 }
 
@@ -88,7 +59,7 @@ TEST(PlotZoom, FifteenLevelsAndANewCaptureBeginsAtTheFirst) {
   EXPECT_EQ(bench.plot.ZoomLevel, 14);
   EXPECT_EQ(bench.trace.ZoomHeight, heights);
   bench.Capture();
-  EXPECT_EQ(bench.View(), "0: 2.000 2000 400 200");
+  EXPECT_EQ(bench.View(), "0: 2.000 2000 400 200, 398 lines");
 }
 
 TEST(PlotMouse, ShutOutWhileTheLinkIsBusyOrNothingWasStarted) {
@@ -164,8 +135,10 @@ TEST(PlotMouse, TheRubberBandFollowsTheDragAndGoesWithTheRedraw) {
   const PictureLine& side = bench.plot.Picture1.Overlay[1];
   EXPECT_EQ(std::tuple(side.X1, side.X2, side.Y1, side.Y2), std::tuple(70, 30, -50, -50));
   EXPECT_EQ(side.Color, Rgb(255, 255, 255));
-  bench.plot.Picture1.OnMouseUp(LeftButton, 70, -50);
+  bench.plot.Picture1.OnMouseUp(LeftButton, 500, -1000);
+  EXPECT_EQ(std::pair(bench.plot.DragEndX, bench.plot.DragEndY), std::pair(199.F, -400.F));
   EXPECT_TRUE(bench.plot.Picture1.Overlay.empty());
+  EXPECT_EQ(bench.plot.Picture1.Scale, (PictureScale{0, 250, 199, -800}));
   // Laid before the scale changed: on the frame of the view that was zoomed.
   EXPECT_EQ(bench.plot.Line1[2].X1, 200.4F);
   EXPECT_EQ(bench.plot.Line1[3].Y1, -400);

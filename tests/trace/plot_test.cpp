@@ -24,11 +24,11 @@ Colours ColoursDrawn(PlotBench& bench) {
 
 TEST(PlotLabels, BeforeAnyCapture) {
   PlotBench position(PositionPlot);
-  EXPECT_EQ(position.View(), "0: 2.00 2000 400 200");
+  EXPECT_EQ(position.View(), "0: 2.00 2000 400 200, 0 lines");
   EXPECT_EQ(position.plot.Label3[5].Caption, "0.00") << "never -0.00";
   EXPECT_EQ(position.statusBar1.Panels[5], "位置误差:");
   PlotBench scope(ScopePlot);
-  EXPECT_EQ(scope.View(), "0: 2.000 2000 400 200");
+  EXPECT_EQ(scope.View(), "0: 2.000 2000 400 200, 0 lines");
   EXPECT_TRUE(scope.statusBar1.Panels.empty());
 }
 
@@ -36,9 +36,9 @@ TEST(PlotLabels, BeforeAnyCapture) {
 // column of the position window is all zeros; the scope keeps its own.
 TEST(PlotLabels, OfACapture) {
   const std::tuple<const PlotDescription&, const char*, const char*> cases[] = {
-      {VelocityPlot, "0: 2.000 2000 400 200", "0: 2.000 500 400 200"},
-      {PositionPlot, "0: 2.000 2000 400 200", "0: 2.000 500 400 0"},
-      {ScopePlot, "0: 2.000 2000 400 200", "0: 2.000 2000 400 200"},
+      {VelocityPlot, "0: 2.000 2000 400 200, 398 lines", "0: 2.000 500 400 200, 398 lines"},
+      {PositionPlot, "0: 2.000 2000 400 200, 597 lines", "0: 2.000 500 400 0, 597 lines"},
+      {ScopePlot, "0: 2.000 2000 400 200, 597 lines", "0: 2.000 2000 400 200, 597 lines"},
   };
   for (const auto& [description, captured, changed] : cases) {
     PlotBench bench(description);
@@ -58,7 +58,6 @@ TEST(PlotRedraw, DrawsTheShownChannelsInOrderUpToTheLastSample) {
   bench.trace.PositionColours[Signal::VBak] = 4711;
   bench.Capture();
   EXPECT_EQ(ColoursDrawn(bench), (Colours{16744700, 4711, 255}));
-  ASSERT_EQ(bench.plot.Picture1.Lines.size(), 3U * 199);
   const PictureLine& last = bench.plot.Picture1.Lines.back();
   EXPECT_EQ(std::pair(last.X1, last.X2), std::pair(198.F, 199.F));
   EXPECT_EQ(last.Scale, (PictureScale{0, 400, 200.4F, -800}));
@@ -133,15 +132,20 @@ TEST(PositionAxis, TheLargestOfTheShownSeriesSetsIt) {
 }
 
 TEST(PositionAxis, AllPositionTracesAndTheColumnFollowTheChosenSeries) {
-  PlotBench bench(PositionPlot);
-  bench.Capture();
-  bench.trace.PBakTop[0] = 2000;
-  bench.trace.PBakGain[0] = 0.2F;
-  bench.trace.ShowPBak = true;
-  bench.plot.PickPositionSource();
-  bench.plot.SetAxisLabels();
-  EXPECT_EQ(bench.trace.PErrPlot[7], 18);
-  EXPECT_EQ(bench.plot.Label5[10].Caption, "2000");
+  for (const Signal chosen : {Signal::PErr, Signal::PBak, Signal::PRef}) {
+    PlotBench bench(PositionPlot);
+    bench.Capture();
+    bench.trace.PRefTrace[7] = 50;
+    bench.trace.Show(chosen) = true;
+    bench.trace.Axis(chosen).Top[0] = 2000;
+    bench.trace.Axis(chosen).Gain[0] = 0.5F;
+    bench.plot.PickPositionSource();
+    bench.plot.SetAxisLabels();
+    EXPECT_EQ(bench.trace.PErrPlot[7], 45);
+    EXPECT_EQ(bench.trace.PBakPlot[7], -45);
+    EXPECT_EQ(bench.trace.PRefPlot[7], 25);
+    EXPECT_EQ(bench.plot.Label5[10].Caption, "2000");
+  }
 }
 
 }  // namespace

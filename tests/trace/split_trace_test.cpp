@@ -141,20 +141,5 @@ TEST(SplitTrace, AMotorAtRestAndADriveWithoutEncoderCounts) {
   EXPECT_EQ(Axis(trace, Signal::VBak), std::tuple(2, 10, 40));
 }
 
-TEST(ScaleTraces, AllPositionTracesTakeTheGainOfTheChosenSeries) {
-  TraceState trace;
-  trace.PErrTrace[3] = 1;
-  trace.PBakTrace[3] = 2;
-  trace.PRefTrace[3] = 3;
-  const std::pair<PositionSeries, float> cases[] = {
-      {PositionSeries::PErr, 10}, {PositionSeries::PBak, 20}, {PositionSeries::PRef, 30}};
-  for (const auto& [series, gain] : cases) {
-    ScaleTraces(trace, 3, series, 1, 1, 10, 20, 30);
-    EXPECT_EQ(trace.PErrPlot[3], gain);
-    EXPECT_EQ(trace.PBakPlot[3], 2 * gain);
-    EXPECT_EQ(trace.PRefPlot[3], 3 * gain);
-  }
-}
-
 }  // namespace
 }  // namespace gainsmith::test

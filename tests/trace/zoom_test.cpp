@@ -74,10 +74,10 @@ TEST(NiceCurrentStep, TakesTheEntryBeforeTheOneThatFits) {
 
 TEST(ZoomIn, FirstLevelOfThreeChannels) {
   Captured trace;
-  // 40 samples from the right to the left, 300 plot units from 250.5 down.
+  // 100 samples from the right to the left, 300 plot units from 250.5 down.
   ASSERT_TRUE(
-      ZoomIn(trace, 3, 1, {.StartX = 70.4F, .StartY = 250.5F, .EndX = 30.4F, .EndY = -49.5F}));
-  EXPECT_EQ(trace.TimeAxis(1), Triple(30, 50, 50));
+      ZoomIn(trace, 3, 1, {.StartX = 130.4F, .StartY = 250.5F, .EndX = 30.4F, .EndY = -49.5F}));
+  EXPECT_EQ(trace.TimeAxis(1), Triple(30, 110, 110));
   EXPECT_EQ(trace.ZoomTop[1], 250);      // a tie goes to even
   EXPECT_EQ(trace.ZoomHeight[1], -400);  // 10 divisions of 200 mA: 400 / 2.667 is 150
   EXPECT_EQ(trace.AxisOf(Signal::IBak, 1), Triple(200, 1250, 0.2F));
@@ -106,9 +106,9 @@ TEST(ZoomIn, SecondLevelAddsNothingToTheWidth) {
   ASSERT_TRUE(ZoomIn(trace, 3, 1, {.StartX = 150, .StartY = 300, .EndX = 190, .EndY = 0}));
   EXPECT_EQ(trace.TimeAxis(1), Triple(0, 199, 200));
   EXPECT_EQ(trace.ZoomHeight[1], -400);
-  // 199 / 200 samples per ms: 40 goes into 40 samples, so 50 is taken, which are 49.75 samples.
-  ASSERT_TRUE(ZoomIn(trace, 3, 2, {.StartX = 100, .StartY = 300, .EndX = 140, .EndY = 200}));
-  EXPECT_EQ(trace.TimeAxis(2), Triple(100, 50, 50));
+  // 199 / 200 samples per ms: 100 goes into 100 samples, so 110 is taken, which are 109.45 samples.
+  ASSERT_TRUE(ZoomIn(trace, 3, 2, {.StartX = 50, .StartY = 300, .EndX = 150, .EndY = 200}));
+  EXPECT_EQ(trace.TimeAxis(2), Triple(50, 109, 110));
   EXPECT_EQ(trace.IStep[2], 80);  // 50 fits exactly
   EXPECT_EQ(trace.ZoomHeight[2], -160);
 }
