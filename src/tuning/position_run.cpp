@@ -136,15 +136,12 @@ void Form3::StopTest(const Stay& stay) {
 }
 
 void Form3::readdata(const Stay& stay) {
-  const RunScheme::CaptureEnd end =
-      Run.Capture(stay, TestWait(trace_), Plot.Description.ChannelCount);
-  if (end == RunScheme::CaptureEnd::Failed) trace_.TraceReadFailed = true;
-  if (stay.Over()) return;
-  if (end == RunScheme::CaptureEnd::Uploaded) {
-    trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
+  const int channels = Plot.Description.ChannelCount;
+  const bool open = Run.TakeFirstRecording(stay, channels, [&] {
+    trace_.ShowRecordedChannels(channels);
     ShowRecording();
-    Run.TraceUploaded = true;
-  }
+  });
+  if (!open) return;
   if (!Run.StopRequested() || !Run.StopTest(stay)) return;
   Command1[CurveStart].Caption = RunScheme::StartCaption;
   link_.LinkIdle = true;

@@ -145,6 +145,18 @@ RunScheme::CaptureEnd RunScheme::Capture(const Stay& stay, RecordingWait wait, i
   return CaptureEnd::Failed;
 }
 
+bool RunScheme::TakeFirstRecording(const Stay& stay, int channelCount,
+                                   const std::function<void()>& show) {
+  const CaptureEnd end = Capture(stay, TestWait(p_.Trace), channelCount);
+  if (end == CaptureEnd::Failed) p_.Trace.TraceReadFailed = true;
+  if (stay.Over()) return false;
+  if (end == CaptureEnd::Uploaded) {
+    show();
+    TraceUploaded = true;
+  }
+  return true;
+}
+
 void RunScheme::ReportLinkFailure(const Stay& stay) {
   if (reported_) return;
   reported_ = true;

@@ -143,6 +143,9 @@ class RunScheme {
   };
   // Waits for a recording and uploads it.
   CaptureEnd Capture(const Stay& stay, RecordingWait wait, int channelCount);
+  // The first recording of a test, given to `show`; a failure is noted in
+  // TraceState::TraceReadFailed. False when the window was closed.
+  bool TakeFirstRecording(const Stay& stay, int channelCount, const std::function<void()>& show);
 
   // The failure routine: the message, once; then the window closes.
   void ReportLinkFailure(const Stay& stay);

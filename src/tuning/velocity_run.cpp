@@ -153,14 +153,8 @@ void velocityModeTune::StopTest(const Stay& stay) {
 // --- Recordings.
 
 void velocityModeTune::readdata(const Stay& stay) {
-  const RunScheme::CaptureEnd end =
-      Run.Capture(stay, TestWait(trace_), Plot.Description.ChannelCount);
-  if (end == RunScheme::CaptureEnd::Failed) trace_.TraceReadFailed = true;
-  if (stay.Over()) return;
-  if (end == RunScheme::CaptureEnd::Uploaded) {
-    ShowRecording();
-    Run.TraceUploaded = true;
-  }
+  const int channels = Plot.Description.ChannelCount;
+  if (!Run.TakeFirstRecording(stay, channels, [this] { ShowRecording(); })) return;
   if (Run.StopRequested() && Run.StopTest(stay)) link_.LinkIdle = true;
 }
 
