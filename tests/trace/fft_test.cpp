@@ -44,19 +44,6 @@ TEST(Fft128, AgreesWithTheSumItStandsFor) {
   }
 }
 
-TEST(Spectrum, SeesSamples70To197) {
-  TraceArray velocity{};
-  for (std::size_t i = 0; i < velocity.size(); ++i) velocity[i] = static_cast<float>(i);
-  const FftArray input = FftInputOf(velocity);
-  EXPECT_EQ(std::pair(input.front(), input.back()), std::pair(70.F, 197.F));
-}
-
-TEST(Spectrum, SampleRates) {
-  const std::pair<float, float> cases[] = {{0, 0},   {1, 2000}, {3, 667},
-                                           {7, 286}, {10, 200}, {12, 0}};
-  for (const auto& [divider, rate] : cases) EXPECT_EQ(SampleRate(divider), rate) << divider;
-}
-
 TEST(Spectrum, TheMeanAndTheMirrorDoNotSetTheScale) {
   FftArray spectrum{};
   spectrum[0] = spectrum[1] = spectrum[65] = 9;

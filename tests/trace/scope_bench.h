@@ -12,8 +12,8 @@ enum TraceTimeEntry { At100Ms, At500Ms = 4, At800Ms = 7, At1000Ms = 9, At1200Ms,
 struct ScopeTest : ::testing::Test {
   using Texts = TuningBench::Texts;
 
-  TappedDrive Device;
-  TuningBench Bench{Device};
+  TuningBench Bench;
+  TappedDrive& Device = Bench.Device;
   Form5 Window{Bench.World, Bench.Link, Bench.Params, Bench.Shell, Bench.Trace};
 
   void Open() { Bench.World.ShowModal(Window); }

@@ -42,6 +42,8 @@ TEST_F(ScopeTest, EveryVisitReadsTheEncoderChoosesTheChannelsAndStartsAnew) {
   EXPECT_TRUE(Window.Check1[Form5::Velocity].Ticked && Window.Command1.Enabled);
   EXPECT_FALSE(Window.Check2.Ticked || Window.Check2.Enabled || Window.Timer1.Enabled());
   EXPECT_EQ(Window.Combo1.Text, "2000ms");
+  EXPECT_EQ(Window.Combo1.Items.size(), 15U);
+  EXPECT_EQ(Window.Combo1.Items[At1200Ms], (ListItem{"1200ms", 12, ""}));
   ExpectSetupEnabled(true);
 }
 

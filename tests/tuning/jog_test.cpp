@@ -10,18 +10,16 @@ namespace {
 
 using Texts = TuningBench::Texts;
 
-struct JogTest : ::testing::Test {
-  DriveDevice Device;
-  PositionBench On{Device};
-  TuningBench& Bench = On.Bench;
-  Form3& Window = On.Window;
-
+struct JogTest : ::testing::Test, PositionBench {
   void SetUp() override {
-    Open(On);
-    Bench.TakeFrames();
+    Open(Window);
+    TakeFrames();
+  }
+  void PressAfter(std::int64_t delayMs, Button& button) {
+    World.At(delayMs, [this, &button] { User.Press(button); });
   }
   void ReleaseAfter(std::int64_t delayMs, Button& button) {
-    Bench.World.At(delayMs, [this, &button] { Bench.User.Release(button); });
+    World.At(delayMs, [this, &button] { User.Release(button); });
   }
 };
 
@@ -29,53 +27,47 @@ TEST_F(JogTest, ALongPressTurnsTheMotorUntilItsRelease) {
   struct Case {
     Button& Pressed;
     const char* Command;
-    int Sign;
+    double Rpm;
   };
-  for (const Case& c : {Case{Window.Command2, "W 9=1", 1}, Case{Window.Command3, "W 9=5", -1}}) {
-    Bench.User.Press(c.Pressed);
-    EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 22=167", "W 21=30", c.Command}));
-    Bench.World.RunFor(1000);
-    Device.Drive.Advance(Bench.World.NowMs() * 1000);
-    EXPECT_NEAR(Device.Drive.Motor().ShaftSpeedRpm(), c.Sign * 50, 5);
-    Bench.User.Release(c.Pressed);
-    EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 9=0"}));
-    Bench.World.RunFor(1000);
-    Device.Drive.Advance(Bench.World.NowMs() * 1000);
-    EXPECT_FALSE(Device.Drive.Moving());
+  for (const Case& c : {Case{Window.Command2, "W 9=1", 50}, Case{Window.Command3, "W 9=5", -50}}) {
+    User.Press(c.Pressed);
+    EXPECT_EQ(TakeFrames(), (Texts{"W 22=167", "W 21=30", c.Command}));
+    World.RunFor(1000);
+    Device.Drive.Advance(World.NowMs() * 1000);
+    EXPECT_NEAR(Device.Drive.Motor().ShaftSpeedRpm(), c.Rpm, 5);
+    User.Release(c.Pressed);
+    EXPECT_EQ(TakeFrames(), (Texts{"W 9=0"}));
+    World.RunFor(1000);
+    ExpectStopped(*this);
   }
 }
 
+// A jog command whose reply is lost would go out again: not behind a release.
 TEST_F(JogTest, AReleaseDuringThePressLeavesTheStopToIt) {
-  for (std::int64_t delayMs = 1; delayMs < 480; delayMs += 7) {
-    SCOPED_TRACE(delayMs);
-    ReleaseAfter(delayMs, Window.Command2);
-    Bench.User.Press(Window.Command2);
-    EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 22=167", "W 21=30", "W 9=1", "W 9=0"}));
-    EXPECT_EQ(Window.JogState[Form3::Clockwise], Form3::JogReleased);
+  for (const bool replyLost : {false, true}) {
+    for (std::int64_t delayMs = 1; delayMs < (replyLost ? 700 : 480); delayMs += 7) {
+      SCOPED_TRACE(delayMs);
+      if (replyLost) Device.Drive.Inject(sim::Fault::DropNth, sim::Hits::Only(3));
+      ReleaseAfter(delayMs, Window.Command2);
+      User.Press(Window.Command2);
+      EXPECT_EQ(TakeFrames(), (Texts{"W 22=167", "W 21=30", "W 9=1", "W 9=0"}));
+      EXPECT_EQ(Window.JogState[Form3::Clockwise], Form3::JogReleased);
+      EXPECT_EQ(TakeMessages(), Texts{});
+    }
   }
-}
-
-// The reply to the jog command is lost, so it would go out again: not behind a release.
-TEST_F(JogTest, AReleasedCommandIsNotSentAgain) {
-  Device.Drive.Inject(sim::Fault::DropNth, sim::Hits::Only(3));
-  ReleaseAfter(600, Window.Command2);
-  Bench.User.Press(Window.Command2);
-  EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 22=167", "W 21=30", "W 9=1", "W 9=0"}));
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
 }
 
 TEST_F(JogTest, APressMayFollowAReleaseAtAnyMoment) {
   for (std::int64_t delayMs = 1; delayMs < 700; delayMs += 13) {
     SCOPED_TRACE(delayMs);
     ReleaseAfter(delayMs, Window.Command2);
-    Bench.World.At(delayMs + 5, [&] { Bench.User.Press(Window.Command2); });
-    Bench.User.Press(Window.Command2);
-    Bench.World.RunFor(2000);
+    PressAfter(delayMs + 5, Window.Command2);
+    User.Press(Window.Command2);
+    World.RunFor(2000);
     EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 1) << "the button is held";
-    Bench.User.Release(Window.Command2);
-    Bench.World.RunFor(2000);
-    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
-    EXPECT_EQ(Bench.TakeMessages(), Texts{});
+    User.Release(Window.Command2);
+    World.RunFor(2000);
+    ExpectStopped(*this);
   }
 }
 
@@ -84,73 +76,65 @@ TEST_F(JogTest, BothButtonsReleasedMeansStandstill) {
     for (std::int64_t firstReleaseMs = 20; firstReleaseMs < 1500; firstReleaseMs += 130) {
       SCOPED_TRACE(std::to_string(secondMs) + ", " + std::to_string(firstReleaseMs));
       ReleaseAfter(firstReleaseMs, Window.Command2);
-      Bench.World.At(secondMs, [&] { Bench.User.Press(Window.Command3); });
+      PressAfter(secondMs, Window.Command3);
       ReleaseAfter(secondMs + 300, Window.Command3);
-      Bench.User.Press(Window.Command2);
-      Bench.World.RunFor(4000);
-      EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+      User.Press(Window.Command2);
+      World.RunFor(4000);
+      ExpectStopped(*this);
     }
   }
 }
 
 // Nothing guards a jog against a test: whatever comes of it, Stop and release end it.
 TEST_F(JogTest, AJogInARunningTestEndsAtRest) {
-  Button& run = Window.Command1[Form3::MainStart];
+  const auto stop = [&] {
+    if (RunButton.Caption == "Stop") User.Click(RunButton);
+  };
   Window.Combo1.Choose(1);
   Window.Text1[Form3::RepeatTimes].Text = "5";
   for (std::int64_t delayMs = 100; delayMs < 9000; delayMs += 130) {
     SCOPED_TRACE(delayMs);
-    Bench.World.At(delayMs, [&] { Bench.User.Press(Window.Command3); });
+    PressAfter(delayMs, Window.Command3);
     ReleaseAfter(delayMs + 400, Window.Command3);
     // Not before the button says so: a jog inside the first write puts that off.
-    Bench.World.At(std::max<std::int64_t>(delayMs + 600, 2000), [&] {
-      if (run.Caption == "Stop") Bench.User.Click(run);
-    });
-    Bench.User.Click(run);
-    Bench.World.RunFor(25000);
-    if (run.Caption == "Stop") Bench.User.Click(run);
-    Bench.World.RunFor(5000);
-    EXPECT_EQ(run.Caption, "Start");
-    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
-    EXPECT_TRUE(Bench.Link.LinkIdle);
-    EXPECT_EQ(Bench.TakeMessages(), Texts{});
+    World.At(std::max<std::int64_t>(delayMs + 600, 2000), stop);
+    User.Click(RunButton);
+    World.RunFor(25000);
+    stop();
+    World.RunFor(5000);
+    ExpectStopped(*this);
   }
 }
 
 TEST_F(JogTest, FieldsTakeDigitsAndEnterSendsThem) {
-  Bench.User.Type(Window.Text2, "-1.5e9x");
+  User.Type(Window.Text2, "-1.5e9x");
   EXPECT_EQ(Window.Text2.Text, "159");
-  Bench.User.Enter(Window.Text2);
-  EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 22=530"}));
-  Bench.User.Type(Window.Text3, "11");
-  Bench.User.Enter(Window.Text3);
-  EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 21=1"}));
-  EXPECT_FALSE(Window.Text2.OnKeyPress(KeyEnter));
   EXPECT_TRUE(Window.Text2.OnKeyPress(KeyBackspace));
+  User.Enter(Window.Text2);
+  User.Type(Window.Text3, "11");
+  User.Enter(Window.Text3);
+  EXPECT_EQ(TakeFrames(), (Texts{"W 22=530", "W 21=1"}));
 }
 
 TEST_F(JogTest, ABadFieldIsCorrectedAndThePressGoesOn) {
   struct Case {
     TextBox& Field;
-    const char* Bad;
+    Texts Bad;
     const char* Corrected;
-    Texts Frames;
+    const char* StillSent;
   };
-  const Case cases[] = {
-      {Window.Text2, "", "1", {"W 21=30", "W 9=1", "W 9=0"}},
-      {Window.Text2, "20000", "1", {"W 21=30", "W 9=1", "W 9=0"}},
-      {Window.Text3, "10", "10", {"W 22=167", "W 9=1", "W 9=0"}},
-      {Window.Text3, "-300", "10", {"W 22=167", "W 9=1", "W 9=0"}},
-  };
-  for (const Case& c : cases) {
-    Window.Text2.Text = "50";
-    Window.Text3.Text = "300";
-    c.Field.Text = c.Bad;
-    Bench.User.Press(Window.Command2);
-    Bench.User.Release(Window.Command2);
-    EXPECT_EQ(c.Field.Text, c.Corrected);
-    EXPECT_EQ(Bench.TakeFrames(), c.Frames);
-    EXPECT_EQ(Bench.TakeMessages(), (Texts{"Please input a value of 0-65535"}));
+  for (const Case& c : {Case{Window.Text2, {"", "20000"}, "1", "W 21=30"},
+                        Case{Window.Text3, {"10", "-300"}, "10", "W 22=167"}}) {
+    const std::string good = c.Field.Text;
+    for (const std::string& bad : c.Bad) {
+      c.Field.Text = bad;
+      User.Press(Window.Command2);
+      User.Release(Window.Command2);
+      EXPECT_EQ(c.Field.Text, c.Corrected);
+      EXPECT_EQ(TakeFrames(), (Texts{c.StillSent, "W 9=1", "W 9=0"})) << bad;
+      EXPECT_EQ(TakeMessages(), (Texts{"Please input a value of 0-65535"}));
+    }
+    c.Field.Text = good;
   }
 }
 
@@ -158,18 +142,18 @@ TEST_F(JogTest, ALostLinkIsSaidOnceAndNeverTurnsTheMotorAgain) {
   for (int good = 0; good < 4; ++good) {
     SCOPED_TRACE(good);
     // Silent from the exchange after the good ones.
-    Bench.World.At(good * 163, [&] { Device.Drive.Inject(sim::Fault::Silent); });
+    World.At(good * 163, [&] { Device.Drive.Inject(sim::Fault::Silent); });
     ReleaseAfter(3000, Window.Command2);
-    Bench.User.Press(Window.Command2);
-    Bench.World.RunFor(20000);
-    EXPECT_EQ(Bench.TakeMessages(), (Texts{LostLink}));
+    User.Press(Window.Command2);
+    World.RunFor(20000);
+    EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
     EXPECT_FALSE(Window.Loaded);
     Device.Drive.ClearFaults();
-    Device.Drive.Reset(Bench.World.NowMs() * 1000);
-    Bench.World.RunFor(1000);
-    Open(On);
+    Device.Drive.Reset(World.NowMs() * 1000);
+    World.RunFor(1000);
+    Open(Window);
     EXPECT_TRUE(Window.Loaded);
-    EXPECT_EQ(Bench.TakeMessages(), Texts{});
+    EXPECT_EQ(TakeMessages(), Texts{});
   }
 }
 

@@ -8,323 +8,255 @@ namespace {
 
 using Texts = TuningBench::Texts;
 
-const Texts LoadFrames{"R 6",  "R 33", "R 8",  "R 31", "R 32", "R 19", "R 42", "R 43",
-                       "R 44", "R 46", "R 47", "R 45", "R 48", "R 13", "W 9=0"};
-const Texts StartFrames{"W 19=4000", "W 22=1000", "W 21=20",  "W 23=0",   "W 24=40000", "W 27=200",
-                        "W 25=1",    "W 26=20",   "W 17=145", "W 20=200", "W 9=2"};
-
-struct PositionTest : ::testing::Test {
-  DriveDevice Device;
-  PositionBench On{Device};
-  TuningBench& Bench = On.Bench;
-  Form3& Window = On.Window;
-  Button& Run = On.RunButton;
-
+struct PositionTest : ::testing::Test, PositionBench {
   PositionTest() {
     Device.Drive.Registers()[sim::Reg::PositionKp] = 800;
     Device.Drive.Registers()[sim::Reg::Kaff] = 1000;
+    Device.Drive.Registers()[sim::Reg::LowKaff] = 65535;
+    Open(Window);
+    LoadFrames = TakeFrames();
   }
-  void OpenQuietly() {
-    Open(On);
-    Bench.TakeFrames();
+  void ExpectStoppedAndUnlocked() {
+    ExpectStopped(*this);
+    EXPECT_EQ(RunButton.BackColor, 0x00FF00U);
+    EXPECT_TRUE(Window.Text1[Form3::Velocity].Enabled && Window.Check1[Form3::PErr].Enabled);
   }
-  void Click() { Bench.User.Click(Run); }
-  void ClickAfter(std::int64_t delayMs) {
-    Bench.World.At(delayMs, [this] { Bench.User.Click(Run); });
+  // The first frames of a test that is soon stopped.
+  Texts StartFrames(std::size_t count) {
+    ClickAfter(2500, RunButton);
+    User.Click(RunButton);
+    Texts frames = TakeFrames(count);
+    World.RunFor(100);
+    ExpectStoppedAndUnlocked();
+    TakeFrames();
+    return frames;
   }
-  void ExpectStopped() {
-    EXPECT_EQ(Run.Caption, "Start");
-    EXPECT_EQ(Run.BackColor, 0x00FF00U);
-    EXPECT_TRUE(Bench.Link.LinkIdle);
-    EXPECT_FALSE(Window.DataSource.Enabled());
-    EXPECT_TRUE(Window.Text1[Form3::Velocity].Enabled);
-    EXPECT_TRUE(Window.Check1[Form3::PErr].Enabled);
-    EXPECT_EQ(Window.Pointer, MousePointer::Default);
-    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
-  }
+  Texts LoadFrames;
 };
 
-TEST_F(PositionTest, LoadReadsTheGainsAndEndsAFormerTest) {
-  Device.Drive.Registers()[sim::Reg::LowKaff] = 65535;
-  Bench.Trace.SampleDivider = 7;
-  Open(On);
-  EXPECT_EQ(Bench.TakeFrames(), LoadFrames);
-  EXPECT_GE(Bench.World.Repaints, 100) << "the progress flash";
-  EXPECT_FALSE(Bench.Progress.Loaded);
+// Its first recording is shown; that of the tick which finds the plan at its end is not.
+TEST_F(PositionTest, ATestFromTheOpeningToTheEndOfItsPlan) {
+  EXPECT_EQ(LoadFrames, (Texts{"R 6", "R 33", "R 8", "R 31", "R 32", "R 19", "R 42", "R 43", "R 44",
+                               "R 46", "R 47", "R 45", "R 48", "R 13", "W 9=0"}));
+  EXPECT_GE(World.Repaints, 100) << "the progress flash";
+  EXPECT_FALSE(Progress.Loaded);
   EXPECT_EQ(Window.Text1[Form3::PositionKp].Text, "800");
   EXPECT_EQ(Window.Text1[Form3::LowKaff].Text, "65535");
-  EXPECT_EQ(Bench.Params[Slot::KaffLow], 65535);
-  EXPECT_EQ(Bench.Params[Slot::EncoderCounts], 4000);
+  EXPECT_EQ(Params[Slot::KaffLow], 65535);
+  EXPECT_EQ(Params[Slot::EncoderCounts], 4000);
   EXPECT_EQ(Window.Text1[Form3::Distance].Text, "40000");
   EXPECT_EQ(Window.Combo1.Text, "2000ms");
-  EXPECT_EQ(Run.BackColor, 0x00C000U);
-  EXPECT_TRUE(Bench.Link.LinkIdle);
-  EXPECT_TRUE(Bench.Shell[OpenMark::PositionLoop] && Bench.Shell.ChildWindowOpen);
-}
+  EXPECT_EQ(RunButton.BackColor, 0x00C000U);
+  EXPECT_TRUE(Link.LinkIdle);
+  EXPECT_TRUE(Shell[Mark] && Shell.ChildWindowOpen);
 
-TEST_F(PositionTest, ALoadThatFindsTheWindowClosingGivesUp) {
-  Bench.Trace.ClosingPositionWindow = true;
-  bool closed = false;
-  Bench.World.ShowModal(Window, [&] { closed = true; });
-  EXPECT_TRUE(closed);
-  EXPECT_FALSE(Window.Loaded);
-  EXPECT_EQ(Bench.TakeFrames(), Texts{});
-}
-
-// One recording, then a finished plan: the tick's recording is taken and not shown.
-TEST_F(PositionTest, ATestRunsToTheEndOfItsPlan) {
-  OpenQuietly();
-  Click();
-  Texts expected{"W 13=1000"};
-  expected.insert(expected.end(), StartFrames.begin(), StartFrames.end());
-  expected.insert(expected.end(), {"R 28", "upload 12"});
-  EXPECT_EQ(Summary(Bench.TakeFrames()), expected);
+  User.Click(RunButton);
+  EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 13=1000", "W 19=4000", "W 22=1000", "W 21=20",
+                                          "W 23=0", "W 24=40000", "W 27=200", "W 25=1", "W 26=20",
+                                          "W 17=145", "W 20=200", "W 9=2", "R 28", "upload 12"}));
   EXPECT_EQ(Window.PositionTestMs, 4250);
-  EXPECT_EQ(Run.Caption, "Stop");
+  EXPECT_EQ(RunButton.Caption, "Stop");
   EXPECT_EQ(Window.Command1[Form3::GainStart].Caption, "Stop");
-  EXPECT_EQ(Run.BackColor, 0x0000FFU);
+  EXPECT_EQ(RunButton.BackColor, 0x0000FFU);
   EXPECT_FALSE(Window.Text5.Enabled || Window.Text1[Form3::RepeatTimes].Enabled);
   EXPECT_TRUE(Window.Check1[Form3::PBak].Enabled);
   EXPECT_FALSE(Window.Plot.Picture1.Lines.empty());
 
   const auto shown = Window.Plot.Picture1.Revision;
-  ASSERT_TRUE(Bench.World.RunUntil([&] { return !Window.DataSource.Enabled(); }, 20000));
-  EXPECT_EQ(Summary(Bench.TakeFrames()), (Texts{"W 20=200", "R 28", "upload 12"}));
+  ASSERT_TRUE(World.RunUntil([&] { return !Window.DataSource.Enabled(); }, 20000));
+  EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 20=200", "R 28", "upload 12"}));
   EXPECT_EQ(Window.Plot.Picture1.Revision, shown);
-  EXPECT_EQ(Run.Caption, "Stop");
-  EXPECT_FALSE(Bench.Link.LinkIdle);
+  EXPECT_EQ(RunButton.Caption, "Stop");
+  EXPECT_FALSE(Link.LinkIdle);
 
-  Click();
-  EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 9=0"}));
-  ExpectStopped();
+  User.Click(RunButton);
+  EXPECT_EQ(TakeFrames(), (Texts{"W 9=0"}));
+  ExpectStoppedAndUnlocked();
 }
 
 TEST_F(PositionTest, OnlyChangedGainsAreSentAndKaffAlways) {
-  struct Case {
+  const struct {
     std::vector<Form3::Field> Changed;
     Texts Frames;
-  };
-  const Case cases[] = {
-      {{}, {"W 13=1000"}},
-      {{Form3::LowVelocityKi}, {"W 47=77", "W 13=1000"}},
+  } cases[] = {
+      {{}, {"W 13=1000", "W 19=4000"}},
+      {{Form3::LowVelocityKi}, {"W 47=77", "W 13=1000", "W 19=4000"}},
       {{Form3::PositionKp, Form3::Kvff, Form3::PositionKd, Form3::VelocityKp, Form3::VelocityKi,
         Form3::LowPositionKp, Form3::LowPositionKi, Form3::LowPositionKd, Form3::LowVelocityKp,
         Form3::LowVelocityKi, Form3::LowKvff, Form3::LowKaff},
        {"W 6=77", "W 33=77", "W 8=77", "W 31=77", "W 32=77", "W 42=77", "W 43=77", "W 44=77",
-        "W 46=77", "W 13=1000"}},
+        "W 46=77", "W 13=1000", "W 19=4000"}},
   };
-  OpenQuietly();
-  for (const Case& c : cases) {
+  for (const auto& c : cases) {
     for (const Form3::Field field : c.Changed) Window.Text1[field].Text = "77";
-    ClickAfter(static_cast<std::int64_t>(c.Frames.size()) * 171 + 60);
-    Click();
-    Texts frames = Bench.TakeFrames();
-    ASSERT_GE(frames.size(), c.Frames.size());
-    frames.resize(c.Frames.size());
-    EXPECT_EQ(frames, c.Frames);
-    Bench.World.RunFor(100);
-    ExpectStopped();
+    EXPECT_EQ(StartFrames(c.Frames.size()), c.Frames);
   }
-  EXPECT_EQ(Bench.Params[Slot::PositionKiLow], 77);
-  EXPECT_NE(Bench.Params[Slot::KvffLow], 77);
+  EXPECT_EQ(Params[Slot::PositionKiLow], 77);
+  EXPECT_NE(Params[Slot::KvffLow], 77);
 }
 
-TEST_F(PositionTest, MotionFieldsAreRememberedByAStart) {
-  OpenQuietly();
+// Words at their limits, and what of it the next window knows.
+TEST_F(PositionTest, FieldsBecomeWordsAndAreRememberedByAStart) {
+  Window.Text1[Form3::PositionKp].Text = "2.5";
+  Window.Text1[Form3::Distance].Text = "65535.6";
+  Window.Text1[Form3::Interval].Text = "0.2";
+  EXPECT_EQ(StartFrames(8), (Texts{"W 6=2", "W 13=1000", "W 19=4000", "W 22=1000", "W 21=20",
+                                   "W 23=1", "W 24=0", "W 27=0"}));
+  Window.Text1[Form3::Velocity].Text = "19660.5";
+  Window.Text1[Form3::Acceleration].Text = "4.9";
+  Window.Text1[Form3::Distance].Text = "2147480000";
+  Window.Text1[Form3::Interval].Text = "32767";
+  Window.Text1[Form3::RepeatTimes].Text = "2.5";
+  EXPECT_EQ(StartFrames(8), (Texts{"W 13=1000", "W 19=4000", "W 22=65535", "W 21=0", "W 23=32767",
+                                   "W 24=61888", "W 27=65534", "W 25=2"}));
   Window.Text1[Form3::Velocity].Text = "250";
-  Bench.User.Close(Window);
-  Open(On);
-  EXPECT_EQ(Window.Text1[Form3::Velocity].Text, "300");
-  Window.Text1[Form3::Velocity].Text = "250";
-  Window.Text1[Form3::RepeatTimes].Text = "9";
-  ClickAfter(300);
-  Click();
-  Bench.World.RunFor(500);
-  Bench.User.Close(Window);
-  Open(On);
-  EXPECT_EQ(Window.Text1[Form3::Velocity].Text, "250");
+  User.Close(Window);
+  Open(Window);
+  EXPECT_EQ(Window.Text1[Form3::Velocity].Text, "19660.5");
+  EXPECT_EQ(Window.Text1[Form3::Interval].Text, "32767");
   EXPECT_EQ(Window.Text1[Form3::RepeatTimes].Text, "1");
 }
 
-// What the words must be for fields at their limits.
-TEST_F(PositionTest, FieldsBecomeWords) {
-  struct Case {
-    Form3::Field Index;
-    const char* Text;
-    const char* Frame;
-  };
-  constexpr Case cases[] = {
-      {Form3::Interval, "32767", "W 27=65534"},      {Form3::Interval, "0.2", "W 27=0"},
-      {Form3::Distance, "65535.6", "W 24=0"},        {Form3::Distance, "1", "W 24=1"},
-      {Form3::Distance, "2147480000", "W 23=32767"}, {Form3::Acceleration, "4.9", "W 21=0"},
-      {Form3::Velocity, "19660.5", "W 22=65535"},    {Form3::RepeatTimes, "2.5", "W 25=2"},
-      {Form3::PositionKp, "2.5", "W 6=2"},
-  };
-  for (const Case& c : cases) {
-    OpenQuietly();
-    Window.Text1[c.Index].Text = c.Text;
-    ClickAfter(2100);
-    Click();
-    const Texts frames = Bench.TakeFrames();
-    EXPECT_NE(std::find(frames.begin(), frames.end(), c.Frame), frames.end()) << c.Frame;
-    EXPECT_EQ(Bench.TakeMessages(), Texts{});
-    Bench.World.RunUntil([&] { return Bench.Link.LinkIdle; }, 20000);
-    Bench.User.Close(Window);
-  }
-}
-
 TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
-  struct Case {
-    Form3::Field Index;
-    std::vector<const char*> Bad;
+  const Texts badCount{"", "abc", "-1", "0", "32767.5", "1e999", "nan"};
+  const Texts badGain{"-0.1", "65535.01", "1e999"};
+  const std::string integer = " value should be an integer value of ";
+  const std::string gain = " should be an integer value of 0-65535";
+  const struct {
+    TextBox& Field;
+    Texts Bad;
     std::string Text;
-  };
-  const std::vector<const char*> badCount{"", "abc", "-1", "0", "32767.5", "1e999", "nan"};
-  const std::string gain = "should be an integer value of 0-65535";
-  const std::vector<const char*> badGain{"-0.1", "65535.01", "1e999"};
-  const Case cases[] = {
-      {Form3::Velocity,
+  } cases[] = {
+      {Window.Text1[Form3::Velocity],
        {"", "abc", "-1", "0", "65536", "inf", "0x1F"},
-       "Volicty value should be an integer value of 1-65535"},
-      {Form3::Acceleration,
-       {"", "0", "65536"},
-       "Acceleration value should be an integer value of 1-65535"},
-      {Form3::Distance,
+       "Volicty" + integer + "1-65535"},
+      {Window.Text1[Form3::Acceleration], {"", "0", "65536"}, "Acceleration" + integer + "1-65535"},
+      {Window.Text1[Form3::Distance],
        {"", "0.5", "-40000", "nan"},
-       "Distance value should be an integer value of at least 1"},
-      {Form3::Interval, badCount, "Interval value should be an integer value of 1-32767"},
-      {Form3::RepeatTimes, badCount, "Repeat time value should be an integer value of 1-32767"},
-      {Form3::PositionKp, {"", "0", "65536"}, "The Kp value of Position Loop 1 " + gain},
-      {Form3::Kvff, badGain, "The Kvff value of Position Loop 1 " + gain},
-      {Form3::PositionKd, badGain, "The Kd valueof Position Loop 1 " + gain},
-      {Form3::LowPositionKi, badGain, "The Kvff value of Position Loop 2 " + gain},
-      {Form3::LowVelocityKi, badGain, "The Vi value of Position Loop 2 " + gain},
+       "Distance" + integer + "at least 1"},
+      {Window.Text1[Form3::Interval], badCount, "Interval" + integer + "1-32767"},
+      {Window.Text1[Form3::RepeatTimes], badCount, "Repeat time" + integer + "1-32767"},
+      {Window.Text1[Form3::PositionKp],
+       {"", "0", "65536"},
+       "The Kp value of Position Loop 1" + gain},
+      {Window.Text1[Form3::Kvff], badGain, "The Kvff value of Position Loop 1" + gain},
+      {Window.Text1[Form3::PositionKd], badGain, "The Kd valueof Position Loop 1" + gain},
+      {Window.Text5, badGain, "The Kaff value of Position Loop 1" + gain},
+      {Window.Text1[Form3::LowPositionKi], badGain, "The Kvff value of Position Loop 2" + gain},
+      {Window.Text1[Form3::LowVelocityKi], badGain, "The Vi value of Position Loop 2" + gain},
       // No limit of the field, but nothing that the drive could take.
-      {Form3::Velocity,
+      {Window.Text1[Form3::Velocity],
        {"19661", "19660.6"},
        "The velocity is more than the drive can take: with 4000 pulses per revolution it takes at "
        "most 19660. Nothing was sent."},
-      {Form3::Distance,
+      {Window.Text1[Form3::Distance],
        {"2147483648", "1e999"},
        "The distance is more than the drive can take: it takes at most 2147483647 pulses. Nothing "
        "was sent."},
   };
-  OpenQuietly();
-  for (const Case& c : cases) {
-    TextBox& field = Window.Text1[c.Index];
-    const std::string good = field.Text;
-    for (const char* bad : c.Bad) {
-      field.Text = bad;
-      Click();
-      EXPECT_EQ(Bench.TakeMessages(), (Texts{c.Text})) << bad;
-      EXPECT_EQ(Bench.World.Focus, &field);
-      EXPECT_EQ(field.Text, bad);
+  for (const auto& c : cases) {
+    const std::string good = c.Field.Text;
+    for (const std::string& bad : c.Bad) {
+      c.Field.Text = bad;
+      User.Click(RunButton);
+      ASSERT_EQ(World.Messages.size(), 1U) << bad;
+      EXPECT_EQ(World.Messages[0].Title, "Invalide Value");
+      EXPECT_EQ(TakeMessages(), (Texts{c.Text})) << bad;
+      EXPECT_EQ(World.Focus, &c.Field);
+      EXPECT_EQ(c.Field.Text, bad);
     }
-    field.Text = good;
+    c.Field.Text = good;
   }
-  Window.Text5.Text = "-1";
-  Click();
-  ASSERT_EQ(Bench.World.Messages.size(), 1U);
-  EXPECT_EQ(Bench.World.Messages[0].Title, "Invalide Value");
-  EXPECT_EQ(Bench.TakeFrames(), Texts{});
-  EXPECT_EQ(Run.Caption, "Start");
-  EXPECT_TRUE(Bench.Link.LinkIdle);
+  EXPECT_EQ(TakeFrames(), Texts{});
+  EXPECT_EQ(RunButton.Caption, "Start");
+  EXPECT_TRUE(Link.LinkIdle);
 }
 
 // --- Stop.
 
 // A Stop click in the middle of the list: its own stop word, and the one of the outer handler.
 TEST_F(PositionTest, StopWhileStartIsStillWriting) {
-  OpenQuietly();
-  ClickAfter(350);  // in the frame of register 22
-  Click();
-  EXPECT_EQ(Summary(Bench.TakeFrames()), (Texts{"W 13=1000", "W 19=4000", "W 9=0", "R 28",
-                                                "upload 12", "W 9=0", "W 22=1000", "W 9=0"}));
-  ExpectStopped();
+  ClickAfter(350, RunButton);  // in the frame of register 22
+  User.Click(RunButton);
+  EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 13=1000", "W 19=4000", "W 9=0", "R 28", "upload 12",
+                                          "W 9=0", "W 22=1000", "W 9=0"}));
+  ExpectStoppedAndUnlocked();
 }
 
 // The click that would write gains a second time.
 TEST_F(PositionTest, ASecondStartClickWhileGainsAreWrittenDoesNothing) {
-  OpenQuietly();
   Window.Text1[Form3::PositionKp].Text = "120";
   Window.Text1[Form3::Kvff].Text = "90";
-  for (const int delayMs : {20, 90, 170, 250, 330, 450}) ClickAfter(delayMs);
-  ClickAfter(3000);
-  Click();
-  const Texts frames = Bench.TakeFrames();
-  EXPECT_EQ(Texts(frames.begin(), frames.begin() + 4),
-            (Texts{"W 6=120", "W 33=90", "W 13=1000", "W 19=4000"}));
-  Bench.World.RunFor(100);
-  ExpectStopped();
+  for (const int delayMs : {20, 90, 170, 250, 330, 450}) ClickAfter(delayMs, RunButton);
+  EXPECT_EQ(StartFrames(4), (Texts{"W 6=120", "W 33=90", "W 13=1000", "W 19=4000"}));
 }
 
 // --- Closing.
 
 TEST_F(PositionTest, ARunningTestRefusesToClose) {
-  OpenQuietly();
   Window.Text1[Form3::RepeatTimes].Text = "5";
-  Bench.World.At(2500, [&] { Bench.User.Close(Window); });
-  Click();
-  EXPECT_EQ(Bench.TakeMessages(),
-            (Texts{"Please click Stop button first before you can close it"}));
+  World.At(2500, [&] { User.Close(Window); });
+  User.Click(RunButton);
+  EXPECT_EQ(TakeMessages(), (Texts{"Please click Stop button first before you can close it"}));
   EXPECT_TRUE(Window.Loaded);
   // No further trace comes until the next click; the test itself goes on.
   const auto revision = Window.Plot.Picture1.Revision;
-  Bench.World.RunFor(8000);
+  World.RunFor(8000);
   EXPECT_EQ(Window.Plot.Picture1.Revision, revision);
-  Click();
-  Bench.World.RunFor(100);
-  ExpectStopped();
-  Bench.TakeFrames();
-  Bench.User.Close(Window);
+  User.Click(RunButton);
+  World.RunFor(100);
+  ExpectStoppedAndUnlocked();
+  TakeFrames();
+  User.Close(Window);
   EXPECT_FALSE(Window.Loaded);
-  EXPECT_FALSE(Bench.Shell[OpenMark::PositionLoop] || Bench.Shell.ChildWindowOpen);
-  EXPECT_TRUE(Bench.Trace.ClosingPositionWindow);
-  Bench.World.RunFor(5000);
-  EXPECT_EQ(Bench.TakeFrames(), Texts{}) << "closing writes nothing";
+  EXPECT_FALSE(Shell[Mark] || Shell.ChildWindowOpen);
+  World.RunFor(5000);
+  // The mark that ends an upload lasts until the main window opens the next one.
+  EXPECT_TRUE(Trace.ClosingPositionWindow);
+  World.ShowModal(Window);
+  EXPECT_FALSE(Window.Loaded);
+  EXPECT_EQ(TakeFrames(), Texts{}) << "neither closing nor that opening sends anything";
 }
 
 TEST_F(PositionTest, ClosingWhileGainsAreWrittenIsSound) {
-  OpenQuietly();
-  Bench.World.At(50, [&] { Bench.User.Close(Window); });
-  Click();
+  World.At(50, [&] { User.Close(Window); });
+  User.Click(RunButton);
   EXPECT_FALSE(Window.Loaded);
-  EXPECT_FALSE(Bench.Shell[OpenMark::PositionLoop] || Bench.Shell.ChildWindowOpen);
-  EXPECT_TRUE(Bench.Link.LinkIdle);
-  EXPECT_EQ(Bench.World.Log.Writes(9), std::vector<int>{});
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
+  EXPECT_FALSE(Shell[Mark] || Shell.ChildWindowOpen);
+  EXPECT_TRUE(Link.LinkIdle);
+  EXPECT_EQ(World.Log.Writes(CommandRegister), std::vector<int>{});
+  EXPECT_EQ(TakeMessages(), Texts{});
 }
 
 // --- Channels and colours.
 
 TEST_F(PositionTest, PositionSeriesShareAnAxisUntilTheNextCapture) {
-  OpenQuietly();
-  On.EnterShortTest();
-  Bench.User.Click(Window.Check1[Form3::PRef]);
+  OpenShortTest();
+  PictureBox& picture = Window.Plot.Picture1;
+  CheckBox& reference = Window.Check1[Form3::PRef];
+  User.Click(reference);
   EXPECT_EQ(Window.Plot.Label11.Caption, "Position Error (p)");
-  Click();
-  EXPECT_FALSE(Window.Check1[Form3::PRef].Ticked);
-  const std::size_t lines = Window.Plot.Picture1.Lines.size();
-  Bench.User.Click(Window.Check1[Form3::PRef]);
-  EXPECT_GT(Window.Plot.Picture1.Lines.size(), lines);
+  User.Click(RunButton);
+  EXPECT_FALSE(reference.Ticked);
+  const std::size_t lines = picture.Lines.size();
+  User.Click(reference);
+  EXPECT_GT(picture.Lines.size(), lines);
   EXPECT_EQ(Window.Plot.Label11.Caption, "P_Ref(P)");
-  const auto revision = Window.Plot.Picture1.Revision;
-  ASSERT_TRUE(
-      Bench.World.RunUntil([&] { return Window.Plot.Picture1.Revision != revision; }, 20000));
+  const auto revision = picture.Revision;
+  ASSERT_TRUE(World.RunUntil([&] { return picture.Revision != revision; }, 20000));
   EXPECT_EQ(Window.Plot.PositionSource, PositionSeries::PErr);
-  EXPECT_FALSE(Window.Check1[Form3::PRef].Ticked);
+  EXPECT_FALSE(reference.Ticked);
 }
 
 TEST_F(PositionTest, ColoursLastUntilTheWindowCloses) {
-  OpenQuietly();
-  Bench.World.ChosenColours = {std::nullopt, 0x123456};
-  Bench.User.Click(Window.Command4[7]);
-  EXPECT_EQ(Bench.Trace.PositionColours[Signal::IBak], 255U);
-  Bench.User.Click(Window.Command4[7]);
+  World.ChosenColours = {std::nullopt, 0x123456};
+  User.Click(Window.Command4[7]);
+  EXPECT_EQ(Trace.PositionColours[Signal::IBak], 255U);
+  User.Click(Window.Command4[7]);
   EXPECT_EQ(Window.Command4[7].BackColor, 0x123456U);
-  EXPECT_EQ(Bench.Trace.PositionColours[Signal::IBak], 0x123456U);
-  Bench.User.Close(Window);
-  EXPECT_EQ(Bench.Trace.PositionColours[Signal::IBak], 255U);
+  EXPECT_EQ(Trace.PositionColours[Signal::IBak], 0x123456U);
+  User.Close(Window);
+  EXPECT_EQ(Trace.PositionColours[Signal::IBak], 255U);
 }
 
 }  // namespace

@@ -9,58 +9,50 @@
 namespace gainsmith::test {
 namespace {
 
-struct PositionResponse : ::testing::Test {
-  DriveDevice Device;
-  PositionBench On{Device};
-
-  void SetUp() override { Open(On); }
-  // The first recording of the default move, in 2 s, with these gains of both sets.
-  const TraceState& Record(const char* kp, const char* kvff) {
-    On.Window.Text1[Form3::PositionKp].Text = kp;
-    On.Window.Text1[Form3::Kvff].Text = kvff;
-    On.Bench.User.Click(On.RunButton);
-    On.Bench.World.RunFor(10000);
-    On.Bench.User.Click(On.RunButton);
-    On.Bench.World.RunFor(3000);
-    EXPECT_EQ(On.RunButton.Caption, "Start");
-    return On.Bench.Trace;
-  }
-  // Largest position error while the motor cruises.
-  static float Lag(const TraceState& trace) {
-    float lag = 0;
-    for (std::size_t i = 60; i < 140; ++i) lag = std::max(lag, std::abs(trace.PErrTrace[i]));
-    return lag;
-  }
-};
-
-TEST_F(PositionResponse, HalfTheGainDoublesTheLagAndFeedForwardRemovesIt) {
-  const float lag = Lag(Record("800", "0"));
-  EXPECT_GT(lag, 20);
-  EXPECT_NEAR(Lag(Record("400", "0")) / lag, 2, 0.2);
-  EXPECT_LT(Lag(Record("800", "1000")), lag / 5);
+TEST(Response, HalfTheGainDoublesTheLagAndFeedForwardRemovesIt) {
+  PositionBench on;
+  on.Open(on.Window);
+  // Largest position error of the default move while the motor cruises, in a recording of 2 s.
+  const auto lag = [&](const char* kp, const char* kvff) {
+    on.Window.Text1[Form3::PositionKp].Text = kp;
+    on.Window.Text1[Form3::Kvff].Text = kvff;
+    on.User.Click(on.RunButton);
+    on.World.RunFor(10000);
+    on.User.Click(on.RunButton);
+    on.World.RunFor(3000);
+    ExpectStopped(on);
+    float largest = 0;
+    for (std::size_t i = 60; i < 140; ++i) {
+      largest = std::max(largest, std::abs(on.Trace.PErrTrace[i]));
+    }
+    return largest;
+  };
+  const float whole = lag("800", "0");
+  EXPECT_GT(whole, 20);
+  EXPECT_NEAR(lag("400", "0") / whole, 2, 0.2);
+  EXPECT_LT(lag("800", "1000"), whole / 5);
 }
 
-TEST(VelocityResponse, AGainWrittenByEnterShowsInTheNextTrace) {
-  DriveDevice device;
-  VelocityBench on(device);
-  Open(on);
+TEST(Response, AVelocityGainWrittenByEnterShowsInTheNextTrace) {
+  VelocityBench on;
+  on.Open(on.Window);
   on.Window.Text1[velocityModeTune::RepeatTimes].Text = "9";
   on.Window.Combo1.Choose(0);
   const auto ripple = [&] {
-    const TraceArray& current = on.Bench.Trace.IBakTrace;
+    const TraceArray& current = on.Trace.IBakTrace;
     float swing = 0;
     for (std::size_t i = 20; i < 199; ++i) swing += std::abs(current[i + 1] - current[i]);
     return swing;
   };
-  on.Bench.User.Click(on.RunButton);
-  on.Bench.World.RunFor(6000);
+  on.User.Click(on.RunButton);
+  on.World.RunFor(6000);
   const float calm = ripple();
   TextBox& vp = on.Window.Text1[velocityModeTune::Vp];
-  on.Bench.User.Type(vp, std::to_string(6 * std::stoi(vp.Text)));
-  on.Bench.User.Enter(vp);
-  on.Bench.World.RunFor(3000);
+  on.User.Type(vp, std::to_string(6 * std::stoi(vp.Text)));
+  on.User.Enter(vp);
+  on.World.RunFor(3000);
   EXPECT_GT(ripple(), 5 * calm);
-  EXPECT_EQ(on.Bench.TakeMessages(), TuningBench::Texts{});
+  EXPECT_EQ(on.TakeMessages(), TuningBench::Texts{});
 }
 
 }  // namespace

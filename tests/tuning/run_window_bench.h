@@ -8,49 +8,58 @@
 
 namespace gainsmith::test {
 
-struct VelocityBench {
-  explicit VelocityBench(SerialDevice& device) : Bench(device) {}
+struct VelocityBench : TuningBench {
+  using TuningBench::TuningBench;
 
   static constexpr int CommandRegister = 35;
   static constexpr int LoadRequests = 4;
-  TuningBench Bench;
-  velocityModeTune Window{Bench.World, Bench.Link, Bench.Params, Bench.Shell, Bench.Trace};
+  static constexpr OpenMark Mark = OpenMark::VelocityLoop;
+  velocityModeTune Window{World, Link, Params, Shell, Trace};
   Button& RunButton = Window.Command1;
 
-  OpenMark Mark() const { return OpenMark::VelocityLoop; }
   void ChangeAGain(const char* text) { Window.Text1[velocityModeTune::Vi].Text = text; }
-  // Short runs in short recordings, long enough for several of them.
-  void EnterShortTest() {
+  // Opens the window for short runs in short recordings, long enough for several of them.
+  void OpenShortTest() {
+    Open(Window);
     Window.Text1[velocityModeTune::RunningTime].Text = "150";
     Window.Text1[velocityModeTune::Interval].Text = "50";
     Window.Text1[velocityModeTune::RepeatTimes].Text = "20";
     Window.Combo1.Choose(1);
+    World.Log.Clear();
   }
 };
 
-struct PositionBench {
-  explicit PositionBench(SerialDevice& device) : Bench(device) {}
+struct PositionBench : TuningBench {
+  using TuningBench::TuningBench;
 
   static constexpr int CommandRegister = 9;
   static constexpr int LoadRequests = 15;
-  TuningBench Bench;
-  Form3 Window{Bench.World, Bench.Link, Bench.Params, Bench.Shell, Bench.Trace, Bench.Progress};
+  static constexpr OpenMark Mark = OpenMark::PositionLoop;
+  Form3 Window{World, Link, Params, Shell, Trace, Progress};
   Button& RunButton = Window.Command1[Form3::MainStart];
 
-  OpenMark Mark() const { return OpenMark::PositionLoop; }
   void ChangeAGain(const char* text) { Window.Text1[Form3::VelocityKi].Text = text; }
-  void EnterShortTest() {
+  void OpenShortTest() {
+    Open(Window);
     Window.Text1[Form3::Distance].Text = "2000";
     Window.Text1[Form3::RepeatTimes].Text = "20";
     Window.Combo1.Choose(1);
+    World.Log.Clear();
   }
 };
 
-// Opens the window as the main window does.
+// What every stopped test leaves behind.
 template <typename WindowBench>
-void Open(WindowBench& on) {
-  on.Bench.Trace.ClosingPositionWindow = false;
-  on.Bench.World.ShowModal(on.Window);
+void ExpectStopped(WindowBench& on) {
+  sim::SimulatedDrive& drive = on.Device.Drive;
+  drive.Advance(on.World.NowMs() * 1000);
+  EXPECT_FALSE(drive.Moving());
+  EXPECT_EQ(drive.Registers().Values[WindowBench::CommandRegister], 0);
+  EXPECT_EQ(on.RunButton.Caption, "Start");
+  EXPECT_TRUE(on.Link.LinkIdle);
+  EXPECT_FALSE(on.Window.DataSource.Enabled());
+  EXPECT_EQ(on.Window.Pointer, MousePointer::Default);
+  EXPECT_EQ(on.TakeMessages(), TuningBench::Texts{});
 }
 
 }  // namespace gainsmith::test

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -41,6 +42,8 @@ inline std::vector<std::string> Summary(const std::vector<std::string>& frames) 
 // The simulated drive with a hook in front of it. For frames that are not broken off.
 class TappedDrive : public DriveDevice {
  public:
+  using DriveDevice::DriveDevice;
+
   // Called with the number of each request (from 0) before its first byte reaches the drive.
   std::function<void(int)> BeforeRequest;
   int Requests = 0;
@@ -58,19 +61,29 @@ class TappedDrive : public DriveDevice {
 };
 
 struct TuningBench {
-  explicit TuningBench(SerialDevice& device) {
-    World.Devices[1] = &device;
-    World.OpenPort(1, "38400,n,8,2");
-  }
+  explicit TuningBench(const sim::DriveOptions& options = {}) : Device(options) { Plug(Device); }
   TuningBench(const TuningBench&) = delete;
   TuningBench& operator=(const TuningBench&) = delete;
 
   using Texts = std::vector<std::string>;
 
-  // Frames sent since the last call.
-  Texts TakeFrames() {
+  void Plug(SerialDevice& device) {
+    World.Devices[1] = &device;
+    World.OpenPort(1, "38400,n,8,2");
+  }
+  // As the main window does it.
+  void Open(Window& window) {
+    Trace.ClosingPositionWindow = false;
+    World.ShowModal(window);
+  }
+  void ClickAfter(std::int64_t delayMs, Button& button) {
+    World.At(delayMs, [this, &button] { User.Click(button); });
+  }
+  // Frames sent since the last call; of more than `atMost`, the first.
+  Texts TakeFrames(std::size_t atMost = SIZE_MAX) {
     Texts frames = World.Log.Texts();
     World.Log.Clear();
+    if (frames.size() > atMost) frames.resize(atMost);
     return frames;
   }
   // Texts of the messages shown since the last call.
@@ -81,6 +94,7 @@ struct TuningBench {
     return texts;
   }
 
+  TappedDrive Device;
   VirtualWorld World;
   VirtualUser User{World};
   gainsmith::Link Link{World};
