@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <string_view>
 #include <vector>
 
@@ -20,11 +21,7 @@ struct Move {
   int Repeats = 1;
 };
 
-struct Recording {
-  std::vector<double> ErrorPulses;
-  std::vector<double> Rpm;
-  std::vector<double> CurrentA;
-};
+using Samples = std::vector<double>;
 
 class ServoBench {
  public:
@@ -38,77 +35,53 @@ class ServoBench {
     Registers[reg] = static_cast<std::uint16_t>(value);
     Motor.Write(reg, Registers[reg], NowUs);
   }
-  void WriteBoth(Reg high, Reg low, int value) {
-    Write(high, value);
-    Write(low, value);
-  }
-  void SetFeedForward(int kvff, int kaff) {
-    WriteBoth(Reg::Kvff, Reg::LowKvff, kvff);
-    WriteBoth(Reg::Kaff, Reg::LowKaff, kaff);
-  }
   void PassMs(double ms) {
     NowUs += static_cast<TimeUs>(ms * 1000);
     Motor.Advance(NowUs);
   }
+  // Writes a command and lets some time pass.
+  void Command(Reg reg, int value, double passMs) {
+    Write(reg, value);
+    PassMs(passMs);
+  }
 
   void Load(const Move& move) {
-    Write(Reg::SpeedWord, Rounded(move.Rpm * 4000 / 1200));
-    Write(Reg::AccelerationWord, Rounded(move.TurnsPerS2 * 4000 / 40000));
-    Write(Reg::LengthHigh, static_cast<int>(move.Pulses / 65536));
-    Write(Reg::LengthLow, static_cast<int>(move.Pulses % 65536));
-    Write(Reg::PauseWord, move.IntervalMs * 2);
-    Write(Reg::RepeatCount, move.Repeats);
+    LoadWords(move.Rpm * 4000 / 1200, move.TurnsPerS2 * 4000 / 40000, move.Pulses,
+              move.IntervalMs * 2, move.Repeats);
   }
   // The velocity test has units of its own, and takes its length in milliseconds.
-  void LoadVelocityTest(double rpm, double turnsPerS2, int runningMs, int intervalMs, int repeats) {
-    Write(Reg::SpeedWord, Rounded(rpm * 4000 / 3000));
-    Write(Reg::AccelerationWord, Rounded(turnsPerS2 * 4000 / 250000));
-    Write(Reg::LengthHigh, runningMs / 65536);
-    Write(Reg::LengthLow, runningMs % 65536);
-    Write(Reg::PauseWord, intervalMs);
-    Write(Reg::RepeatCount, repeats);
+  void LoadVelocityTest(double rpm, double turnsPerS2, int runningMs, int repeats) {
+    LoadWords(rpm * 4000 / 3000, turnsPerS2 * 4000 / 250000, runningMs, 100, repeats);
   }
   void Arm(int divider, int kind = 145) {
     Write(Reg::SampleDivider, divider);
     Write(Reg::TraceKind, kind);
     Write(Reg::ArmRecorder, 200);
   }
-  // False when the recorder is not ready within the time.
-  bool WaitForRecording(double timeoutMs = 60'000) {
-    for (double ms = 0; Motor.RecorderStatus() == 0; ++ms) {
-      if (ms > timeoutMs) return false;
-      PassMs(1);
-    }
-    return true;
+  bool Recorded() const { return Motor.RecorderStatus() == 1; }
+  void WaitForRecording() {
+    for (int ms = 0; !Recorded() && ms < 60'000; ++ms) PassMs(1);
   }
-  Recording Read() const {
-    const double rpmPerPulse = 60000.0 / (4000.0 * 0.5 * Registers[Reg::SampleDivider]);
-    const bool three = Registers[Reg::TraceKind] != 144;
-    const int velocity = three ? 200 : 0;
-    Recording recording;
-    for (int i = 0; i < 200; ++i) {
-      recording.ErrorPulses.push_back(three ? Motor.Sample(i) : 0);
-      recording.Rpm.push_back(Motor.Sample(velocity + i) * rpmPerPulse);
-      recording.CurrentA.push_back(Motor.Sample(velocity + 200 + i) / 1024.0);
-    }
-    return recording;
-  }
-  Recording RunPositionTest(const Move& move, int divider) {
+  void RunPositionTest(const Move& move, int divider) {
     Load(move);
-    Arm(divider);
-    PassMs(70);
-    Write(Reg::PositionCommand, 2);
-    WaitForRecording();
-    return Read();
+    Run(Reg::PositionCommand, divider, 145);
   }
-  Recording RunVelocityTest(int divider) {
-    LoadVelocityTest(300, 125, 2000, 100, 1);
-    Arm(divider, 144);
-    PassMs(70);
-    Write(Reg::VelocityCommand, 2);
-    WaitForRecording();
-    return Read();
+  void RunVelocityTest(int divider) {
+    LoadVelocityTest(300, 125, 2000, 1);
+    Run(Reg::VelocityCommand, divider, 144);
   }
+
+  // The last recording.
+  Samples AllSamples() const { return Channel(0, 600, 1); }
+  Samples ErrorPulses() const { return Channel(0, 200, 1); }
+  Samples VelocityRpm() const {
+    return Channel(VelocityFrom(), 200, 60 / (4000 * 0.0005 * Registers[Reg::SampleDivider]));
+  }
+  Samples StepA() const { return Channel(0, 200, 1 / 1024.0); }
+  Samples CurrentA() const { return Channel(VelocityFrom() + 200, 200, 1 / 1024.0); }
+
+  double Position() const { return static_cast<double>(Motor.ShaftPositionPulses()); }
+  double Rpm() const { return Motor.ShaftSpeedRpm(); }
 
   RegisterBank Registers = FactoryValues();
   std::vector<DriveError> Errors;
@@ -116,25 +89,42 @@ class ServoBench {
   Servo Motor;
 
  private:
-  static int Rounded(double word) { return static_cast<int>(std::nearbyint(word)); }
+  int VelocityFrom() const { return Registers[Reg::TraceKind] == 144 ? 0 : 200; }
+  Samples Channel(int from, int count, double unit) const {
+    Samples samples;
+    for (int i = from; i < from + count; ++i) samples.push_back(Motor.Sample(i) * unit);
+    return samples;
+  }
+  void Run(Reg command, int divider, int kind) {
+    Arm(divider, kind);
+    PassMs(70);
+    Write(command, 2);
+    WaitForRecording();
+  }
+  void LoadWords(double speed, double acceleration, std::int64_t length, int pause, int repeats) {
+    Write(Reg::SpeedWord, static_cast<int>(std::nearbyint(speed)));
+    Write(Reg::AccelerationWord, static_cast<int>(std::nearbyint(acceleration)));
+    Write(Reg::LengthHigh, static_cast<int>(length / 65536));
+    Write(Reg::LengthLow, static_cast<int>(length % 65536));
+    Write(Reg::PauseWord, pause);
+    Write(Reg::RepeatCount, repeats);
+  }
 };
 
-inline double PeakOf(const std::vector<double>& values, std::size_t from = 0,
-                     std::size_t to = 200) {
-  double peak = 0;
-  for (std::size_t i = from; i < to; ++i) peak = std::max(peak, std::abs(values[i]));
-  return peak;
+// The samples from one to before another.
+inline Samples Part(const Samples& values, int from, int to) {
+  return {values.begin() + from, values.begin() + to};
 }
-inline double MeanOf(const std::vector<double>& values, std::size_t from, std::size_t to) {
-  double sum = 0;
-  for (std::size_t i = from; i < to; ++i) sum += values[i];
-  return sum / static_cast<double>(to - from);
+inline double PeakOf(const Samples& values) {
+  const auto [least, most] = std::minmax_element(values.begin(), values.end());
+  return std::max(std::abs(*least), std::abs(*most));
 }
-inline double RippleOf(const std::vector<double>& values, std::size_t from, std::size_t to) {
-  const double mean = MeanOf(values, from, to);
-  double sum = 0;
-  for (std::size_t i = from; i < to; ++i) sum += (values[i] - mean) * (values[i] - mean);
-  return std::sqrt(sum / static_cast<double>(to - from));
+inline double SpreadOf(const Samples& values) {
+  const auto [least, most] = std::minmax_element(values.begin(), values.end());
+  return *most - *least;
+}
+inline double MeanOf(const Samples& values) {
+  return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());
 }
 
 }  // namespace gainsmith::sim

@@ -1,4 +1,4 @@
-// What the gains and filters do to the motion, seen through the drive's own recordings.
+// What the gains and filters do to current and motion, seen through the drive's own recordings.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -9,169 +9,141 @@
 namespace gainsmith::sim {
 namespace {
 
+Samples CurrentStep(ServoBench& bench) {
+  bench.Write(Reg::TestCurrent, 512);
+  bench.Command(Reg::CurrentStep, 1, 50);
+  return bench.StepA();
+}
+double StepPeakA(ServoBench& bench) { return PeakOf(CurrentStep(bench)); }
+double SettledA(ServoBench& bench) { return MeanOf(Part(CurrentStep(bench), 60, 200)); }
+double StepRippleA(ServoBench& bench) { return SpreadOf(Part(CurrentStep(bench), 60, 200)); }
+// How many samples the current stays below nine tenths.
+double RiseSamples(ServoBench& bench) {
+  const Samples samples = CurrentStep(bench);
+  const auto isThere = [](double sampleA) { return sampleA > 0.45; };
+  return static_cast<double>(std::find_if(samples.begin(), samples.end(), isThere) -
+                             samples.begin());
+}
+
+Samples Errors(ServoBench& bench, int divider, int from, int to) {
+  bench.RunPositionTest({}, divider);
+  return Part(bench.ErrorPulses(), from, to);
+}
 // With a sample every 10 ms the default move cruises over these samples of its way out.
-constexpr int CruiseDivider = 20;
-constexpr std::size_t CruiseFrom = 100;
-constexpr std::size_t CruiseTo = 190;
-// With a sample every millisecond the ramp takes samples 6 to 31, and the move cruises afterwards.
-constexpr int RampDivider = 2;
-constexpr std::size_t RampFrom = 6;
-constexpr std::size_t RampTo = 31;
+double LagPulses(ServoBench& bench) { return MeanOf(Errors(bench, 20, 100, 190)); }
+// With a sample every millisecond the ramp takes these samples, and the move cruises afterwards.
+double RampPulses(ServoBench& bench) { return PeakOf(Errors(bench, 2, 6, 31)); }
+double EarlyLagPulses(ServoBench& bench) { return MeanOf(Errors(bench, 2, 40, 41)); }
+// The way out ends with sample 141, the way back begins with sample 147.
+double MovePulses(ServoBench& bench) { return PeakOf(Errors(bench, 30, 0, 200)); }
+double PausePulses(ServoBench& bench) { return PeakOf(Errors(bench, 30, 144, 147)); }
 
-double CruiseLagPulses(int positionKp, int kvff) {
-  ServoBench bench;
-  bench.SetFeedForward(kvff, 0);
-  bench.WriteBoth(Reg::PositionKp, Reg::LowPositionKp, positionKp);
-  return MeanOf(bench.RunPositionTest({}, CruiseDivider).ErrorPulses, CruiseFrom, CruiseTo);
+double CruiseRpm(ServoBench& bench) {
+  bench.RunPositionTest({}, 30);
+  return MeanOf(Part(bench.VelocityRpm(), 20, 130));
+}
+double RippleA(ServoBench& bench) {
+  bench.RunVelocityTest(2);
+  return SpreadOf(Part(bench.CurrentA(), 120, 200));
 }
 
-double RampErrorPulses(std::string_view preset, int kaff) {
-  ServoBench bench(preset);
-  bench.SetFeedForward(1000, kaff);
-  return PeakOf(bench.RunPositionTest({}, RampDivider).ErrorPulses, RampFrom, RampTo);
-}
-
-TEST(ServoGains, FactoryGainsFollowTheDefaultMoveAndSettle) {
-  ServoBench bench;
-  const Recording recording = bench.RunPositionTest({}, 30);
-  EXPECT_LT(PeakOf(recording.ErrorPulses), 25);
-  // The way out ends with sample 141, the way back begins with sample 147.
-  EXPECT_LE(PeakOf(recording.ErrorPulses, 144, 147), 2);
-  EXPECT_NEAR(MeanOf(recording.Rpm, 20, 130), 300, 1);
-  bench.PassMs(5000);
-  EXPECT_FALSE(bench.Motor.Moving());
-  EXPECT_LE(std::abs(bench.Motor.PositionErrorPulses()), 1);
-  EXPECT_NEAR(static_cast<double>(bench.Motor.ShaftPositionPulses()), 0, 2);
-  EXPECT_TRUE(bench.Errors.empty());
-}
-
-TEST(ServoGains, LagIsSpeedOverPositionGain) {
-  const int kp = FactoryValues()[Reg::PositionKp];
-  const double lag = CruiseLagPulses(kp, 0);
-  EXPECT_NEAR(lag, 20000.0 / (kp * 0.1), lag * 0.05);
-  EXPECT_NEAR(CruiseLagPulses(kp / 2, 0), 2 * lag, lag * 0.1);
-  EXPECT_NEAR(CruiseLagPulses(kp * 2, 0), lag / 2, lag * 0.1);
-}
-
-TEST(ServoGains, VelocityFeedForwardRemovesTheLagInProportion) {
-  const int kp = FactoryValues()[Reg::PositionKp];
-  const double lag = CruiseLagPulses(kp, 0);
-  EXPECT_NEAR(CruiseLagPulses(kp, 500), lag / 2, lag * 0.05);
-  EXPECT_NEAR(CruiseLagPulses(kp, 1000), 0, lag * 0.02);
-  EXPECT_NEAR(CruiseLagPulses(kp, 1200), -lag * 0.2, lag * 0.05) << "too much leads";
-}
-
-TEST(ServoGains, AccelerationFeedForwardTakesTheErrorOutOfTheRamps) {
-  EXPECT_LT(RampErrorPulses("bare-shaft", 1000), 0.6 * RampErrorPulses("bare-shaft", 0));
-  // Six times the inertia needs six times the feed-forward.
-  const double without = RampErrorPulses("heavy-load", 0);
-  EXPECT_GT(RampErrorPulses("heavy-load", 1000), 0.7 * without);
-  EXPECT_LT(RampErrorPulses("heavy-load", 6000), 0.3 * without);
-  EXPECT_GT(RampErrorPulses("heavy-load", 20000), without) << "too much is worse than none";
-}
-
-TEST(ServoGains, PositionIntegralRemovesTheLagAndDerivativeShrinksTheRampError) {
-  ServoBench integral;
-  integral.SetFeedForward(0, 0);
-  integral.WriteBoth(Reg::PositionKi, Reg::LowPositionKi, 800);
-  EXPECT_LT(PeakOf(integral.RunPositionTest({}, CruiseDivider).ErrorPulses, CruiseFrom, CruiseTo),
-            5);
-
-  ServoBench derivative;
-  derivative.SetFeedForward(0, 0);
-  derivative.WriteBoth(Reg::PositionKd, Reg::LowPositionKd, 500);
-  const double lag = CruiseLagPulses(FactoryValues()[Reg::PositionKp], 0);
-  const std::vector<double> error = derivative.RunPositionTest({}, RampDivider).ErrorPulses;
-  EXPECT_LT(error[40], 0.8 * lag) << "the derivative helps while the lag grows";
-}
-
-TEST(ServoGains, VelocityGainTenTimesTooHighRings) {
-  const auto ripple = [](int percent) {
-    ServoBench bench;
-    const int kp = FactoryValues()[Reg::VelocityKp] * percent / 100;
-    bench.WriteBoth(Reg::VelocityKp, Reg::LowVelocityKp, kp);
-    return RippleOf(bench.RunVelocityTest(RampDivider).CurrentA, 120, 200);
-  };
-  const double factory = ripple(100);
-  EXPECT_LT(factory, 0.02);
-  EXPECT_LT(ripple(200), 5 * factory) << "twice the gain still works";
-  EXPECT_GT(ripple(1000), 50 * factory);
-}
-
-// The overshoot over a step of the commanded velocity to 100 rpm, with one register changed.
-double StepOvershootRpm(Reg high, Reg low, int value) {
-  ServoBench bench;
-  bench.SetFeedForward(0, 0);
-  bench.WriteBoth(high, low, value);
-  bench.LoadVelocityTest(100, 10000, 2000, 100, 1);
+// Over a step of the commanded velocity to 100 rpm.
+double OvershootRpm(ServoBench& bench) {
+  bench.Write(Reg::Kaff, 0);
+  bench.Write(Reg::LowKaff, 0);
+  bench.LoadVelocityTest(100, 10000, 2000, 1);
   bench.Write(Reg::VelocityCommand, 2);
   double peakRpm = 0;
   for (int i = 0; i < 1000; ++i) {
     bench.PassMs(0.5);
-    peakRpm = std::max(peakRpm, bench.Motor.ShaftSpeedRpm());
+    peakRpm = std::max(peakRpm, bench.Rpm());
   }
   return peakRpm - 100;
 }
 
-TEST(ServoGains, VelocityLoopOvershootsWithTooMuchIntegralAndTooLittleProportional) {
-  const RegisterBank factory = FactoryValues();
-  const int kp = factory[Reg::VelocityKp];
-  const int ki = factory[Reg::VelocityKi];
-  const double usual = StepOvershootRpm(Reg::VelocityKi, Reg::LowVelocityKi, ki);
-  EXPECT_LT(usual, 25);
-  EXPECT_LT(StepOvershootRpm(Reg::VelocityKi, Reg::LowVelocityKi, 0), usual / 2);
-  EXPECT_GT(StepOvershootRpm(Reg::VelocityKi, Reg::LowVelocityKi, 4 * ki), usual + 10);
-  EXPECT_GT(StepOvershootRpm(Reg::VelocityKp, Reg::LowVelocityKp, kp / 4), usual + 10);
+double JogLagPulses(ServoBench& bench, double rpm) {
+  bench.Load({.Rpm = rpm});
+  bench.Command(Reg::PositionCommand, 1, 1000);
+  return bench.Motor.PositionErrorPulses();
 }
+double SlowLagPulses(ServoBench& bench) { return JogLagPulses(bench, 12); }
+double FastLagPulses(ServoBench& bench) { return JogLagPulses(bench, 300); }
 
-TEST(ServoGains, LowSpeedSetRulesSlowMovesOnly) {
-  const auto lag = [](double rpm, Reg changed) {
-    ServoBench bench;
-    const int kp = bench.Registers[Reg::PositionKp];
-    bench.SetFeedForward(0, 0);
-    bench.Write(changed, bench.Registers[changed] / 2);
-    bench.Load({.Rpm = rpm, .Pulses = 400'000});
-    bench.Write(Reg::PositionCommand, 1);
-    bench.PassMs(1000);
-    return bench.Motor.PositionErrorPulses() / (rpm * 4000 / 60 / (kp * 0.1));
+struct Experiment {
+  const char* Name;
+  double (*Measure)(ServoBench&);
+  std::vector<std::pair<Reg, int>> Changed;  // from the factory values
+  double Least;
+  double Most;
+  const char* Motor = "bare-shaft";
+};
+
+TEST(ServoGains, DoWhatTheTextbookSays) {
+  using enum Reg;
+  const char* const heavy = "heavy-load";
+  const char* const springy = "springy-coupling";
+  const Experiment experiments[] = {
+      {"rises fast, but to be seen", RiseSamples, {}, 6, 29},
+      {"overshoots little", StepPeakA, {}, 0.5, 0.53},
+      {"settles", SettledA, {}, 0.49, 0.51},
+      {"keeps still", StepRippleA, {}, 0.001, 0.02},
+      {"current Ki x 2", StepPeakA, {{CurrentKi, 1000}}, 0.54, 0.58},
+      {"current Ki x 8", StepPeakA, {{CurrentKi, 4000}}, 0.65, 0.85},
+      {"current Kp / 8 alone", StepPeakA, {{CurrentKp, 50}, {CurrentKi, 0}}, 0.2, 0.4},
+      {"current Kp x 10 rings", StepRippleA, {{CurrentKp, 4000}, {CurrentKi, 0}}, 1, 9},
+
+      {"factory gains follow", MovePulses, {}, 1, 25},
+      {"and settle", PausePulses, {}, 0, 2},
+      {"at the speed commanded", CruiseRpm, {}, 299, 301},
+      {"lag is speed over Kp", LagPulses, {{Kvff, 0}}, 238, 262},
+      {"Kp / 2", LagPulses, {{Kvff, 0}, {PositionKp, 400}}, 475, 525},
+      {"Kp x 2", LagPulses, {{Kvff, 0}, {PositionKp, 1600}}, 113, 137},
+      {"half of Kvff", LagPulses, {{Kvff, 500}}, 113, 137},
+      {"Kvff", LagPulses, {}, -5, 5},
+      {"too much Kvff leads", LagPulses, {{Kvff, 1200}}, -62, -38},
+      {"Ki", LagPulses, {{Kvff, 0}, {PositionKi, 800}}, -5, 5},
+      {"no Kd", EarlyLagPulses, {{Kvff, 0}, {Kaff, 0}}, 200, 250},
+      {"Kd", EarlyLagPulses, {{Kvff, 0}, {Kaff, 0}, {PositionKd, 500}}, 150, 190},
+      {"Kaff", RampPulses, {}, 1, 8},
+      {"no Kaff", RampPulses, {{Kaff, 0}}, 10, 20},
+      {"heavy, no Kaff", RampPulses, {{Kaff, 0}}, 50, 60, heavy},
+      {"heavy, Kaff of the rotor", RampPulses, {}, 40, 50, heavy},
+      {"heavy, six times that", RampPulses, {{Kaff, 6000}}, 1, 16, heavy},
+      {"heavy, too much", RampPulses, {{Kaff, 20000}}, 60, 120, heavy},
+      {"slow velocity reference", RampPulses, {{VelocityReferenceHz, 20}}, 20, 120},
+
+      {"word", MovePulses, {{Kvff, 0}, {PositionKp, 1}, {FollowingErrorLimit, 0}}, 32767, 32767},
+
+      {"low speed set", SlowLagPulses, {{LowKvff, 0}, {LowPositionKp, 400}}, 18, 22},
+      {"not the high", SlowLagPulses, {{LowKvff, 0}, {PositionKp, 400}}, 8, 12},
+      {"high speed set", FastLagPulses, {{Kvff, 0}, {PositionKp, 400}}, 450, 550},
+      {"not the low", FastLagPulses, {{Kvff, 0}, {LowPositionKp, 400}}, 225, 275},
+
+      {"quiet", RippleA, {}, 0.001, 0.03},
+      {"velocity Kp x 2", RippleA, {{VelocityKp, 1200}}, 0.001, 0.06},
+      {"velocity Kp x 10 rings", RippleA, {{VelocityKp, 6000}}, 5, 25},
+      {"step of the velocity", OvershootRpm, {}, 5, 20},
+      {"no velocity Ki", OvershootRpm, {{VelocityKi, 0}}, -10, 0},
+      {"velocity Ki x 4", OvershootRpm, {{VelocityKi, 2000}}, 21, 30},
+      {"velocity Kp / 4", OvershootRpm, {{VelocityKp, 150}}, 30, 60},
+      {"slow velocity filter", OvershootRpm, {{VelocityFilterHz, 50}}, 40, 80},
+      {"slow current filter", OvershootRpm, {{CurrentReferenceHz, 50}}, 30, 60},
+      {"no current filter", OvershootRpm, {{CurrentReferenceHz, 0}}, 5, 20},
+
+      // A gain that suits the heavier load brings out the resonance of 600 Hz.
+      {"howls", RippleA, {{VelocityKp, 1500}}, 5, 25, springy},
+      {"trap 1", RippleA, {{VelocityKp, 1500}, {Trap1Hz, 600}, {Trap1WidthHz, 20}}, 0, 1, springy},
+      {"trap 2", RippleA, {{VelocityKp, 1500}, {Trap2Hz, 600}, {Trap2WidthHz, 20}}, 0, 1, springy},
+      {"beside", RippleA, {{VelocityKp, 1500}, {Trap1Hz, 300}, {Trap1WidthHz, 20}}, 5, 25, springy},
   };
-  EXPECT_NEAR(lag(12, Reg::LowPositionKp), 2, 0.2);
-  EXPECT_NEAR(lag(12, Reg::PositionKp), 1, 0.2);
-  EXPECT_NEAR(lag(300, Reg::LowPositionKp), 1, 0.1);
-  EXPECT_NEAR(lag(300, Reg::PositionKp), 2, 0.1);
-}
-
-TEST(ServoGains, SlowFiltersDelayTheLoops) {
-  for (const Reg filter : {Reg::VelocityFilterHz, Reg::CurrentReferenceHz}) {
-    SCOPED_TRACE(testing::Message() << "register " << static_cast<int>(filter));
-    const double usual = StepOvershootRpm(filter, filter, FactoryValues()[filter]);
-    EXPECT_GT(StepOvershootRpm(filter, filter, 50), usual + 10);
-    EXPECT_LT(StepOvershootRpm(filter, filter, 0), usual + 5) << "0 switches it off";
+  for (const Experiment& experiment : experiments) {
+    ServoBench bench(experiment.Motor);
+    for (const auto& [reg, value] : experiment.Changed) bench.Write(reg, value);
+    const double measured = experiment.Measure(bench);
+    EXPECT_GE(measured, experiment.Least) << experiment.Name;
+    EXPECT_LE(measured, experiment.Most) << experiment.Name;
+    EXPECT_TRUE(bench.Errors.empty()) << experiment.Name;
   }
-
-  // The filter behind the position loop delays the velocity that it commands.
-  const auto rampError = [](int cutOffHz) {
-    ServoBench bench;
-    bench.Write(Reg::VelocityReferenceHz, cutOffHz);
-    return PeakOf(bench.RunPositionTest({}, RampDivider).ErrorPulses);
-  };
-  EXPECT_GT(rampError(20), 2 * rampError(600));
-}
-
-TEST(ServoGains, TrapFilterDampsTheSpringyCoupling) {
-  const auto rippleA = [](Reg frequency, Reg width, int hz) {
-    ServoBench bench("springy-coupling");
-    // Gains that suit the heavier load bring out the resonance.
-    bench.WriteBoth(Reg::VelocityKp, Reg::LowVelocityKp, 1500);
-    bench.Write(frequency, hz);
-    bench.Write(width, 20);
-    return RippleOf(bench.RunPositionTest({}, RampDivider).CurrentA, 120, 200);
-  };
-  const double untreated = rippleA(Reg::Trap1Hz, Reg::Trap1WidthHz, 1500);
-  EXPECT_GT(untreated, 1.0) << "it howls";
-  EXPECT_LT(rippleA(Reg::Trap1Hz, Reg::Trap1WidthHz, 600), untreated / 20);
-  EXPECT_LT(rippleA(Reg::Trap2Hz, Reg::Trap2WidthHz, 600), untreated / 20);
-  EXPECT_GT(rippleA(Reg::Trap1Hz, Reg::Trap1WidthHz, 300), untreated / 2) << "the wrong place";
 }
 
 }  // namespace

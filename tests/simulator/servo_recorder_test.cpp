@@ -19,8 +19,9 @@ void ExpectRecordingFitsReference(const ServoBench& bench) {
   trace.ProfileDistLow = bench.Registers[Reg::LengthLow];
   trace.ProfileDwell = bench.Registers[Reg::PauseWord];
   trace.SampleDivider = bench.Registers[Reg::SampleDivider];
-  for (int i = 0; i < 200; ++i)
+  for (int i = 0; i < 200; ++i) {
     trace.PErrTrace[static_cast<std::size_t>(i)] = bench.Motor.Sample(i);
+  }
   RegeneratePositionReference(trace);
   double shaft = 0;
   double worst = 0;
@@ -44,7 +45,8 @@ TEST(ServoRecorder, ErrorPlusFeedbackIsTheReference) {
     for (const int divider : {1, 2, 10, 20, 30}) {
       SCOPED_TRACE(testing::Message() << move.Pulses << " pulses, divider " << divider);
       ServoBench bench;
-      bench.SetFeedForward(500, 0);
+      bench.Write(Reg::Kvff, 500);
+      bench.Write(Reg::Kaff, 0);
       bench.RunPositionTest(move, divider);
       ExpectRecordingFitsReference(bench);
       EXPECT_TRUE(bench.Errors.empty());
@@ -55,124 +57,98 @@ TEST(ServoRecorder, ErrorPlusFeedbackIsTheReference) {
 TEST(ServoRecorder, ArmedInMidTestCatchesTheNextMove) {
   ServoBench bench;
   bench.RunPositionTest({.Repeats = 3}, 20);
-  const int firstPicture = bench.Motor.Sample(250);
+  const Samples firstPicture = bench.AllSamples();
   bench.Arm(20);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 0);
   bench.PassMs(1500);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 0) << "the way back is not what it waits for";
-  EXPECT_EQ(bench.Motor.Sample(250), firstPicture) << "the memory keeps the last full recording";
-  ASSERT_TRUE(bench.WaitForRecording());
+  EXPECT_FALSE(bench.Recorded()) << "the way back is not what it waits for";
+  EXPECT_EQ(bench.AllSamples(), firstPicture) << "the memory keeps the last full recording";
+  bench.WaitForRecording();
+  EXPECT_NE(bench.AllSamples(), firstPicture);
   ExpectRecordingFitsReference(bench);
 }
 
-TEST(ServoRecorder, ArmedInTheLastMoveBeginsAtOnce) {
-  ServoBench bench;
-  bench.RunPositionTest({.Repeats = 1}, 10);
-  bench.Arm(10);
-  bench.PassMs(1001);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 1);
-  EXPECT_NEAR(MeanOf(bench.Read().Rpm, 0, 50), 300, 2);
-}
+TEST(ServoRecorder, WaitsForNoMoveThatDoesNotComeOrIsTooFarAway) {
+  const struct {
+    const char* Name;
+    Move Tested;
+    int Divider;
+    double RecordedAfterMs;
+  } cases[] = {{"last move", {.Repeats = 1}, 10, 1000},
+               {"minutes", {.Pulses = 4'000'000, .Repeats = 2}, 1, 14 * 100 + 1200 + 100}};
+  for (const auto& test : cases) {
+    ServoBench bench;
+    bench.RunPositionTest(test.Tested, test.Divider);
+    bench.Arm(test.Divider);
+    bench.PassMs(test.RecordedAfterMs - 2);
+    EXPECT_FALSE(bench.Recorded()) << test.Name;
+    bench.PassMs(4);
+    EXPECT_TRUE(bench.Recorded()) << test.Name;
+    EXPECT_NEAR(MeanOf(Part(bench.VelocityRpm(), 0, 50)), 300, 2) << test.Name;
+  }
 
-TEST(ServoRecorder, DoesNotWaitForANextMoveThatIsTooFarAway) {
-  ServoBench bench;
-  bench.RunPositionTest({.Pulses = 4'000'000, .Repeats = 2}, 1);  // minutes
-  bench.Arm(1);
-  bench.PassMs(14 * 100 + 1200 - 1);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 0);
-  bench.PassMs(102);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 1);
-  EXPECT_NEAR(MeanOf(bench.Read().Rpm, 0, 200), 300, 2);
+  ServoBench stopped;
+  stopped.RunPositionTest({.Repeats = 2}, 20);
+  stopped.Arm(20);
+  stopped.PassMs(100);
+  stopped.Command(Reg::PositionCommand, 0, 2200);
+  EXPECT_TRUE(stopped.Recorded());
+  EXPECT_EQ(stopped.VelocityRpm()[199], 0);
 }
 
 TEST(ServoRecorder, RecordsAtOnceAtRestAndAgainForTheTestThatFollows) {
   ServoBench bench;
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 1) << "never armed";
-  for (int i = 0; i < 600; ++i) EXPECT_EQ(bench.Motor.Sample(i), 0);
-
   bench.Load({});
   bench.Arm(1);
   bench.PassMs(99);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 0);
+  EXPECT_FALSE(bench.Recorded());
   bench.PassMs(2);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 1);
-  EXPECT_EQ(PeakOf(bench.Read().Rpm), 0);
+  EXPECT_TRUE(bench.Recorded());
+  EXPECT_EQ(PeakOf(bench.VelocityRpm()), 0);
 
   // A slow line brings the run command only when the short recording is over.
   bench.PassMs(100);
   bench.Write(Reg::PositionCommand, 2);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 0);
-  ASSERT_TRUE(bench.WaitForRecording());
+  EXPECT_FALSE(bench.Recorded());
+  bench.WaitForRecording();
   ExpectRecordingFitsReference(bench);
 }
 
 TEST(ServoRecorder, ArmingAgainLeavesARecordingAloneUnlessItsSettingsChange) {
-  ServoBench bench;
-  bench.Arm(10);
-  bench.PassMs(600);
-  bench.Arm(10);
-  bench.PassMs(401);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 1);
-
-  bench.Arm(10);
-  bench.PassMs(600);
-  bench.Arm(5);
-  bench.PassMs(401);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 0);
-  bench.PassMs(100);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 1);
-}
-
-TEST(ServoRecorder, StopWhileWaitingRecordsTheRest) {
-  ServoBench bench;
-  bench.RunPositionTest({.Repeats = 2}, 20);
-  bench.Arm(20);
-  bench.PassMs(100);
-  bench.Write(Reg::PositionCommand, 0);
-  bench.PassMs(2200);
-  EXPECT_EQ(bench.Motor.RecorderStatus(), 1);
-  EXPECT_EQ(bench.Read().Rpm[199], 0);
+  for (const int second : {10, 5}) {
+    ServoBench bench;
+    bench.Arm(10);
+    bench.PassMs(600);
+    bench.Arm(second);
+    bench.PassMs(401);
+    EXPECT_EQ(bench.Recorded(), second == 10);
+    bench.PassMs(100);
+    EXPECT_TRUE(bench.Recorded());
+  }
 }
 
 TEST(ServoRecorder, TwoChannelsHoldVelocityThenCurrent) {
   ServoBench bench;
-  const Recording recording = bench.RunVelocityTest(20);
-  EXPECT_EQ(PeakOf(recording.Rpm, 0, 6), 0) << "it begins with the move";
-  EXPECT_NEAR(MeanOf(recording.Rpm, 50, 150), 300, 1);
-  const double frictionA = MeanOf(recording.CurrentA, 50, 150);
+  bench.RunVelocityTest(20);
+  EXPECT_EQ(PeakOf(Part(bench.VelocityRpm(), 0, 6)), 0) << "it begins with the move";
+  EXPECT_NEAR(MeanOf(Part(bench.VelocityRpm(), 50, 150)), 300, 1);
+  const double frictionA = MeanOf(Part(bench.CurrentA(), 50, 150));
   EXPECT_GT(frictionA, 0.01);
   EXPECT_LT(frictionA, 0.1);
   for (int i = 400; i < 600; ++i) EXPECT_EQ(bench.Motor.Sample(i), 0);
 }
 
-TEST(ServoRecorder, PositionErrorIsHeldAtTheEndsOfAWord) {
-  ServoBench bench;
-  bench.SetFeedForward(0, 0);
-  bench.Write(Reg::FollowingErrorLimit, 0);
-  bench.WriteBoth(Reg::PositionKp, Reg::LowPositionKp, 5);
-  const Recording recording = bench.RunPositionTest({.Rpm = 3000, .Pulses = 400'000}, 10);
-  EXPECT_EQ(PeakOf(recording.ErrorPulses), 32767);
-}
-
-TEST(ServoRecorder, LazyTimeAndSmallStepsGiveTheSameSamples) {
-  ServoBench lazy("springy-coupling", 7);
-  ServoBench busy("springy-coupling", 7);
-  for (ServoBench* bench : {&lazy, &busy}) {
-    bench->Load({});
-    bench->Arm(10);
-    bench->Write(Reg::PositionCommand, 2);
-  }
-  lazy.PassMs(1200);
-  for (int i = 0; i < 12000; ++i) busy.PassMs(0.1);
-  int different = 0;
-  for (int i = 0; i < 600; ++i) different += lazy.Motor.Sample(i) != busy.Motor.Sample(i);
-  EXPECT_EQ(different, 0);
-  EXPECT_EQ(lazy.Motor.RecorderStatus(), 1);
-
-  ServoBench otherSeed("springy-coupling", 8);
-  otherSeed.RunPositionTest({}, 10);
-  for (int i = 0; i < 600; ++i) different += lazy.Motor.Sample(i) != otherSeed.Motor.Sample(i);
-  EXPECT_GT(different, 50) << "the noise comes from the seed";
+TEST(ServoRecorder, LazyTimeAndSmallStepsGiveTheSameSamplesForTheSameSeed) {
+  const auto record = [](std::uint64_t seed, int steps) {
+    ServoBench bench("springy-coupling", seed);
+    bench.Load({});
+    bench.Arm(10);
+    bench.Write(Reg::PositionCommand, 2);
+    for (int i = 0; i < steps; ++i) bench.PassMs(1200.0 / steps);
+    EXPECT_TRUE(bench.Recorded());
+    return bench.AllSamples();
+  };
+  EXPECT_EQ(record(7, 1), record(7, 12000));
+  EXPECT_NE(record(7, 1), record(8, 1)) << "the noise comes from the seed";
 }
 
 }  // namespace
