@@ -12,7 +12,6 @@ struct LoggedFrame {
   std::int64_t AtMs = 0;
   std::vector<std::uint8_t> Bytes;
 
-  bool IsRead() const { return Bytes[1] == 3; }
   bool IsWrite() const { return Bytes[1] == 6; }
   int Register() const { return Bytes[2] * 256 + Bytes[3]; }
   int Value() const { return Bytes[4] * 256 + Bytes[5]; }

@@ -2,11 +2,8 @@
 #include "support/layout_check.h"
 
 #include <QAbstractButton>
-#include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
@@ -23,74 +20,67 @@ constexpr int CaptionMarginPixels = 10;
 
 std::string NameOf(const QWidget& widget) { return widget.objectName().toStdString(); }
 
-QString WithoutAccessKey(QString text) { return text.remove(u'&'); }
+// A text that is shown, and the width it may take.
+struct Shown {
+  QString Text;
+  int Room;
+};
 
-void CheckRoom(std::vector<std::string>& faults, const QWidget& widget, const QString& text,
-               int room) {
-  const int needed = widget.fontMetrics().horizontalAdvance(text);
-  if (needed <= room + TolerancePixels) return;
-  faults.push_back(NameOf(widget) + ": \"" + text.toStdString() + "\" needs " +
-                   std::to_string(needed) + " pixels and has " + std::to_string(room));
-}
-
-void CheckLabel(std::vector<std::string>& faults, const QLabel& label) {
-  const QRect room = label.contentsRect();
-  if (!label.wordWrap()) {
-    for (const QString& line : label.text().split(u'\n')) {
-      CheckRoom(faults, label, line, room.width());
-    }
-  }
-  const int flags = label.wordWrap() ? Qt::TextWordWrap : 0;
-  const QRect needed =
-      label.fontMetrics().boundingRect(QRect(0, 0, room.width(), 10'000), flags, label.text());
-  if (!label.text().isEmpty() && needed.height() > room.height() + TolerancePixels) {
-    faults.push_back(NameOf(label) + ": \"" + label.text().toStdString() + "\" is " +
-                     std::to_string(needed.height()) + " pixels high and has " +
-                     std::to_string(room.height()));
-  }
-}
-
-void CheckButton(std::vector<std::string>& faults, const QAbstractButton& button) {
+void AddButtonText(std::vector<Shown>& texts, const QAbstractButton& button) {
   QStyleOptionButton option;
   option.initFrom(&button);
   int room = button.width() - 2 * ButtonMarginPixels;
-  if (qobject_cast<const QCheckBox*>(&button) != nullptr) {
+  if (button.inherits("QCheckBox")) {
     room = button.style()->subElementRect(QStyle::SE_CheckBoxContents, &option, &button).width();
-  } else if (qobject_cast<const QRadioButton*>(&button) != nullptr) {
+  } else if (button.inherits("QRadioButton")) {
     room = button.style()->subElementRect(QStyle::SE_RadioButtonContents, &option, &button).width();
-  } else if (qobject_cast<const QPushButton*>(&button) == nullptr) {
+  } else if (!button.inherits("QPushButton")) {
     return;
   }
-  CheckRoom(faults, button, WithoutAccessKey(button.text()), room);
+  texts.push_back({button.text().remove(u'&'), room});
 }
 
-void CheckComboBox(std::vector<std::string>& faults, const QComboBox& box) {
+void AddItems(std::vector<Shown>& texts, const QComboBox& box) {
   QStyleOptionComboBox option;
   option.initFrom(&box);
   option.editable = box.isEditable();
-  const int room =
-      box.style()
-          ->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &box)
-          .width();
-  for (int i = 0; i < box.count(); ++i) CheckRoom(faults, box, box.itemText(i), room);
+  const QRect room =
+      box.style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, &box);
+  for (int i = 0; i < box.count(); ++i) texts.push_back({box.itemText(i), room.width()});
+}
+
+void CheckWidths(std::vector<std::string>& faults, const QWidget& widget) {
+  std::vector<Shown> texts{
+      {widget.property("caption").toString(), widget.width() - 2 * CaptionMarginPixels}};
+  if (const auto* label = qobject_cast<const QLabel*>(&widget); label && !label->wordWrap()) {
+    for (const QString& line : label->text().split(u'\n')) {
+      texts.push_back({line, label->contentsRect().width()});
+    }
+  }
+  if (const auto* box = qobject_cast<const QComboBox*>(&widget)) AddItems(texts, *box);
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
+    AddButtonText(texts, *button);
+  }
+  for (const Shown& shown : texts) {
+    const int needed = widget.fontMetrics().horizontalAdvance(shown.Text);
+    if (shown.Text.isEmpty() || needed <= shown.Room + TolerancePixels) continue;
+    faults.push_back(NameOf(widget) + ": \"" + shown.Text.toStdString() + "\" needs " +
+                     std::to_string(needed) + " pixels and has " + std::to_string(shown.Room));
+  }
+}
+
+void CheckHeight(std::vector<std::string>& faults, const QLabel& label) {
+  const QRect room = label.contentsRect();
+  const int flags = label.wordWrap() ? Qt::TextWordWrap : 0;
+  const QRect needed =
+      label.fontMetrics().boundingRect(QRect(0, 0, room.width(), 10'000), flags, label.text());
+  if (label.text().isEmpty() || needed.height() <= room.height() + TolerancePixels) return;
+  faults.push_back(NameOf(label) + ": \"" + label.text().toStdString() + "\" is too high");
 }
 
 void CheckTabs(std::vector<std::string>& faults, const QTabBar& bar) {
   if (bar.count() == 0 || bar.tabRect(bar.count() - 1).right() <= bar.width()) return;
   faults.push_back(NameOf(*bar.parentWidget()) + ": not all tabs are in view");
-}
-
-void CheckText(std::vector<std::string>& faults, const QWidget& widget) {
-  if (const auto* label = qobject_cast<const QLabel*>(&widget)) CheckLabel(faults, *label);
-  if (const auto* box = qobject_cast<const QComboBox*>(&widget)) CheckComboBox(faults, *box);
-  if (const auto* bar = qobject_cast<const QTabBar*>(&widget)) CheckTabs(faults, *bar);
-  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget)) {
-    CheckButton(faults, *button);
-  }
-  const QString caption = widget.property("caption").toString();
-  if (!caption.isEmpty()) {
-    CheckRoom(faults, widget, caption, widget.width() - 2 * CaptionMarginPixels);
-  }
 }
 
 // Whether the widget stands for a control, and is not a part of one.
@@ -123,7 +113,9 @@ std::vector<std::string> LayoutFaults(const QWidget& window) {
   CheckSiblings(faults, window);
   for (const QWidget* widget : window.findChildren<QWidget*>()) {
     if (!widget->isVisible()) continue;
-    CheckText(faults, *widget);
+    CheckWidths(faults, *widget);
+    if (const auto* label = qobject_cast<const QLabel*>(widget)) CheckHeight(faults, *label);
+    if (const auto* bar = qobject_cast<const QTabBar*>(widget)) CheckTabs(faults, *bar);
     CheckSiblings(faults, *widget);
   }
   return faults;
