@@ -95,56 +95,51 @@ TEST(PlotRedraw, StaysEmptyWithoutData) {
   }
 }
 
-TEST(PositionAxis, TheLargestOfTheShownSeriesSetsIt) {
+TEST(PositionAxis, TheLargestOfTheShownSeriesSetsItForAll) {
   using enum PositionSeries;
   // Which of error, feedback and reference are shown, and the tops of their axes.
   const struct {
     bool Error, Feedback, Reference;
     float ErrorTop, FeedbackTop, ReferenceTop;
     PositionSeries Source;
-    const char* Caption;
+    const char *Caption, *Top;
+    float Gain;
   } cases[] = {
-      {true, false, false, 1, 9, 9, PErr, "P_Err(P)"},
-      {false, true, false, 9, 1, 9, PBak, "P_Bak(P)"},
-      {true, true, false, 5, 5, 9, PErr, "P_Err(P)"},
-      {false, true, true, 9, 5, 5, PBak, "P_Bak(P)"},
-      {false, true, true, 9, 4, 5, PRef, "P_Ref(P)"},
-      {true, false, true, 5, 9, 5, PErr, " P_Err(P)"},
-      {true, false, true, 4, 9, 5, PRef, "P_Ref(P)"},
-      {true, true, true, 5, 5, 5, PErr, "P_Err(P)"},
-      {true, true, true, 4, 6, 5, PBak, "P_Bak(P)"},
-      {true, true, true, 4, 5, 6, PRef, "P_Ref(P)"},
-      {false, false, false, 1, 2, 3, PBak, "before"},
+      {true, false, false, 1, 9, 9, PErr, "P_Err(P)", "1", 3},
+      {false, true, false, 9, 1, 9, PBak, "P_Bak(P)", "1", 4},
+      {true, true, false, 5, 5, 9, PErr, "P_Err(P)", "5", 3},
+      {false, true, true, 9, 5, 5, PBak, "P_Bak(P)", "5", 4},
+      {false, true, true, 9, 4, 5, PRef, "P_Ref(P)", "5", 5},
+      {true, false, true, 5, 9, 5, PErr, " P_Err(P)", "5", 3},
+      {true, false, true, 4, 9, 5, PRef, "P_Ref(P)", "5", 5},
+      {true, true, true, 5, 5, 5, PErr, "P_Err(P)", "5", 3},
+      {true, true, true, 4, 6, 5, PBak, "P_Bak(P)", "6", 4},
+      {true, true, true, 4, 5, 6, PRef, "P_Ref(P)", "6", 5},
+      {false, false, false, 1, 2, 3, PBak, "before", "0", 2},
   };
   for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.Error) + std::to_string(c.Feedback) +
+                 std::to_string(c.Reference));
     PlotBench bench(PositionPlot);
+    bench.Capture();
+    bench.trace.PRefTrace[7] = 50;
+    bench.trace.PRefPlot[7] = 100;
     bench.plot.PositionSource = PBak;
     bench.plot.Label11.Caption = "before";
     std::tie(bench.trace.ShowPErr, bench.trace.ShowPBak, bench.trace.ShowPRef) =
         std::tuple(c.Error, c.Feedback, c.Reference);
-    bench.trace.PErrTop[0] = c.ErrorTop;
-    bench.trace.PBakTop[0] = c.FeedbackTop;
-    bench.trace.PRefTop[0] = c.ReferenceTop;
-    bench.plot.PickPositionSource();
-    EXPECT_EQ(bench.plot.PositionSource, c.Source) << c.Error << c.Feedback << c.Reference;
-    EXPECT_EQ(bench.plot.Label11.Caption, c.Caption) << c.Error << c.Feedback << c.Reference;
-  }
-}
-
-TEST(PositionAxis, AllPositionTracesAndTheColumnFollowTheChosenSeries) {
-  for (const Signal chosen : {Signal::PErr, Signal::PBak, Signal::PRef}) {
-    PlotBench bench(PositionPlot);
-    bench.Capture();
-    bench.trace.PRefTrace[7] = 50;
-    bench.trace.Show(chosen) = true;
-    bench.trace.Axis(chosen).Top[0] = 2000;
-    bench.trace.Axis(chosen).Gain[0] = 0.5F;
+    std::tie(bench.trace.PErrTop[0], bench.trace.PBakTop[0], bench.trace.PRefTop[0]) =
+        std::tuple(c.ErrorTop, c.FeedbackTop, c.ReferenceTop);
+    std::tie(bench.trace.PErrGain[0], bench.trace.PBakGain[0], bench.trace.PRefGain[0]) =
+        std::tuple(3, 4, 5);
     bench.plot.PickPositionSource();
     bench.plot.SetAxisLabels();
-    EXPECT_EQ(bench.trace.PErrPlot[7], 45);
-    EXPECT_EQ(bench.trace.PBakPlot[7], -45);
-    EXPECT_EQ(bench.trace.PRefPlot[7], 25);
-    EXPECT_EQ(bench.plot.Label5[10].Caption, "2000");
+    EXPECT_EQ(bench.plot.PositionSource, c.Source);
+    EXPECT_EQ(bench.plot.Label11.Caption, c.Caption);
+    EXPECT_EQ(bench.plot.Label5[10].Caption, c.Top);
+    EXPECT_EQ(bench.trace.PErrPlot[7], 90 * c.Gain);
+    EXPECT_EQ(bench.trace.PBakPlot[7], -90 * c.Gain);
+    EXPECT_EQ(bench.trace.PRefPlot[7], 50 * c.Gain);
   }
 }
 

@@ -45,6 +45,7 @@ TEST(NiceTimeStep, TakesTheEntryBeforeTheOneThatFits) {
       {20, 0, 200, {0, 199, 200}},   // first entry stands for itself, and runs past the end
       {25, 10, 40, {10, 48, 60}},    // 0.8 samples per ms, exact equality
       {3, 10, 40, {10, 40, 6}},      // 40 / 6 is less than 6.66667
+      {30, 10, 5, {10, 5, 8}},       // 5 / 8 is less than 0.66667
       {1, 10, 5, {10, 20, 1}},
   };
   for (const auto& c : cases) {
