@@ -122,30 +122,34 @@ TEST(ServoCommands, CurrentStepTakesTheMotorOverAndMotionTakesItBack) {
   bench.Command(Reg::CurrentStep, 1, 2000);
   EXPECT_FALSE(bench.Motor.Moving());
   EXPECT_NEAR(bench.Motor.CurrentA(), 0.5, 0.01);
-  bench.Command(Reg::CurrentStep, 0, 0);
-  EXPECT_EQ(bench.Motor.CurrentA(), 0);
-  EXPECT_NEAR(bench.Motor.Sample(199), 512, 10) << "the picture stays in the memory";
   bench.Command(Reg::PositionCommand, 5, 500);
   EXPECT_NEAR(bench.Rpm(), -300, 5);
+  EXPECT_NEAR(bench.Motor.CurrentA(), 0, 0.1);
+  EXPECT_NEAR(bench.StepA().back(), 0.5, 0.01) << "the picture stays in the memory";
 
+  bench.Command(Reg::CurrentStep, 1, 50);
+  bench.Command(Reg::CurrentStep, 0, 0);
+  EXPECT_EQ(bench.Motor.CurrentA(), 0);
+  EXPECT_TRUE(bench.Errors.empty());
   bench.Write(Reg::PeakCurrent, 20);  // 0.2 A
   bench.Command(Reg::CurrentStep, 1, 50);
-  EXPECT_EQ(bench.Errors, Errors{DriveError::OverCurrent});
   EXPECT_EQ(bench.Motor.CurrentA(), 0);
+  EXPECT_EQ(bench.Errors, Errors{DriveError::OverCurrent});
 }
 
 TEST(ServoCommands, CommandsTakeOverFromTheBackgroundMotionButNotTheOtherWayRound) {
   ServoBench bench;
-  bench.Motor.StartBackgroundMotion({}, bench.NowUs);
   bench.Load({});
-  bench.PassMs(100);
+  const auto startBackground = [&bench](double passMs) {
+    bench.Motor.StartBackgroundMotion({}, bench.NowUs);
+    bench.PassMs(passMs);
+  };
+  startBackground(100);
   bench.Write(Reg::PositionCommand, 1);
-  bench.Motor.StartBackgroundMotion({}, bench.NowUs);
-  bench.PassMs(1000);
+  startBackground(1000);
   EXPECT_NEAR(bench.Rpm(), 300, 5);
   bench.Command(Reg::PositionCommand, 0, 300);
-  bench.Motor.StartBackgroundMotion({}, bench.NowUs);
-  bench.PassMs(300);
+  startBackground(300);
   bench.Command(Reg::PositionCommand, 0, 200);  // ends commands only
   EXPECT_TRUE(bench.Motor.Moving());
   bench.Motor.StopBackgroundMotion(bench.NowUs);
