@@ -4,8 +4,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = TuningBench::Texts;
-
 constexpr int EncoderRead = 0;
 constexpr int KindWrite = 1;
 constexpr int FramesOfAFailure = 12;
@@ -26,13 +24,13 @@ struct ScopeFaultTest : ScopeTest {
   // Load, Start and two cycles. False when the window was closed on the way.
   bool Session() {
     OpenQuietly();
-    Bench.World.RunFor(1100);
+    World.RunFor(1100);
     if (!Window.Loaded) return false;
     Choose(At100Ms);
     Click();
     for (int cycle = 0; cycle < 2; ++cycle) {
-      Bench.World.RunUntil([&] { return !Bench.Link.LinkIdle || !Window.Loaded; }, 200);
-      Bench.World.RunUntil([&] { return Bench.Link.LinkIdle || !Window.Loaded; }, 30'000);
+      World.RunUntil([&] { return !Link.LinkIdle || !Window.Loaded; }, 200);
+      World.RunUntil([&] { return Link.LinkIdle || !Window.Loaded; }, 30'000);
     }
     return Window.Loaded;
   }
@@ -47,8 +45,8 @@ TEST_F(ScopeFaultTest, ALineThatDiesAtAnyExchangeClosesTheWindowAndARestartIsBri
       const int before = Device.Requests;
       EXPECT_FALSE(Session());
       EXPECT_EQ(Device.Requests - before, request + FramesOfAFailure);
-      EXPECT_EQ(Bench.TakeMessages(), Texts(request == KindWrite ? 2 : 1, LostLink));
-      EXPECT_EQ(Bench.Link.LoadFailed, request <= KindWrite);
+      EXPECT_EQ(TakeMessages(), Texts(request == KindWrite ? 2 : 1, LostLink));
+      EXPECT_EQ(Link.LoadFailed, request <= KindWrite);
       ExpectClosedAndQuiet();
 
       // The next visit finds all in order. A restart loses the motion and the drive's settings,
@@ -57,9 +55,9 @@ TEST_F(ScopeFaultTest, ALineThatDiesAtAnyExchangeClosesTheWindowAndARestartIsBri
       Device.Drive.Inject(sim::Fault::ResetInTest, sim::Hits::Only(request + 1));
       EXPECT_TRUE(Session());
       EXPECT_TRUE(Window.Plot.CaptureHaveData);
-      EXPECT_EQ(Bench.TakeMessages(), Texts{});
+      EXPECT_EQ(TakeMessages(), Texts{});
       Click();
-      Bench.User.Close(Window);
+      User.Close(Window);
       ExpectClosed();
       Device.Drive.ClearFaults();
     }
@@ -68,20 +66,20 @@ TEST_F(ScopeFaultTest, ALineThatDiesAtAnyExchangeClosesTheWindowAndARestartIsBri
 
 TEST_F(ScopeFaultTest, AFailedLoadIsToldASecondLaterWhateverIsClickedUntilThen) {
   std::int64_t toldMs = 0;
-  Bench.World.OnMessage = [&](const Message&) { toldMs = Bench.World.NowMs(); };
+  World.OnMessage = [&](const Message&) { toldMs = World.NowMs(); };
   for (const int request : {EncoderRead, KindWrite}) {
     for (const std::int64_t delayMs : {10, 500, 950}) {
       SCOPED_TRACE(std::to_string(request) + ", Start after " + std::to_string(delayMs) + " ms");
       DieAt(request, sim::Fault::Silent);
       Open();
-      EXPECT_EQ(Bench.TakeMessages(), Texts(request == KindWrite ? 1 : 0, LostLink));
-      const std::int64_t failedMs = Bench.World.NowMs();
-      Bench.User.Close(Window);
+      EXPECT_EQ(TakeMessages(), Texts(request == KindWrite ? 1 : 0, LostLink));
+      const std::int64_t failedMs = World.NowMs();
+      User.Close(Window);
       EXPECT_TRUE(Window.Visible) << "not while the failure is to be told";
       ClickAfter(delayMs);
-      Bench.World.RunFor(20'000);
+      World.RunFor(20'000);
       EXPECT_EQ(toldMs, failedMs + 1000);
-      EXPECT_EQ(Bench.TakeMessages(), (Texts{LostLink}));
+      EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
       ExpectClosedAndQuiet();
     }
   }
@@ -91,20 +89,20 @@ TEST_F(ScopeFaultTest, AFailedLoadIsToldASecondLaterWhateverIsClickedUntilThen) 
 // inner failure is told, the outer handler ends in silence.
 TEST_F(ScopeFaultTest, AFailureInsideAFailingCycleIsToldOnce) {
   std::size_t sent = 0;
-  Bench.World.OnMessage = [&](const Message&) { sent = Bench.World.Log.Frames().size(); };
+  World.OnMessage = [&](const Message&) { sent = World.Log.Frames().size(); };
   for (std::int64_t delayMs = 60; delayMs < 2800; delayMs += 53) {
     SCOPED_TRACE(delayMs);
     OpenQuietly();
     Choose(At100Ms);
     Click();
-    Bench.World.At(delayMs, [this] {
+    World.At(delayMs, [this] {
       Device.Drive.Inject(sim::Fault::Silent);
       Click();
       Click();
     });
-    Bench.World.RunFor(30'000);
-    EXPECT_EQ(Bench.TakeMessages(), (Texts{LostLink}));
-    EXPECT_EQ(Bench.World.Log.Frames().size(), sent) << "a closed window sends nothing";
+    World.RunFor(30'000);
+    EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
+    EXPECT_EQ(World.Log.Frames().size(), sent) << "a closed window sends nothing";
     ExpectClosedAndQuiet();
   }
 }
@@ -115,16 +113,16 @@ TEST_F(ScopeFaultTest, ClosingWhileStartWritesEndsItInSilence) {
       SCOPED_TRACE(delayMs);
       OpenQuietly();
       if (silent) Device.Drive.Inject(sim::Fault::Silent);
-      Bench.World.At(delayMs, [&] {
-        Bench.User.Close(Window);
+      World.At(delayMs, [&] {
+        User.Close(Window);
         if (!silent) Open();
       });
       Click();
-      EXPECT_EQ(Bench.TakeMessages(), Texts{});
+      EXPECT_EQ(TakeMessages(), Texts{});
       if (Window.Loaded) {
         EXPECT_EQ(Window.Command1.Caption, "Start");
         ExpectQuiet();
-        Bench.User.Close(Window);
+        User.Close(Window);
       }
       ExpectClosedAndQuiet();
     }

@@ -1,4 +1,5 @@
-// Form5's frequency view: what it shows and locks, and that it finds what turns the motor.
+// The spectrum: the rounding of its tables and axes, and Form5's frequency view: what it shows and
+// locks, and that it finds what turns the motor.
 #include <algorithm>
 #include <cmath>
 #include <functional>
@@ -10,14 +11,40 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = TuningBench::Texts;
+// One pulse shows the twiddle factors themselves: at sample n, bin k is the factor of n * k, put
+// together in seven stages. At a power of two there is one factor only.
+TEST(Fft128, TwiddlesAreRoundedToFourDecimals) {
+  FftArray data{};
+  data[1] = 1;
+  Fft128(data);
+  for (std::size_t k = 0; k < 64; ++k) {
+    const double exact = std::cos(2 * std::numbers::pi * static_cast<double>(k) / 128);
+    EXPECT_EQ(data[k], static_cast<float>(std::round(exact * 10000) / 10000)) << k;
+    EXPECT_EQ(data[k + 64], -data[k]) << k;
+  }
+}
+
+TEST(Spectrum, TheMeanAndTheMirrorDoNotSetTheScale) {
+  FftArray spectrum{};
+  spectrum[0] = spectrum[1] = spectrum[65] = 9;
+  spectrum[64] = 2;
+  EXPECT_EQ(LargestBin(spectrum), 2);
+  spectrum[2] = 3;
+  EXPECT_EQ(LargestBin(spectrum), 3);
+}
+
+TEST(Spectrum, RoundsUpToFiftyStrictlyAndKeepsTheFraction) {
+  const std::pair<float, float> cases[] = {{0, 50},    {49.4F, 50.4F},     {50, 100},
+                                           {100, 150}, {1234.5F, 1250.5F}, {1235.5F, 1249.5F}};
+  for (const auto& [x, rounded] : cases) EXPECT_FLOAT_EQ(RoundUpToFifty(x), rounded) << x;
+}
 
 struct ScopeSpectrumTest : ScopeTest {
-  void Toggle() { Bench.User.Click(Window.Check2); }
+  void Toggle() { User.Click(Window.Check2); }
   // A trace in the place of the recorded one.
   void ShowSpectrumOf(const std::function<double(int)>& rpm) {
     for (int i = 0; i < ChannelSamples; ++i) {
-      Bench.Trace.VBakTrace[static_cast<std::size_t>(i)] = static_cast<float>(rpm(i));
+      Trace.VBakTrace[static_cast<std::size_t>(i)] = static_cast<float>(rpm(i));
     }
     Toggle();
   }
@@ -33,7 +60,7 @@ struct ScopeSpectrumTest : ScopeTest {
 TEST_F(ScopeSpectrumTest, ShowsToneAndConstant) {
   OpenQuietly();
   Record(At1000Ms);
-  const auto& spectrum = Bench.Trace.Spectrum;
+  const auto& spectrum = Trace.Spectrum;
 
   ShowSpectrumOf([](int i) {
     // The first 70 samples and the last two take no part.
@@ -61,7 +88,7 @@ TEST_F(ScopeSpectrumTest, LocksAndHidesWhatHasNoMeaningThere) {
   TurnMotor();
   OpenQuietly();
   Record(At500Ms);
-  const TraceArray velocity = Bench.Trace.VBakTrace;
+  const TraceArray velocity = Trace.VBakTrace;
   const auto lines = Window.Plot.Picture1.Lines;
   for (int visit = 0; visit < 2; ++visit) {
     Toggle();
@@ -69,7 +96,7 @@ TEST_F(ScopeSpectrumTest, LocksAndHidesWhatHasNoMeaningThere) {
     EXPECT_FALSE(Window.Command1.Enabled);
     ExpectSetupEnabled(false);
     ExpectRightColumnsVisible(false);
-    Bench.User.Drag(Window.Plot.Picture1, 5, 50, 60, 10);
+    User.Drag(Window.Plot.Picture1, 5, 50, 60, 10);
     EXPECT_EQ(Window.Plot.ZoomLevel, 0);
 
     Toggle();
@@ -77,13 +104,13 @@ TEST_F(ScopeSpectrumTest, LocksAndHidesWhatHasNoMeaningThere) {
     EXPECT_TRUE(Window.Command1.Enabled);
     ExpectSetupEnabled(true);
     ExpectRightColumnsVisible(true);
-    EXPECT_EQ(Bench.Trace.VBakTrace, velocity);
+    EXPECT_EQ(Trace.VBakTrace, velocity);
     EXPECT_EQ(Window.Plot.Picture1.Lines, lines) << "the recording is back";
     EXPECT_EQ(Window.Plot.Label4[1].Caption, "50");
     EXPECT_EQ(Window.Plot.Label4[10].Caption, "500");
     EXPECT_EQ(Window.Plot.Label9.Caption, "Current(A)");
   }
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
+  EXPECT_EQ(TakeMessages(), Texts{});
 }
 
 TEST_F(ScopeSpectrumTest, RefusesTraceTimesAboveASecond) {
@@ -99,12 +126,12 @@ TEST_F(ScopeSpectrumTest, RefusesTraceTimesAboveASecond) {
   Toggle();
 
   Record(At1200Ms);
-  Bench.User.Drag(Window.Plot.Picture1, 20, 300, 100, -300);
+  User.Drag(Window.Plot.Picture1, 20, 300, 100, -300);
   Toggle();
-  ASSERT_EQ(Bench.World.Messages.size(), 1U);
-  EXPECT_EQ(Bench.World.Messages[0].Title, "Invalid Value");
-  EXPECT_EQ(Bench.World.Messages[0].Icon, MessageIcon::Critical);
-  EXPECT_EQ(Bench.TakeMessages(), (Texts{"Please input a value of 100ms - 1s"}));
+  ASSERT_EQ(World.Messages.size(), 1U);
+  EXPECT_EQ(World.Messages[0].Title, "Invalid Value");
+  EXPECT_EQ(World.Messages[0].Icon, MessageIcon::Critical);
+  EXPECT_EQ(TakeMessages(), (Texts{"Please input a value of 100ms - 1s"}));
   EXPECT_FALSE(Window.Check2.Ticked || Window.Plot.FrequencyMode);
   EXPECT_EQ(Window.Plot.ZoomLevel, 0) << "the handler of the unticking has run";
   ExpectStopped();
@@ -112,7 +139,7 @@ TEST_F(ScopeSpectrumTest, RefusesTraceTimesAboveASecond) {
   // The present choice counts, but the axis is that of the recording, which has no rate.
   Choose(At500Ms);
   Toggle();
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
+  EXPECT_EQ(TakeMessages(), Texts{});
   EXPECT_TRUE(Window.Plot.FrequencyMode);
   EXPECT_EQ(Window.Plot.Label4[1].Caption, "0");
   EXPECT_EQ(Window.Plot.Label4[10].Caption, "0");
@@ -139,13 +166,13 @@ TEST_F(ScopeSpectrumTest, FindsASineThatTurnsTheMotorAtEveryTraceTime) {
     Toggle();
     EXPECT_EQ(Window.Plot.Label4[1].Caption, c.First);
     EXPECT_EQ(Window.Plot.Label4[10].Caption, c.Last);
-    const auto& spectrum = Bench.Trace.Spectrum;
+    const auto& spectrum = Trace.Spectrum;
     const auto largest = std::max_element(spectrum.begin() + 1, spectrum.begin() + 64);
     EXPECT_EQ(static_cast<std::size_t>(largest - spectrum.begin()), c.Bin);
     EXPECT_NEAR(*largest, 64 * 100, 64 * 15);
     Toggle();
-    Device.Drive.StopMotion(Bench.World.NowMs() * 1000);
-    Bench.World.RunFor(2000);
+    Device.Drive.StopMotion(World.NowMs() * 1000);
+    World.RunFor(2000);
   }
 }
 

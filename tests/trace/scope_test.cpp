@@ -7,9 +7,7 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = TuningBench::Texts;
-
-const Texts OneCycle{"W 20=200", "R 28", "upload 12"};
+const TuningBench::Texts OneCycle{"W 20=200", "R 28", "upload 12"};
 
 float Peak(const TraceArray& trace) {
   return *std::max_element(trace.begin(), trace.end(),
@@ -19,24 +17,24 @@ float Peak(const TraceArray& trace) {
 TEST_F(ScopeTest, EveryVisitReadsTheEncoderChoosesTheChannelsAndStartsAnew) {
   Open();
   Record(At500Ms);
-  Bench.User.Click(Window.Check1[Form5::Velocity]);
-  Bench.User.Click(Window.Check2);
+  User.Click(Window.Check1[Form5::Velocity]);
+  User.Click(Window.Check2);
   ASSERT_TRUE(Window.Plot.FrequencyMode);
-  Bench.Trace.VBakTrace.fill(7);
-  Bench.TakeFrames();
-  Bench.User.Close(Window);
+  Trace.VBakTrace.fill(7);
+  TakeFrames();
+  User.Close(Window);
   ExpectClosed();
-  EXPECT_EQ(Bench.TakeFrames(), Texts{});
+  EXPECT_EQ(TakeFrames(), Texts{});
 
   Device.Drive.Registers()[sim::Reg::EncoderCounts] = 40000;  // above the signed range
   Open();
-  EXPECT_EQ(Bench.TakeFrames(), (Texts{"R 19", "W 17=145"}));
-  EXPECT_EQ(Bench.Trace.EncoderCounts, 40000);
-  EXPECT_EQ(Bench.Params[Slot::EncoderCounts], 40000);
-  EXPECT_EQ(Bench.Trace.VBakTrace, TraceArray{});
+  EXPECT_EQ(TakeFrames(), (Texts{"R 19", "W 17=145"}));
+  EXPECT_EQ(Trace.EncoderCounts, 40000);
+  EXPECT_EQ(Params[Slot::EncoderCounts], 40000);
+  EXPECT_EQ(Trace.VBakTrace, TraceArray{});
   EXPECT_EQ(std::pair(Window.LeftTwips, Window.TopTwips), std::pair(3000, 2000));
-  EXPECT_TRUE(Bench.Link.LinkIdle);
-  EXPECT_TRUE(Bench.Shell.ChildWindowOpen && Bench.Shell[OpenMark::Scope]);
+  EXPECT_TRUE(Link.LinkIdle);
+  EXPECT_TRUE(Shell.ChildWindowOpen && Shell[OpenMark::Scope]);
   EXPECT_FALSE(Window.Plot.FrequencyMode || Window.Plot.CaptureHaveData || Window.StopRequested);
   EXPECT_TRUE(Window.Plot.Label5[0].Visible && Window.Plot.Picture1.Lines.empty());
   EXPECT_TRUE(Window.Check1[Form5::Velocity].Ticked && Window.Command1.Enabled);
@@ -52,21 +50,21 @@ TEST_F(ScopeTest, StartThenCycleAfterCycleThenStop) {
   OpenQuietly();
   Choose(At500Ms);
   Click();
-  EXPECT_EQ(Bench.TakeFrames(), (Texts{"W 26=5"}));
+  EXPECT_EQ(TakeFrames(), (Texts{"W 26=5"}));
   EXPECT_EQ(Window.Command1.Caption, "Stop");
   ExpectSetupEnabled(false);
 
-  std::int64_t beginMs = Bench.World.NowMs();
+  std::int64_t beginMs = World.NowMs();
   for (int cycle = 0; cycle < 2; ++cycle) {
     ASSERT_TRUE(RunToRecording());
     // 50 ms, and eight bytes of 2 ms of which the last one's pause follows its time.
-    EXPECT_EQ(Bench.World.Log.Frames().front().AtMs, beginMs + 50 + 14);
-    EXPECT_EQ(Summary(Bench.TakeFrames()), OneCycle);
+    EXPECT_EQ(World.Log.Frames().front().AtMs, beginMs + 50 + 14);
+    EXPECT_EQ(Summary(TakeFrames()), OneCycle);
     EXPECT_TRUE(Window.Timer1.Enabled());
     EXPECT_EQ(Window.Plot.Label4[10].Caption, "500");
     EXPECT_EQ(Window.Plot.Picture1.Lines.size(), 3U * 199);
-    EXPECT_GT(std::abs(Peak(Bench.Trace.VBakTrace)), 50);
-    beginMs = Bench.World.NowMs();
+    EXPECT_GT(std::abs(Peak(Trace.VBakTrace)), 50);
+    beginMs = World.NowMs();
   }
 
   Click();
@@ -97,23 +95,23 @@ TEST_F(ScopeTest, StopEndsARunAtItsNextTestAndDropsWhatItHasRead) {
   TurnMotor();
   OpenQuietly();
   Record(At2000Ms);
-  const int requests = static_cast<int>(Bench.TakeFrames().size());
+  const int requests = static_cast<int>(TakeFrames().size());
   for (const auto& c : cases) {
     SCOPED_TRACE(c.When);
-    const TraceArray before = Bench.Trace.VBakTrace;
+    const TraceArray before = Trace.VBakTrace;
     const auto revision = Window.Plot.Picture1.Revision;
     AtRequest(c.Request < 0 ? requests + c.Request : c.Request, [&] { ClickAfter(c.DelayMs); });
     Click();
-    Bench.World.RunFor(8000);
-    Texts frames = Bench.TakeFrames();
+    World.RunFor(8000);
+    Texts frames = TakeFrames();
     EXPECT_EQ(frames.front(), "W 26=20");
     frames.erase(frames.begin());
     EXPECT_EQ(c.Request < 0 ? Summary(frames) : frames, c.Frames);
     ExpectStopped();
-    EXPECT_EQ(Bench.Trace.VBakTrace, before);
+    EXPECT_EQ(Trace.VBakTrace, before);
     EXPECT_EQ(Window.Plot.Picture1.Revision, revision);
   }
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
+  EXPECT_EQ(TakeMessages(), Texts{});
 }
 
 // Stop, another trace time and Start while a cycle is under way: what it has recorded with the old
@@ -126,81 +124,81 @@ TEST_F(ScopeTest, AStartInsideACycleOvertakesIt) {
     Choose(At100Ms);
     Click();
     auto shown = Window.Plot.Picture1.Revision;
-    Bench.World.At(delayMs, [&] {
+    World.At(delayMs, [&] {
       Click();
       Choose(At500Ms);
       Click();
       shown = Window.Plot.Picture1.Revision;
     });
-    ASSERT_TRUE(Bench.World.RunUntil(
-        [&] { return Bench.Trace.SampleDivider == 5 && Window.Plot.Picture1.Revision != shown; },
+    ASSERT_TRUE(World.RunUntil(
+        [&] { return Trace.SampleDivider == 5 && Window.Plot.Picture1.Revision != shown; },
         10'000));
-    EXPECT_EQ(Bench.World.Log.Writes(26).back(), 5);
+    EXPECT_EQ(World.Log.Writes(26).back(), 5);
     EXPECT_EQ(Window.Plot.Label4[10].Caption, "500");
-    EXPECT_NEAR(std::abs(Peak(Bench.Trace.VBakTrace)), 100, 15);
+    EXPECT_NEAR(std::abs(Peak(Trace.VBakTrace)), 100, 15);
     Click();
     ExpectStopped();
-    Bench.TakeFrames();
+    TakeFrames();
   }
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
+  EXPECT_EQ(TakeMessages(), Texts{});
 }
 
 // The failure timer starts the cycle, as the main window's command does.
 TEST_F(ScopeTest, NoCycleBeginsBeforeTheTraceTimeIsWritten) {
   OpenQuietly();
   Window.err.Start();
-  Bench.World.RunFor(1020);
+  World.RunFor(1020);
   EXPECT_TRUE(Window.Timer1.Enabled());
   EXPECT_FALSE(Window.err.Enabled());
   Click();
   ASSERT_TRUE(RunToRecording());
-  EXPECT_EQ(Summary(Bench.TakeFrames()), (Texts{"W 26=20", "W 20=200", "R 28", "upload 12"}));
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
+  EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 26=20", "W 20=200", "R 28", "upload 12"}));
+  EXPECT_EQ(TakeMessages(), Texts{});
 }
 
 TEST_F(ScopeTest, ClosesOnlyBetweenCycles) {
   OpenQuietly();
   Choose(At100Ms);
   Click();
-  AtRequest(3, [&] { Bench.User.Close(Window); });
+  AtRequest(3, [&] { User.Close(Window); });
   ASSERT_TRUE(RunToRecording());
   EXPECT_TRUE(Window.Visible);
-  ASSERT_EQ(Bench.World.Messages.size(), 1U);
-  EXPECT_EQ(Bench.World.Messages[0].Icon, MessageIcon::Critical);
-  EXPECT_EQ(Bench.TakeMessages(),
+  ASSERT_EQ(World.Messages.size(), 1U);
+  EXPECT_EQ(World.Messages[0].Icon, MessageIcon::Critical);
+  EXPECT_EQ(TakeMessages(),
             (Texts{"Please click the Stop button first before you can close this screen"}));
 
   AtRequest(5, [&] {
     Click();
-    Bench.User.Close(Window);  // the cycle still runs, and has been told to stop
+    User.Close(Window);  // the cycle still runs, and has been told to stop
     EXPECT_TRUE(Window.Visible);
   });
-  Bench.World.RunFor(5000);
+  World.RunFor(5000);
   ExpectStopped();
 
   Click();
   EXPECT_FALSE(Window.Check2.Enabled);
   ASSERT_TRUE(RunToRecording());
-  Bench.World.RunFor(20);
-  Bench.User.Close(Window);
+  World.RunFor(20);
+  User.Close(Window);
   ExpectClosed();
   ExpectQuiet();
-  EXPECT_EQ(Bench.TakeMessages(), Texts{});
+  EXPECT_EQ(TakeMessages(), Texts{});
 }
 
 TEST_F(ScopeTest, ChannelsAreChosenWhileStoppedAndDropTheZoom) {
   TurnMotor();
   OpenQuietly();
   Record(At500Ms);
-  Bench.User.Drag(Window.Plot.Picture1, 20, 300, 100, -300);
+  User.Drag(Window.Plot.Picture1, 20, 300, 100, -300);
   ASSERT_EQ(Window.Plot.ZoomLevel, 1);
   const std::pair<Form5::Channel, Signal> channels[] = {{Form5::Velocity, Signal::VBak},
                                                         {Form5::PositionError, Signal::PErr},
                                                         {Form5::Current, Signal::IBak}};
   std::size_t left = 3;
   for (const auto& [channel, shown] : channels) {
-    Bench.User.Click(Window.Check1[channel]);
-    EXPECT_FALSE(Bench.Trace.Show(shown));
+    User.Click(Window.Check1[channel]);
+    EXPECT_FALSE(Trace.Show(shown));
     EXPECT_EQ(Window.Plot.ZoomLevel, 0);
     EXPECT_EQ(Window.Plot.Picture1.Lines.size(), --left * 199);
   }
