@@ -15,10 +15,6 @@ using Texts = std::vector<std::string>;
 constexpr const char* Path = "/home/engineer/line 4/motor.tvd";
 constexpr const char* CaptionWithFile = "Torvane Gainsmith for KVT518 - [motor.tvd]";
 
-Message Tell(const char* text, MessageIcon icon) {
-  return {text, MainTitle, MessageButtons::Ok, icon};
-}
-
 struct ConfigFileTest : testing::Test {
   StoreBench bench;
 
@@ -50,18 +46,18 @@ TEST_F(ConfigFileTest, OpenLoadsDownloadsAndDoesNotStore) {
   EXPECT_FALSE(bench.Waiting.Loaded);
   EXPECT_EQ(bench.World.ScreenPointer, MousePointer::Default);
   EXPECT_EQ(bench.TakeMessages(),
-            (Messages{Tell("Configuration settings from the source file have been loaded "
-                           "successfully.",
-                           MessageIcon::Information)}));
+            Messages{Tell("Configuration settings from the source file have been loaded "
+                          "successfully.",
+                          MainTitle)});
 }
 
 TEST_F(ConfigFileTest, AFileThatCannotBeUsedDownloadsNothing) {
-  const Message fatal =
-      Tell("Fatal error(s) happened when opening the source file.", MessageIcon::Critical);
+  const Message fatal = Tell("Fatal error(s) happened when opening the source file.", MainTitle,
+                             MessageIcon::Critical);
   const Message notSent = Tell(
       "Nothing was sent to the drive. These settings have values that it can't take:\nMotor "
       "Inertia: 2",
-      MessageIcon::Critical);
+      MainTitle, MessageIcon::Critical);
   ParameterStore unfit;
   unfit[Slot::Inertia] = 2;
   const struct {
@@ -95,8 +91,8 @@ TEST_F(ConfigFileTest, SaveAsAsksBeforeItReplacesAndKeepsTheOldFileWhereItFails)
   const Message ask{"Target file already exists. Are you sure to overwrite it?", MainTitle,
                     MessageButtons::YesNo, MessageIcon::Information, MessageAnswer::No};
   const Message failed =
-      Tell("Error(s) happened when saving to the target file", MessageIcon::Critical);
-  const Message noName = Tell("File name can't be empty", MessageIcon::Information);
+      Tell("Error(s) happened when saving to the target file", MainTitle, MessageIcon::Critical);
+  const Message noName = Tell("File name can't be empty", MainTitle);
   const struct {
     const char* What;
     ChosenFile Chosen;

@@ -102,16 +102,16 @@ TEST_F(GridTest, AWriteNeedsRowsAndSendsTheTableWithoutAStore) {
   bench.User.Click(form.writedata);
   EXPECT_EQ(
       bench.TakeMessages(),
-      (Messages{{"Please read parameters from drive or open the configuration file first\uFF01",
-                 "Writing Status!", MessageButtons::Ok, MessageIcon::Information}}));
+      Messages{Tell("Please read parameters from drive or open the configuration file first\uFF01",
+                    "Writing Status!")});
   ExpectAtRest();
 
   OpenFile(Config(0));
   Do(form.writedata);
   EXPECT_EQ(bench.World.Log.Frames().size(), 44U);
   EXPECT_EQ(bench.World.Log.Frames().back().Text(), "W 246=0");
-  const Message confirm{"Please confirm current parameters are conform with parameters in drive",
-                        "Writing Status", MessageButtons::Ok, MessageIcon::Information};
+  const Message confirm = Tell(
+      "Please confirm current parameters are conform with parameters in drive", "Writing Status");
   EXPECT_EQ(bench.TakeMessages(), (Messages{confirm, {"Write Completed!", "Prompt!"}}));
   EXPECT_EQ(form.ProgressBar1.Max, 47000);
   ExpectAtRest();
@@ -169,8 +169,8 @@ TEST_F(GridTest, SaveNeedsRowsAndReplacesAFileWithoutAQuestion) {
   bench.User.Click(form.save);
   EXPECT_TRUE(bench.World.FileDialogs.empty());
   EXPECT_EQ(bench.TakeMessages(),
-            (Messages{{"Please read parameters from drive or open the configuration file first",
-                       "Prompt! ", MessageButtons::Ok, MessageIcon::Information}}));
+            Messages{Tell("Please read parameters from drive or open the configuration file first",
+                          "Prompt! ")});
   Do(form.readdata);
   for (const bool writable : {false, true}) {
     bench.World.Unwritable.clear();

@@ -19,22 +19,18 @@ namespace gainsmith::test {
 
 using Texts = std::vector<std::string>;
 
-// Hands whole frames on to the drive, unless they are stopped.
+// Hands whole frames on to the drive, but for those that are stopped.
 class Gate : public SerialDevice {
  public:
   explicit Gate(DriveDevice& drive) : drive_(drive) {}
 
-  // Asked with each frame, counted by exchanges: a frame sent again keeps its number. True stops
-  // it.
-  std::function<bool(int exchange, const LoggedFrame& frame)> Stops;
+  std::function<bool(const LoggedFrame&)> Stops;
 
   void Receive(std::uint8_t byte, std::int64_t nowUs) override {
     frame_.Bytes.push_back(byte);
     if (frame_.Bytes.size() < 8) return;
     const LoggedFrame frame = std::exchange(frame_, {});
-    if (frame.Bytes != last_) ++exchange_;
-    last_ = frame.Bytes;
-    if (Stops && Stops(exchange_, frame)) return;
+    if (Stops && Stops(frame)) return;
     for (const std::uint8_t each : frame.Bytes) drive_.Receive(each, nowUs);
   }
   std::vector<std::uint8_t> Transmit(std::int64_t nowUs) override { return drive_.Transmit(nowUs); }
@@ -42,8 +38,6 @@ class Gate : public SerialDevice {
  private:
   DriveDevice& drive_;
   LoggedFrame frame_;
-  std::vector<std::uint8_t> last_;
-  int exchange_ = -1;
 };
 
 struct PropertiesBench {

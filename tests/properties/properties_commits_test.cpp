@@ -118,7 +118,7 @@ TEST(PropertiesCommits, AFailedWriteIsToldOnceAndOnlyMotorFieldsCloseTheWindow) 
     PropertiesBench bench;
     bench.Open();
     bench.TheLink.WriteFailed = true;  // of an earlier download
-    bench.Line.Stops = [](int, const LoggedFrame&) { return true; };
+    bench.Line.Stops = [](const LoggedFrame&) { return true; };
     c.Act(bench);
     EXPECT_EQ(bench.World.Log.Frames().size(), c.Frames);
     EXPECT_EQ(bench.TakeMessages(), Messages{LostLink});

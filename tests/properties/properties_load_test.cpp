@@ -8,11 +8,9 @@
 namespace gainsmith::test {
 namespace {
 
-const std::string UpToMotor = "R 252, R 247, R 248, R 249, R 250, R 251, R 34, ";
-const std::string UpToFlags = UpToMotor + "R 14, R 15, R 18, R 19, R 56, R 255, ";
-const std::string UpToSwitches = UpToFlags + "R 56, R 40, R 41, R 39, R 51, ";
-constexpr int FlagsExchange = 12;
-constexpr int Exchanges = 22;
+const std::string UpToSwitches =
+    "R 252, R 247, R 248, R 249, R 250, R 251, R 34, R 14, R 15, R 18, R 19, R 56, R 255, R 56, "
+    "R 40, R 41, R 39, R 51, ";
 
 TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
   PropertiesBench bench;
@@ -50,23 +48,17 @@ TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
     EXPECT_EQ(bench.Text(c.Field), c.Text);
     EXPECT_EQ(bench.Values[c.Kept], c.Value) << c.Field;
   }
-}
 
-TEST(PropertiesLoad, AChoiceThatIsNotInItsListSelectsNothing) {
-  const struct {
-    std::uint16_t Watts, Mode, PolePairs;
-    int WattsItem, ModeItem, PolePairsItem;
-  } cases[] = {{1000, 7, 2, 2, 7, 0}, {500, 9, 5, -1, -1, -1}};
-  PropertiesBench bench;
-  for (const auto& c : cases) {
-    bench.Set({{252, c.Watts}, {51, c.Mode}, {34, c.PolePairs}});
-    bench.Open();
-    EXPECT_EQ(bench.Window.Combo1.ListIndex, c.WattsItem);
-    EXPECT_EQ(bench.Window.Combo2.ListIndex, c.ModeItem);
-    EXPECT_EQ(bench.Window.cboMotorPolePair.ListIndex, c.PolePairsItem);
-    EXPECT_EQ(bench.Values[Slot::InputSmoothing], c.Mode);
-    bench.User.Click(bench.Window.Command2);
-  }
+  // Watts, input mode and pole pairs, and whether their lists offer them.
+  const sysConfigFrm& w = bench.Window;
+  EXPECT_EQ((std::array{w.Combo1.ListIndex, w.Combo2.ListIndex, w.cboMotorPolePair.ListIndex}),
+            (std::array{1, 3, -1}));
+  bench.User.Click(bench.Window.Command2);
+  bench.Set({{252, 500}, {51, 8}, {34, 4}});
+  bench.Open();
+  EXPECT_EQ((std::array{w.Combo1.ListIndex, w.Combo2.ListIndex, w.cboMotorPolePair.ListIndex}),
+            (std::array{-1, -1, 1}));
+  EXPECT_EQ(bench.Values[Slot::InputSmoothing], 8);
 }
 
 TEST(PropertiesLoad, ABoxThatItTicksWritesBackAtOnce) {
@@ -151,7 +143,7 @@ TEST(PropertiesLoad, ALimitOfZeroIsHiddenAndNeitherCheckedNorWritten) {
 TEST(PropertiesLoad, AFailedReadShowsTheReplyThatStoodLast) {
   PropertiesBench bench;
   bench.Set({{18, 1234}, {255, 0x0040}});
-  bench.Line.Stops = [](int, const LoggedFrame& frame) { return frame.Register() == 19; };
+  bench.Line.Stops = [](const LoggedFrame& frame) { return frame.Register() == 19; };
   bench.World.ShowModal(bench.Window);
   EXPECT_EQ(bench.Text("Text1(3)"), "1234");
   // The flags word was read well, but the check behind it finds the earlier failure.
@@ -161,19 +153,20 @@ TEST(PropertiesLoad, AFailedReadShowsTheReplyThatStoodLast) {
 }
 
 TEST(PropertiesLoad, ADriveThatGoesAtAnyExchange) {
+  constexpr int FlagsExchange = 12;
+  // The two writes that answer ticked boxes are exchanges of the load as well.
+  constexpr int Exchanges = 22 + 2;
   enum class End { Silent, HungUp, Reset };
   for (const End end : {End::Silent, End::HungUp, End::Reset}) {
-    // The two writes that answer ticked boxes are exchanges of the load as well.
-    for (int at = 0; at < Exchanges + 2; ++at) {
+    for (int at = 0; at < Exchanges; ++at) {
       SCOPED_TRACE(at);
       PropertiesBench bench;
       bench.Set({{55, 1}, {58, 1}});
-      bool struck = false;
-      bench.Line.Stops = [&](int exchange, const LoggedFrame&) {
-        if (exchange < at || (end == End::Reset && struck)) return false;
-        if (end == End::HungUp && !struck) bench.Device.Drive.Inject(sim::Fault::HangUp);
+      int frame = -1;
+      bench.Line.Stops = [&](const LoggedFrame&) {
+        if (++frame != at) return frame > at && end == End::Silent;
+        if (end == End::HungUp) bench.Device.Drive.Inject(sim::Fault::HangUp);
         if (end == End::Reset) bench.Device.Drive.Reset(bench.World.NowMs() * 1000);
-        struck = true;
         return end != End::HungUp;
       };
       bool returned = false;
@@ -182,8 +175,8 @@ TEST(PropertiesLoad, ADriveThatGoesAtAnyExchange) {
       // Up to the flags word one report, and the window is gone. Behind it a read fails unseen,
       // and a write that answers a ticked box is told. After a reset the next frame is answered.
       const bool reported = end != End::Reset && at <= FlagsExchange;
-      EXPECT_EQ(bench.Window.Visible, !reported);
       EXPECT_EQ(returned, reported);
+      EXPECT_EQ(bench.Window.Visible, !reported);
       EXPECT_FALSE(reported && bench.TheLink.ReadFailed);
       const Messages told = bench.TakeMessages();
       EXPECT_GE(told.size(), reported ? 1U : 0U);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -28,8 +29,13 @@ using Messages = std::vector<Message>;
 
 constexpr const char* LostLinkText =
     "Unable to communicate with the connected drive. Check your connection";
-inline const Message LostLink{LostLinkText, "Cmmunication Error", MessageButtons::Ok,
-                              MessageIcon::Critical};
+
+// A message with OK alone.
+inline Message Tell(const std::string& text, const std::string& title,
+                    MessageIcon icon = MessageIcon::Information) {
+  return {text, title, MessageButtons::Ok, icon};
+}
+inline const Message LostLink = Tell(LostLinkText, "Cmmunication Error", MessageIcon::Critical);
 
 // The messages shown since the last call.
 inline Messages TakeMessages(VirtualWorld& world) { return std::exchange(world.Messages, {}); }
