@@ -36,7 +36,6 @@ TEST_F(ConfigFileTest, OpenLoadsDownloadsAndDoesNotStore) {
   EXPECT_EQ(title, "Openning Source Configuration File");
   EXPECT_EQ(bench.Store.ParameterValues, other.ParameterValues);
   EXPECT_EQ(bench.Register(0), 777);
-  EXPECT_EQ(bench.Register(0xFB), 13);
   EXPECT_EQ(bench.World.Log.Frames().size(), 44U);
   EXPECT_TRUE(bench.World.Log.Writes(12).empty());
   EXPECT_TRUE(bench.World.Log.Writes(0xEF).empty());

@@ -77,10 +77,13 @@ TEST_F(GridTest, AReadFillsTheRowsAndEndsItsDisplay) {
 
   Do(form.readdata);
   EXPECT_EQ(Rows().size(), 51U) << "rebuilt, not added to";
-  bench.User.Click(form.Command2);
+  // Closed by hand during a read it stays closed, and the read ends.
+  bench.World.At(1000, [&] { bench.User.Close(form); });
+  Do(form.readdata);
+  EXPECT_EQ(bench.World.Log.Frames().size(), 3U * 44U);
+  EXPECT_FALSE(form.Loaded || bench.Shell.ChildWindowOpen);
   EXPECT_TRUE(Rows().empty());
   EXPECT_EQ(bench.World.Files[MarkerPath], " 1 \r\n");
-  EXPECT_FALSE(bench.Shell.ChildWindowOpen);
   EXPECT_TRUE(bench.World.Messages.empty());
 }
 
@@ -98,15 +101,29 @@ TEST_F(GridTest, AReadThatFailsClosesTheWindow) {
   EXPECT_EQ(Rows().size(), 51U);
 }
 
-TEST_F(GridTest, AWriteNeedsRowsAndSendsTheTableWithoutAStore) {
+TEST_F(GridTest, SaveAndWriteNeedRowsAndAskNothingMore) {
+  const std::string rowsFirst =
+      "Please read parameters from drive or open the configuration file first";
+  bench.User.Click(form.save);
   bench.User.Click(form.writedata);
-  EXPECT_EQ(
-      bench.TakeMessages(),
-      Messages{Tell("Please read parameters from drive or open the configuration file first\uFF01",
-                    "Writing Status!")});
+  EXPECT_EQ(bench.TakeMessages(),
+            (Messages{Tell(rowsFirst, "Prompt! "), Tell(rowsFirst + "\uFF01", "Writing Status!")}));
+  EXPECT_TRUE(bench.World.FileDialogs.empty());
   ExpectAtRest();
 
   OpenFile(Config(0));
+  for (const bool writable : {false, true}) {
+    bench.World.Files[FilePath] = "old";
+    bench.World.Unwritable.clear();
+    if (!writable) bench.World.Unwritable = {FilePath};
+    bench.Choose(FilePath);
+    bench.User.Click(form.save);
+    EXPECT_EQ(bench.World.Files[FilePath], writable ? Config(0) : "old");
+  }
+  EXPECT_EQ(bench.Main.Caption, MainTitle);
+  EXPECT_TRUE(bench.World.Messages.empty());
+
+  // The write sends the table and does not store it.
   Do(form.writedata);
   EXPECT_EQ(bench.World.Log.Frames().size(), 44U);
   EXPECT_EQ(bench.World.Log.Frames().back().Text(), "W 246=0");
@@ -164,25 +181,6 @@ TEST_F(GridTest, OpenFileFailsSilentlyAndRebuildsOnlyOnceAFileWasGood) {
   EXPECT_EQ(bench.World.FileDialogs, Texts(4, "*.tvd|*.tvd|All Files (*.*)"));
 }
 
-TEST_F(GridTest, SaveNeedsRowsAndReplacesAFileWithoutAQuestion) {
-  bench.World.Files[FilePath] = "old";
-  bench.User.Click(form.save);
-  EXPECT_TRUE(bench.World.FileDialogs.empty());
-  EXPECT_EQ(bench.TakeMessages(),
-            Messages{Tell("Please read parameters from drive or open the configuration file first",
-                          "Prompt! ")});
-  Do(form.readdata);
-  for (const bool writable : {false, true}) {
-    bench.World.Unwritable.clear();
-    if (!writable) bench.World.Unwritable = {FilePath};
-    bench.Choose(FilePath);
-    bench.User.Click(form.save);
-    EXPECT_EQ(bench.World.Files[FilePath], writable ? FormatConfig(bench.Store).value() : "old");
-  }
-  EXPECT_TRUE(bench.World.Messages.empty());
-  EXPECT_EQ(bench.Main.Caption, MainTitle);
-}
-
 TEST_F(GridTest, RowsLeftByAnEarlierRunAreClearedByTheirMarkerOnly) {
   const struct {
     const char* What;
@@ -197,7 +195,7 @@ TEST_F(GridTest, RowsLeftByAnEarlierRunAreClearedByTheirMarkerOnly) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.What);
-    bench.User.Close(form);
+    bench.User.Click(form.Command2);
     Rows().assign(51, {"left over", 1, ""});
     bench.World.Files.erase(MarkerPath);
     if (c.Marker) bench.World.Files[MarkerPath] = *c.Marker;
@@ -209,17 +207,6 @@ TEST_F(GridTest, RowsLeftByAnEarlierRunAreClearedByTheirMarkerOnly) {
     EXPECT_EQ(form.MSFlexGrid1.Rows.size(), Rows().size());
     EXPECT_FALSE(form.dele.Enabled());
   }
-}
-
-TEST_F(GridTest, ClosedByHandDuringAReadItStaysClosedAndTheReadEnds) {
-  Do(form.readdata);
-  bench.World.Log.Clear();
-  bench.World.At(1000, [&] { bench.User.Close(form); });
-  bench.User.Click(form.readdata);
-  EXPECT_EQ(bench.World.Log.Frames().size(), 44U);
-  EXPECT_FALSE(form.Loaded);
-  EXPECT_TRUE(Rows().empty());
-  EXPECT_EQ(bench.World.Files[MarkerPath], " 1 \r\n");
 }
 
 TEST_F(GridTest, ItsButtonsDoNothingDuringAnotherTransfer) {

@@ -7,6 +7,8 @@
 namespace gainsmith::test {
 namespace {
 
+using enum sysConfigFrm::OptionIndex;
+
 const std::string LimitsAndFlags = "W 245=600, W 246=300, W 255=0";
 
 TEST(PropertiesOk, WritesTheLimitsAndTheFlagsAndWhatChanged) {
@@ -56,8 +58,7 @@ void ChangeEverything(PropertiesBench& bench) {
                                     {"Text1(3)", "60000"}}) {
     bench.Text(field) = text;
   }
-  for (const auto option : {sysConfigFrm::FallingEdge, sysConfigFrm::DirectionPositive,
-                            sysConfigFrm::EnableHigh, sysConfigFrm::AlarmActiveLow}) {
+  for (const auto option : {FallingEdge, DirectionPositive, EnableHigh, AlarmActiveLow}) {
     bench.User.Click(bench.Window.Option1[option]);
   }
 }
@@ -70,22 +71,19 @@ TEST(PropertiesOk, OnlyTheFourShownBitsFollowTheOptions) {
   } cases[] = {
       {0xFFFF, {}, 0xFFFF},
       {0x0000, {}, 0x0000},
-      {0xFFFF,
-       {sysConfigFrm::UpRisingEdge, sysConfigFrm::DirectionNegative, sysConfigFrm::EnableLow,
-        sysConfigFrm::AlarmActiveHigh},
-       0xFF39},
-      {0x0139, {sysConfigFrm::EnableHigh}, 0x0179},
-      {0x0010, {sysConfigFrm::FallingEdge}, 0x0012},
-      {0x0044, {sysConfigFrm::DirectionNegative, sysConfigFrm::EnableLow}, 0x0000},
+      {0xFFFF, {UpRisingEdge, DirectionNegative, EnableLow, AlarmActiveHigh}, 0xFF39},
+      {0x0139, {EnableHigh}, 0x0179},
+      {0x0010, {FallingEdge}, 0x0012},
+      {0x0044, {DirectionNegative, EnableLow}, 0x0000},
   };
   for (const auto& c : cases) {
     PropertiesBench bench;
     bench.Set({{255, c.Word}});
     bench.Open();
     // The parked groups are turned round by hand: OK does not look at them.
-    for (const auto& [on, off] : {std::pair{sysConfigFrm::EndLimitHigh, sysConfigFrm::EndLimitLow},
-                                  {sysConfigFrm::InPositionHigh, sysConfigFrm::InPositionLow},
-                                  {sysConfigFrm::TorqueMode, sysConfigFrm::PositionMode}}) {
+    for (const auto& [on, off] : {std::pair{EndLimitHigh, EndLimitLow},
+                                  {InPositionHigh, InPositionLow},
+                                  {TorqueMode, PositionMode}}) {
       std::swap(bench.Window.Option1[on].Selected, bench.Window.Option1[off].Selected);
     }
     for (const auto option : c.Shown) bench.User.Click(bench.Window.Option1[option]);
@@ -124,8 +122,7 @@ TEST(PropertiesOk, RefusesWhatIsOutOfRangeAndWritesNothing) {
   const auto refuses = [&](const std::string& text) {
     bench.World.Focus = nullptr;
     bench.User.Click(bench.Window.cmdOK);
-    EXPECT_EQ(bench.TakeMessages(),
-              (Messages{{text, "Invalid Value", MessageButtons::Ok, MessageIcon::Critical}}));
+    EXPECT_EQ(bench.TakeMessages(), Messages{Tell(text, "Invalid Value", MessageIcon::Critical)});
     EXPECT_TRUE(bench.Window.Visible && bench.Window.cmdOK.Enabled);
   };
   for (const auto& c : cases) {
