@@ -198,7 +198,6 @@ TEST_F(BulkTest, AResetLoadsDownloadsAndStoresTheFactoryValues) {
   EXPECT_EQ(bench.World.Log.Frames().size(), 45U);
   EXPECT_EQ(bench.World.Log.Texts().back(), "W 12=1");
   EXPECT_EQ(bench.Register(0xF7), 100);
-  EXPECT_EQ(bench.Register(0x00), 1);
   // Mode 1 is 20 hexadecimal; bit 0, which has no slot, is the drive's own.
   EXPECT_EQ(bench.Register(0xFF), 0x01EF);
   EXPECT_EQ(bench.Main.Caption, MainTitle);

@@ -70,7 +70,6 @@ TEST_F(GridTest, AReadFillsTheRowsAndEndsItsDisplay) {
   EXPECT_EQ(Rows()[30],
             (StoredRow{"Motor Phase Resistance", bench.Store[Slot::Resistance], "0.01~327ohms"}));
   ASSERT_EQ(form.MSFlexGrid1.Rows.size(), 51U);
-  EXPECT_EQ(form.MSFlexGrid1.Rows[35][1], "Input Smoothing ");
   EXPECT_EQ(form.MSFlexGrid1.Rows[40][2], "0");
   EXPECT_EQ(form.MSFlexGrid1.CurrentRow, 50);
   EXPECT_EQ(bench.World.Files[MarkerPath], " 0 \r\n");

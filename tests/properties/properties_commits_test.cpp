@@ -76,10 +76,10 @@ TEST(PropertiesCommits, ChoicesAndClicksWriteAtOnce) {
   PropertiesBench bench;
   bench.Open();
   sysConfigFrm& w = bench.Window;
-  for (const auto& [list, index] : {std::pair{&w.Combo1, 3}, {&w.Combo2, 6}}) {
-    list->Choose(index);
-    list->OnClick();
-  }
+  w.Combo1.Choose(3);
+  w.Combo1.OnClick();
+  w.Combo2.Choose(6);
+  w.Combo2.OnClick();
   bench.World.At(10, [&] { EXPECT_FALSE(bench.TheLink.LinkIdle); });
   for (const auto& [box, on] : {std::pair{&w.Check2, true},
                                 {&w.Check2, false},
