@@ -98,6 +98,8 @@ TEST_F(GridTest, AReadThatFailsClosesTheWindow) {
   ExpectAtRest();
   Do(form.readdata);
   EXPECT_EQ(Rows().size(), 51U);
+  bench.User.Click(form.Command2);
+  EXPECT_TRUE(Rows().empty()) << "they last as long as the window";
 }
 
 TEST_F(GridTest, SaveAndWriteNeedRowsAndAskNothingMore) {
