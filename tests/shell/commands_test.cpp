@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
-
 #include "support/virtual_user.h"
 
 namespace gainsmith::test {
@@ -13,23 +11,16 @@ namespace {
 constexpr const char* LostLink =
     "Unable to communicate with the connected drive. Check your connection";
 
-struct ChildWindow : Window {
-  explicit ChildWindow(std::string name) { Name = std::move(name); }
-};
-
 struct Shell {
   VirtualWorld World;
   VirtualUser User{World};
   ShellState State;
   MDIForm1 Main{World, State};
-  ChildWindow Connect{"Form2"}, Properties{"sysConfigFrm"}, CurrentLoop{"Form1"},
-      PositionLoop{"Form3"}, VelocityLoop{"velocityModeTune"}, Scope{"Form5"}, ErrorLog{"Form4"},
-      Grid{"Form8"}, Console{"Form110"}, About{"Dialog"}, Waiting{"frmWaitingMessage"};
+  Window Properties, CurrentLoop, PositionLoop, Scope, ErrorLog, Grid, Waiting;
   Timer ScopeCycle;
-  std::vector<std::string> Calls;
+  std::string Calls;
   Commands Menu{World, State, Main, MakeRoutes()};
-  ScriptedDevice Device{
-      [](int, const std::vector<std::uint8_t>&) { return std::vector<ScriptedDevice::Reply>{}; }};
+  DriveDevice Device;
 
   Shell() {
     World.Devices[1] = &Device;
@@ -41,65 +32,64 @@ struct Shell {
     Main.EnableDriveMenus();
     Main.EnableToolbarButtons();
   }
-
-  // Calls the command as the menu does, reachable or not: its own tests must hold.
-  void Do(MenuItem& item) { item.OnClick(); }
+  // What of the menus and the tool bar the user can click.
+  std::string Offered() const {
+    std::string names;
+    for (const MenuItem* menu : Main.Menus) {
+      for (const MenuItem* item : menu->Items) {
+        if (item->OnClick && item->Visible && item->Enabled) names += item->Name + ' ';
+      }
+    }
+    for (const ToolButton* button : Main.ToolButtons) {
+      if (button->Enabled) names += '[' + button->ToolTip + ']';
+    }
+    return names;
+  }
 
   Routes MakeRoutes() {
     Routes routes;
-    routes.Connect = &Connect;
     routes.Properties = &Properties;
     routes.CurrentLoop = &CurrentLoop;
     routes.PositionLoop = &PositionLoop;
-    routes.VelocityLoop = &VelocityLoop;
     routes.Scope = &Scope;
     routes.ErrorLog = &ErrorLog;
     routes.ParametersGrid = &Grid;
-    routes.TestConsole = &Console;
-    routes.About = &About;
     routes.Waiting = &Waiting;
     routes.ScopeCycle = &ScopeCycle;
-    routes.OpenConfigFile = [this] { Calls.push_back("open"); };
-    routes.Save = [this] { Calls.push_back("save"); };
-    routes.SaveAs = [this] { Calls.push_back("save as"); };
-    routes.DownloadToDrive = [this] { Calls.push_back("download"); };
-    routes.ResetDrive = [this] { Calls.push_back("reset"); };
-    routes.ReadFromDrive = [this] { Calls.push_back("read"); };
-    routes.ForgetClosingPositionWindow = [this] { Calls.push_back("forget closing"); };
+    routes.DownloadToDrive = [this] { Calls += "download"; };
+    routes.ResetDrive = [this] { Calls += "reset"; };
+    routes.ForgetClosingPositionWindow = [this] { Calls += "forget closing"; };
     return routes;
   }
 };
 
-TEST(MainWindow, StartsDisconnectedAndMaximised) {
+TEST(MainWindow, OffersWhatNeedsADriveOnlyWithOne) {
   Shell shell;
-  const MDIForm1& main = shell.Main;
-  for (const MenuItem* item :
-       {&main.mnuFileOpen, &main.mnuSave, &main.mnuSaveAs, &main.sysConfig, &main.MnuCurrentLoop,
-        &main.mnuPositionLoop, &main.mnuDownloadToDrive, &main.mnuReset, &main.mnuScope,
-        &main.ErrCheck, &main.mnuFileClose}) {
-    EXPECT_FALSE(item->Enabled) << item->Name;
-  }
-  for (const ToolButton* button : main.ToolButtons) EXPECT_FALSE(button->Enabled);
-  for (const MenuItem* item : {&main.mnuConnect, &main.nmuExit, &main.mnuAbout}) {
-    EXPECT_TRUE(item->Enabled) << item->Name;
-  }
-  for (const MenuItem* item : {&main.ReadFromDrive, &main.ParaDataLib, &main.mnuContents}) {
-    EXPECT_FALSE(item->Visible) << item->Name;
-  }
-  EXPECT_TRUE(main.Maximized);
-  EXPECT_FALSE(main.MaximizeBox);
+  const std::string withoutDrive =
+      "nmuExit mnuConnect mnuWebUserManual mnuSoftwareManualOnWeb mnuAbout ";
+  EXPECT_EQ(shell.Offered(), withoutDrive);
+  EXPECT_TRUE(shell.Main.Maximized && !shell.Main.MaximizeBox);
   EXPECT_EQ(shell.State.QuarterScreenWidth, 1366 * 15 / 4.0F);
+  shell.Connected();
+  EXPECT_EQ(shell.Offered(),
+            "mnuFileOpen mnuSave mnuSaveAs nmuExit mnuConnect sysConfig MnuCurrentLoop "
+            "mnuPositionLoop mnuDownloadToDrive mnuReset mnuScope ErrCheck mnuWebUserManual "
+            "mnuSoftwareManualOnWeb mnuAbout [Open File][Save File][Properties][Current Loop]"
+            "[Position Loop][Scope][Error Log]");
+  shell.Main.mnuFileClose.Enabled = true;
+  shell.User.Click(shell.Main.mnuFileClose);
+  shell.Main.DisableDriveMenus();
+  shell.Main.DisableToolbarButtons();
+  EXPECT_EQ(shell.Offered(), withoutDrive);
 }
 
 TEST(MainWindow, EveryWayOutAsksOneQuestion) {
   Shell shell;
   shell.Connected();
-  shell.World.Answers = {MessageAnswer::No};
+  shell.World.Answers = {MessageAnswer::No, MessageAnswer::Yes};
   shell.User.Click(shell.Main.nmuExit);
   EXPECT_FALSE(shell.World.Ended());
   EXPECT_TRUE(shell.World.IsPortOpen());
-
-  shell.World.Answers = {MessageAnswer::Yes};
   shell.User.Close(shell.Main);
   EXPECT_TRUE(shell.World.Ended());
   EXPECT_FALSE(shell.World.IsPortOpen());
@@ -115,29 +105,23 @@ TEST(MainWindow, EveryWayOutAsksOneQuestion) {
 TEST(Commands, CommunicationAndExclusionTests) {
   struct Row {
     MenuItem MDIForm1::*Item;
-    ChildWindow Shell::*Opens;  // nullptr: calls a routine
+    Window Shell::*Opens;  // nullptr: calls a routine
     const char* Calls;
-    bool AsksForThePort;
-    const char* WhenHeld;  // nullptr: not looked at
-    MessageIcon Icon;
-    bool SetsMark;
-    bool Modal;
+    bool AsksForThePort;   // and opens its window modal
+    const char* WhenHeld;  // nullptr: not looked at. A window that looks holds the drive itself.
   };
   const Row rows[] = {
-      {&MDIForm1::sysConfig, &Shell::Properties, "", true, nullptr, {}, false, true},
-      {&MDIForm1::MnuCurrentLoop, &Shell::CurrentLoop, "", true, nullptr, {}, false, true},
+      {&MDIForm1::sysConfig, &Shell::Properties, "", true, nullptr},
+      {&MDIForm1::MnuCurrentLoop, &Shell::CurrentLoop, "", true, nullptr},
       {&MDIForm1::mnuPositionLoop, &Shell::PositionLoop, "forget closing", true,
-       "Please close other opened window(s)", MessageIcon::None, true, true},
+       "Please close other opened window(s)"},
       {&MDIForm1::mnuScope, &Shell::Scope, "", true,
-       "Please close opened window(s) before you can open scope", MessageIcon::None, true, true},
-      {&MDIForm1::ErrCheck, &Shell::ErrorLog, "", true, "Please close opened window(s)",
-       MessageIcon::None, true, true},
-      {&MDIForm1::ParaDataLib, &Shell::Grid, "", false, "Please close opend windows",
-       MessageIcon::None, true, false},
+       "Please close opened window(s) before you can open scope"},
+      {&MDIForm1::ErrCheck, &Shell::ErrorLog, "", true, "Please close opened window(s)"},
+      {&MDIForm1::ParaDataLib, &Shell::Grid, "", false, "Please close opend windows"},
       {&MDIForm1::mnuDownloadToDrive, nullptr, "download", false,
-       "Please close all other opened window(s)", MessageIcon::Critical, false, false},
-      {&MDIForm1::mnuReset, nullptr, "reset", false, "Please close all other opened window(s)",
-       MessageIcon::Critical, false, false},
+       "Please close all other opened window(s)"},
+      {&MDIForm1::mnuReset, nullptr, "reset", false, "Please close all other opened window(s)"},
   };
   enum class Now { PortClosed, Free, Held, Transferring };
   for (const Row& row : rows) {
@@ -148,7 +132,8 @@ TEST(Commands, CommunicationAndExclusionTests) {
       if (now != Now::PortClosed) shell.Connected();
       shell.State.ChildWindowOpen = now == Now::Held;
       shell.State.BulkTransferRunning = now == Now::Transferring;
-      shell.Do(item);
+      // As the menu does, reachable or not: its own tests must hold.
+      item.OnClick();
 
       const bool lost = now == Now::PortClosed && row.AsksForThePort;
       const bool held = now == Now::Held && row.WhenHeld != nullptr;
@@ -157,18 +142,19 @@ TEST(Commands, CommunicationAndExclusionTests) {
         const Message& message = shell.World.Messages[0];
         EXPECT_EQ(message.Text, lost ? LostLink : row.WhenHeld);
         EXPECT_EQ(message.Title, lost ? "Cmmunication Error" : MainTitle);
-        EXPECT_EQ(message.Icon, lost ? MessageIcon::Critical : row.Icon);
+        const bool grave = lost || row.Opens == nullptr;
+        EXPECT_EQ(message.Icon, grave ? MessageIcon::Critical : MessageIcon::None);
       }
       const bool runs = !lost && !held && now != Now::Transferring;
       const bool opens = runs && row.Opens != nullptr;
       EXPECT_EQ(shell.World.LoadedWindows().size(), opens ? 2U : 1U);
-      EXPECT_EQ(shell.State.ChildWindowOpen, now == Now::Held || (runs && row.SetsMark));
-      if (runs && *row.Calls != 0) {
-        EXPECT_EQ(shell.Calls, std::vector<std::string>{row.Calls});
-      }
+      EXPECT_EQ(shell.State.ChildWindowOpen,
+                now == Now::Held || (opens && row.WhenHeld != nullptr));
+      const bool calls = row.Opens != nullptr ? now != Now::Transferring : runs;
+      EXPECT_EQ(shell.Calls, calls ? row.Calls : "");
       if (!opens) continue;
       EXPECT_TRUE((shell.*row.Opens).Visible);
-      EXPECT_EQ((shell.*row.Opens).Modal, row.Modal);
+      EXPECT_EQ((shell.*row.Opens).Modal, row.AsksForThePort);
       shell.User.Close(shell.*row.Opens);
       EXPECT_EQ(shell.Main.Pointer, MousePointer::Default);
     }
@@ -180,28 +166,24 @@ TEST(Commands, TheOwnMarkOfPositionLoopAndScopeChangesTheirAnswer) {
   shell.Connected();
   shell.State.ChildWindowOpen = true;
   shell.State[OpenMark::PositionLoop] = true;
-  shell.Do(shell.Main.mnuPositionLoop);
+  shell.Main.mnuPositionLoop.OnClick();
   shell.State[OpenMark::Scope] = true;
-  shell.Do(shell.Main.mnuScope);
+  shell.Main.mnuScope.OnClick();
   EXPECT_TRUE(shell.ScopeCycle.Enabled());
-  shell.Do(shell.Main.mnuScope);
+  shell.Main.mnuScope.OnClick();
   EXPECT_FALSE(shell.ScopeCycle.Enabled());
   EXPECT_TRUE(shell.World.Messages.empty());
   EXPECT_EQ(shell.World.LoadedWindows().size(), 1U);
 }
 
-TEST(Commands, ThePropertiesButtonAsksForNoPortAndOpensModeless) {
+TEST(Commands, TwoButtonsOfTheToolBarDifferFromTheirMenuItems) {
   Shell shell;
-  shell.Connected();
+  shell.Main.EnableToolbarButtons();
   shell.User.Click(shell.Main[Tool1::Properties]);
-  EXPECT_TRUE(shell.Properties.Visible);
+  EXPECT_TRUE(shell.Properties.Visible) << "without a look at the port";
   EXPECT_FALSE(shell.Properties.Modal);
   EXPECT_EQ(shell.Main.Pointer, MousePointer::Default);
-  EXPECT_TRUE(shell.User.CanReach(shell.Main));
-}
 
-TEST(Commands, ThePositionLoopButtonKeepsTheHourglassWhileItsWindowIsOpen) {
-  Shell shell;
   shell.Connected();
   shell.User.Click(shell.Main[Tool1::PositionLoop]);
   EXPECT_EQ(shell.Main.Pointer, MousePointer::Hourglass);
@@ -209,24 +191,11 @@ TEST(Commands, ThePositionLoopButtonKeepsTheHourglassWhileItsWindowIsOpen) {
   EXPECT_EQ(shell.Main.Pointer, MousePointer::Default);
 }
 
-TEST(Commands, CloseForgetsTheFile) {
-  Shell shell;
-  shell.Connected();
-  shell.Main.CurrentConfigFile = "/home/anna/axis 1.tvd";
-  shell.Main.ShowFileInCaption(shell.Main.CurrentConfigFile);
-  shell.Main.mnuFileClose.Enabled = true;
-  EXPECT_EQ(shell.Main.Caption, "Torvane Gainsmith for KVT518 - [axis 1.tvd]");
-  shell.User.Click(shell.Main.mnuFileClose);
-  EXPECT_EQ(shell.Main.Caption, "Torvane Gainsmith for KVT518");
-  EXPECT_EQ(shell.Main.CurrentConfigFile, "");
-  EXPECT_FALSE(shell.Main.mnuFileClose.Enabled);
-}
-
 TEST(Commands, HelpHandsAddressesToTheDesktop) {
   Shell shell;
   shell.User.Click(shell.Main.mnuWebUserManual);
   shell.User.Click(shell.Main.mnuSoftwareManualOnWeb);
-  shell.Do(shell.Main.mnuContents);
+  shell.Main.mnuContents.OnClick();
   EXPECT_EQ(
       shell.World.Documents,
       (std::vector<std::string>{"http://www.torvane.example/uploadfile/kvt518m.pdf",
