@@ -77,7 +77,6 @@ TEST_F(LinkTest, APromptReplyCostsTheFixedWaits) {
     EXPECT_EQ(Elapsed(), c.Ms) << c.Baud << " baud, " << c.Count << " registers";
     EXPECT_EQ(link.ReplyValues.size(), static_cast<std::size_t>(c.Count));
   }
-  EXPECT_EQ(world.Log.Frames().size(), std::size(cases));
 }
 
 TEST_F(LinkTest, ASilentDriveIsPolledTwelveTimesForEachFrame) {
@@ -177,7 +176,7 @@ TEST_F(LinkTest, AValueThatCannotBePackedIsRefusedBeforeTheLine) {
   EXPECT_TRUE(world.Log.Frames().empty());
   EXPECT_EQ(Elapsed(), 0);
   EXPECT_NE(LinkFailureMessage(link).Title, "Cmmunication Error");
-  EXPECT_TRUE(link.Read(Register::CurrentKp));
+  EXPECT_TRUE(link.Read(Register::CurrentKp, {.ClosingWait = false}));
   EXPECT_EQ(LinkFailureMessage(link).Title, "Cmmunication Error");
 }
 
