@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "simulator/modbus_frame.h"
+#include "support/messages.h"
 #include "support/virtual_user.h"
 
 namespace gainsmith::test {
@@ -65,8 +66,7 @@ TEST(TestConsole, AFailedReadEndsTheTickAndTheNextBeginsAnew) {
   ASSERT_TRUE(bench.World.RunUntil([&] { return !bench.World.Messages.empty(); }, 20000));
   EXPECT_EQ(bench.World.Log.Texts(),
             (Texts{"R 102x2", "R 153x2", "R 170x2", "R 170x2", "R 170x2", "R 170x2", "R 170x2"}));
-  EXPECT_EQ(bench.World.Messages[0].Text, "通讯故障！");
-  EXPECT_EQ(bench.World.Messages[0].Title, "通讯故障！");
+  EXPECT_EQ(TakeMessages(bench.World), (Messages{{"通讯故障！", "通讯故障！"}}));
   EXPECT_EQ(bench.Shown(), (Texts{"7", "7", "0xaa", "0xbb", "0xcc"}));
   EXPECT_TRUE(bench.Window.Timer1.Enabled());
 

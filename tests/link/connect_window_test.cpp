@@ -12,9 +12,10 @@ using sim::Fault;
 using sim::Hits;
 using Texts = std::vector<std::string>;
 
-constexpr const char* NoContact =
+const Message NoContact{
     "Unable to Communicate with the Drive. Check your connection and confirm you have selected the "
-    "right serial port.";
+    "right serial port.",
+    "Communication Error", MessageButtons::Ok, MessageIcon::Critical};
 
 struct ConnectTest : testing::Test {
   StoreBench bench;
@@ -31,14 +32,6 @@ struct ConnectTest : testing::Test {
     EXPECT_FALSE(bench.Main.mnuFileOpen.Enabled);
     for (const ToolButton* button : bench.Main.ToolButtons) EXPECT_FALSE(button->Enabled);
     EXPECT_EQ(bench.Main.lblConnection.Caption, "Not connected");
-  }
-  void ExpectOnlyMessage(const char* text, const char* title) {
-    ASSERT_EQ(bench.World.Messages.size(), 1U);
-    const Message& message = bench.World.Messages[0];
-    EXPECT_EQ(message.Text, text);
-    EXPECT_EQ(message.Title, title);
-    EXPECT_EQ(message.Icon, MessageIcon::Critical);
-    EXPECT_EQ(message.Buttons, MessageButtons::Ok);
   }
 };
 
@@ -115,7 +108,7 @@ TEST_F(ConnectTest, OpensAtEachRateAndClosesOnALaterVisit) {
 TEST_F(ConnectTest, APortThatCannotBeOpenedLeavesTheWindowReady) {
   bench.World.PortsInUse = {1};
   bench.User.Click(form.openPort);
-  ExpectOnlyMessage(NoContact, "Communication Error");
+  EXPECT_EQ(bench.TakeMessages(), Messages{NoContact});
   ExpectDisconnected();
   EXPECT_TRUE(bench.World.Log.Frames().empty());
 }
@@ -124,20 +117,19 @@ TEST_F(ConnectTest, APortThatCannotBeOpenedLeavesTheWindowReady) {
 TEST_F(ConnectTest, ASilentDriveFailsTheFirstReadAndLaterAllThree) {
   const auto openInVain = [&](const Texts& frames, int ms) {
     bench.Inject(Fault::Silent);
-    bench.World.Log.Clear();
-    bench.World.Messages.clear();
     const std::int64_t start = bench.World.NowMs();
     bench.User.Click(form.openPort);
-    EXPECT_EQ(bench.World.Log.Texts(), frames);
+    EXPECT_EQ(bench.World.TakeFrames(), frames);
     EXPECT_EQ(bench.World.NowMs() - start, ms);
     EXPECT_EQ(bench.Line.LinkErrorCount, 12);
-    ExpectOnlyMessage(NoContact, "Communication Error");
+    EXPECT_EQ(bench.TakeMessages(), Messages{NoContact});
     ExpectDisconnected();
     bench.Device.Drive.ClearFaults();
   };
   openInVain({"R 253"}, 16 + 11 * 51);
   bench.User.Click(form.openPort);
   EXPECT_EQ(form.openPort.Caption, "Close") << "a retry needs nothing but a drive that answers";
+  EXPECT_EQ(bench.World.TakeFrames().size(), 3U + 44U);
   bench.User.Click(bench.Main.mnuConnect);
   bench.User.Click(form.openPort);
   openInVain({"R 253", "R 254", "R 255", "R 255", "R 255", "R 255"},
@@ -183,7 +175,7 @@ TEST_F(ConnectTest, ABulkReadThatFailsLeavesThePortOpenAndTwoCommandsEnabled) {
   EXPECT_FALSE(bench.Main.mnuFileOpen.Enabled);
   EXPECT_FALSE(bench.Main[Tool1::OpenFile].Enabled);
   EXPECT_EQ(bench.Main.lblConnection.Caption, "Port open");
-  ExpectOnlyMessage(LostLinkText, "Cmmunication Error");
+  EXPECT_EQ(bench.TakeMessages(), Messages{LostLink});
 }
 
 }  // namespace

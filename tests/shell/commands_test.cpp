@@ -3,13 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include "support/messages.h"
 #include "support/virtual_user.h"
 
 namespace gainsmith::test {
 namespace {
-
-constexpr const char* LostLink =
-    "Unable to communicate with the connected drive. Check your connection";
 
 struct Shell {
   VirtualWorld World;
@@ -93,12 +91,9 @@ TEST(MainWindow, EveryWayOutAsksOneQuestion) {
   shell.User.Close(shell.Main);
   EXPECT_TRUE(shell.World.Ended());
   EXPECT_FALSE(shell.World.IsPortOpen());
-  ASSERT_EQ(shell.World.Messages.size(), 2U);
-  const Message& question = shell.World.Messages[1];
-  EXPECT_EQ(question.Text, "Exit Gainsmith for KVT518?");
-  EXPECT_EQ(question.Title, "Torvane Gainsmith for KVT518");
-  EXPECT_EQ(question.Icon, MessageIcon::Information);
-  EXPECT_EQ(question.Default, MessageAnswer::Yes);
+  const Message question{"Exit Gainsmith for KVT518?", "Torvane Gainsmith for KVT518",
+                         MessageButtons::YesNo, MessageIcon::Information, MessageAnswer::Yes};
+  EXPECT_EQ(TakeMessages(shell.World), (Messages{question, question}));
 }
 
 // A row per command: what it says with the port closed, and with a window that holds the drive.
@@ -137,14 +132,11 @@ TEST(Commands, CommunicationAndExclusionTests) {
 
       const bool lost = now == Now::PortClosed && row.AsksForThePort;
       const bool held = now == Now::Held && row.WhenHeld != nullptr;
-      ASSERT_EQ(shell.World.Messages.size(), lost || held ? 1U : 0U);
-      if (lost || held) {
-        const Message& message = shell.World.Messages[0];
-        EXPECT_EQ(message.Text, lost ? LostLink : row.WhenHeld);
-        EXPECT_EQ(message.Title, lost ? "Cmmunication Error" : MainTitle);
-        const bool grave = lost || row.Opens == nullptr;
-        EXPECT_EQ(message.Icon, grave ? MessageIcon::Critical : MessageIcon::None);
-      }
+      const MessageIcon icon = row.Opens != nullptr ? MessageIcon::None : MessageIcon::Critical;
+      Messages expected;
+      if (lost) expected = {LostLink};
+      if (held) expected = {{row.WhenHeld, MainTitle, MessageButtons::Ok, icon}};
+      EXPECT_EQ(TakeMessages(shell.World), expected);
       const bool runs = !lost && !held && now != Now::Transferring;
       const bool opens = runs && row.Opens != nullptr;
       EXPECT_EQ(shell.World.LoadedWindows().size(), opens ? 2U : 1U);
