@@ -1,6 +1,9 @@
 // Form3: what it sends, in order, and the state it is left in.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <span>
+
 #include "tuning/run_window_bench.h"
 
 namespace gainsmith::test {
@@ -59,6 +62,7 @@ TEST_F(PositionTest, ATestFromTheOpeningToTheEndOfItsPlan) {
   EXPECT_EQ(Window.Command1[Form3::GainStart].Caption, "Stop");
   EXPECT_EQ(RunButton.BackColor, 0x0000FFU);
   EXPECT_FALSE(Window.Text5.Enabled || Window.Text1[Form3::RepeatTimes].Enabled);
+  EXPECT_FALSE(Window.Check1[Form3::PErr].Enabled);
   EXPECT_TRUE(Window.Check1[Form3::PBak].Enabled);
   EXPECT_FALSE(Window.Plot.Picture1.Lines.empty());
 
@@ -118,38 +122,34 @@ TEST_F(PositionTest, FieldsBecomeWordsAndAreRememberedByAStart) {
 }
 
 TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
+  const Texts badWord{"", "abc", "-1", "0", "65536", "inf", "0x1F"};
   const Texts badCount{"", "abc", "-1", "0", "32767.5", "1e999", "nan"};
   const Texts badGain{"-0.1", "65535.01", "1e999"};
   const std::string integer = " value should be an integer value of ";
   const std::string gain = " should be an integer value of 0-65535";
+  std::array<TextBox, Form3::FieldCount>& text = Window.Text1;
   const struct {
     TextBox& Field;
     Texts Bad;
     std::string Text;
   } cases[] = {
-      {Window.Text1[Form3::Velocity],
-       {"", "abc", "-1", "0", "65536", "inf", "0x1F"},
-       "Volicty" + integer + "1-65535"},
-      {Window.Text1[Form3::Acceleration], {"", "0", "65536"}, "Acceleration" + integer + "1-65535"},
-      {Window.Text1[Form3::Distance],
-       {"", "0.5", "-40000", "nan"},
-       "Distance" + integer + "at least 1"},
-      {Window.Text1[Form3::Interval], badCount, "Interval" + integer + "1-32767"},
-      {Window.Text1[Form3::RepeatTimes], badCount, "Repeat time" + integer + "1-32767"},
-      {Window.Text1[Form3::PositionKp],
-       {"", "0", "65536"},
-       "The Kp value of Position Loop 1" + gain},
-      {Window.Text1[Form3::Kvff], badGain, "The Kvff value of Position Loop 1" + gain},
-      {Window.Text1[Form3::PositionKd], badGain, "The Kd valueof Position Loop 1" + gain},
+      {text[Form3::Velocity], badWord, "Volicty" + integer + "1-65535"},
+      {text[Form3::Acceleration], {"", "0", "65536"}, "Acceleration" + integer + "1-65535"},
+      {text[Form3::Distance], {"", "0.5", "-4", "nan"}, "Distance" + integer + "at least 1"},
+      {text[Form3::Interval], badCount, "Interval" + integer + "1-32767"},
+      {text[Form3::RepeatTimes], badCount, "Repeat time" + integer + "1-32767"},
+      {text[Form3::PositionKp], {"", "0", "65536"}, "The Kp value of Position Loop 1" + gain},
+      {text[Form3::Kvff], badGain, "The Kvff value of Position Loop 1" + gain},
+      {text[Form3::PositionKd], badGain, "The Kd valueof Position Loop 1" + gain},
       {Window.Text5, badGain, "The Kaff value of Position Loop 1" + gain},
-      {Window.Text1[Form3::LowPositionKi], badGain, "The Kvff value of Position Loop 2" + gain},
-      {Window.Text1[Form3::LowVelocityKi], badGain, "The Vi value of Position Loop 2" + gain},
+      {text[Form3::LowPositionKi], badGain, "The Kvff value of Position Loop 2" + gain},
+      {text[Form3::LowVelocityKi], badGain, "The Vi value of Position Loop 2" + gain},
       // No limit of the field, but nothing that the drive could take.
-      {Window.Text1[Form3::Velocity],
+      {text[Form3::Velocity],
        {"19661", "19660.6"},
        "The velocity is more than the drive can take: with 4000 pulses per revolution it takes at "
        "most 19660. Nothing was sent."},
-      {Window.Text1[Form3::Distance],
+      {text[Form3::Distance],
        {"2147483648", "1e999"},
        "The distance is more than the drive can take: it takes at most 2147483647 pulses. Nothing "
        "was sent."},
@@ -228,7 +228,27 @@ TEST_F(PositionTest, ClosingWhileGainsAreWrittenIsSound) {
   EXPECT_EQ(TakeMessages(), Texts{});
 }
 
-// --- Channels and colours.
+// --- What is seen.
+
+TEST_F(PositionTest, HalfTheGainDoublesTheLagAndFeedForwardRemovesIt) {
+  // Largest position error of the default move while the motor cruises, in a recording of 2 s.
+  const auto lag = [&](const char* kp, const char* kvff) {
+    Window.Text1[Form3::PositionKp].Text = kp;
+    Window.Text1[Form3::Kvff].Text = kvff;
+    User.Click(RunButton);
+    World.RunFor(10000);
+    User.Click(RunButton);
+    World.RunFor(3000);
+    const auto error = std::span(Trace.PErrTrace).subspan(60, 80);
+    const auto [least, most] = std::minmax_element(error.begin(), error.end());
+    return std::max(-*least, *most);
+  };
+  Window.Text5.Text = "0";
+  const float whole = lag("800", "0");
+  EXPECT_GT(whole, 20);
+  EXPECT_NEAR(lag("400", "0") / whole, 2, 0.2);
+  EXPECT_LT(lag("800", "1000"), whole / 5);
+}
 
 TEST_F(PositionTest, PositionSeriesShareAnAxisUntilTheNextCapture) {
   OpenShortTest();

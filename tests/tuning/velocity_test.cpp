@@ -41,7 +41,9 @@ TEST_F(VelocityTest, ATestFromTheOpeningToTheEndOfItsPlan) {
   EXPECT_TRUE(Link.LinkIdle);
 
   // No recording begins in the last 2500 ms.
+  const auto first = Window.Plot.Picture1.Revision;
   RunUntilIdle();
+  EXPECT_GE(Window.Plot.Picture1.Revision, first + 5);
   EXPECT_EQ(World.Log.Writes(20), std::vector<int>(5, 200));
   Texts tick = Summary(TakeFrames());
   tick.resize(4);
@@ -77,7 +79,7 @@ TEST_F(VelocityTest, ABadFieldIsCorrectedAndWaitsForStop) {
     std::size_t FramesBefore;
   } cases[] = {
       {W::TopSpeed, {"", "0", "-300", "abc", "49151.5", "1e999", "nan"}, "100", 1},
-      {W::Acceleration, {"", "62", "1e9"}, "10", 2},
+      {W::Acceleration, {"", "62.5", "1e9"}, "10", 2},
       {W::RunningTime, {"", "0", "2147483648", "1e999"}, "5000", 3},
       {W::Interval, {"", "-1", "32768"}, "50", 5},
       {W::RepeatTimes, {"0", "32767.5"}, "5", 6},
