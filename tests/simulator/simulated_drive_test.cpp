@@ -183,12 +183,12 @@ TEST(SimulatedDrive, EepromFileCarriesParametersAndErrorsToTheNextRun) {
     host.Write(Reg::StoreEeprom, 1);
     host.Write(Reg::Resistance, 1);
     host.Drive.RaiseError(DriveError::Limit);
-    host.Drive.RaiseError(DriveError::Brake);
-    host.Write(Reg::ErrorLog, 0);
   }
   DriveHost next({.EepromPath = path});
   EXPECT_EQ(next.Drive.Registers()[Reg::Resistance], 999);
   EXPECT_EQ(next.Drive.Errors().All()[0], 0x040);
+  next.Write(Reg::ErrorLog, 1);
+  EXPECT_EQ(SimulatedDrive({.EepromPath = path}).Errors().All()[0], 0) << "erased for good";
 
   std::ofstream(path, std::ios::app) << "noise";
   DriveHost corrupt({.EepromPath = path});
