@@ -124,6 +124,8 @@ TEST(UploadTrace, ReadsBlocksOfFiftyInOrder) {
     for (int i = 1; i <= words; ++i) samples.push_back(static_cast<float>(-i));
     samples.push_back(0);
     EXPECT_EQ(bench.Link.ReplyValues, samples);
+    const auto& frames = bench.World.Log.Frames();
+    EXPECT_EQ(frames[1].AtMs - frames[0].AtMs, 147) << "no wait behind a block's reply";
   }
 }
 

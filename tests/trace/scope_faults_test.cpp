@@ -113,11 +113,16 @@ TEST_F(ScopeFaultTest, ClosingWhileStartWritesEndsItInSilence) {
       SCOPED_TRACE(delayMs);
       OpenQuietly();
       if (silent) Device.Drive.Inject(sim::Fault::Silent);
+      std::size_t sent = 0;
       World.At(delayMs, [&] {
         User.Close(Window);
+        sent = World.Log.Frames().size();
         if (!silent) Open();
       });
       Click();
+      if (silent) {
+        EXPECT_LE(World.Log.Frames().size(), sent + 1) << "none is sent again";
+      }
       EXPECT_EQ(TakeMessages(), Texts{});
       if (Window.Loaded) {
         EXPECT_EQ(Window.Command1.Caption, "Start");
