@@ -104,6 +104,7 @@ TEST_F(WindowTest, AUserAndTheFocusTurnPages) {
   world.SetFocus(jog);
   driver.Settle();
   EXPECT_EQ(tabs.CurrentPage, 1);
+  ASSERT_TRUE(driver.IsShown("Form.Command2"));
   EXPECT_TRUE(driver.Find("Form.Command2")->hasFocus());
 }
 
