@@ -47,10 +47,8 @@ void MDIForm1::SetToolbarButtons(bool enabled) {
   for (ToolButton* button : ToolButtons) button->Enabled = enabled;
 }
 
-void MDIForm1::ShowFileInCaption(const std::string& path) {
-  const std::size_t separator = path.find_last_of("/\\");
-  Caption = std::string(MainTitle) + " - [" +
-            (separator == std::string::npos ? path : path.substr(separator + 1)) + "]";
+void MDIForm1::ShowFileInCaption(const std::string& fileName) {
+  Caption = std::string(MainTitle) + " - [" + fileName + "]";
 }
 
 void MDIForm1::ShowBaseCaption() { Caption = MainTitle; }

@@ -52,8 +52,8 @@ struct MDIForm1 : FrameWindow {
   void EnableToolbarButtons() { SetToolbarButtons(true); }
   void DisableToolbarButtons() { SetToolbarButtons(false); }
 
-  // Title bar: the base caption, or with the last path segment of the file in use.
-  void ShowFileInCaption(const std::string& path);
+  // Title bar: the base caption, or with the name of the file in use, without its folder.
+  void ShowFileInCaption(const std::string& fileName);
   void ShowBaseCaption();
 
   // `where` names an open port, line speed and device ("COM1 (/dev/ttyUSB0), 38400 baud, device
