@@ -69,6 +69,8 @@ TEST(NiceCurrentStep, TakesTheEntryBeforeTheOneThatFits) {
   EXPECT_EQ(NiceCurrentStep(trace, 1, 600, 800), 400);
   EXPECT_EQ(NiceCurrentStep(trace, 1, 0.2F, 800), 0.2F);  // 4000 times: 0.1 fits
   EXPECT_EQ(NiceCurrentStep(trace, 1, 0.19F, 800), 0);
+  EXPECT_FALSE(ZoomIn(trace, 3, 1, {.StartX = 40, .StartY = 0.19F, .EndX = 80, .EndY = 0}));
+  EXPECT_EQ(trace.TimeAxis(1), Triple(0, 0, 0)) << "the tables stay";
   trace.IStep[0] = 6000;
   EXPECT_EQ(NiceCurrentStep(trace, 1, 800, 800), 3000);  // the first entry has none before it
 }
