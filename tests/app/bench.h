@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "app/tool.h"
+#include "support/messages.h"
 #include "support/virtual_user.h"
 
 namespace gainsmith::test {
@@ -56,8 +57,5 @@ struct Bench {
   DriveDevice device;
   Tool tool;
 };
-
-inline constexpr const char* LostLink =
-    "Unable to communicate with the connected drive. Check your connection";
 
 }  // namespace gainsmith::test

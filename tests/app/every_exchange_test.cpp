@@ -12,36 +12,8 @@
 namespace gainsmith::test {
 namespace {
 
-// The simulated drive behind a hand that does something to it before one request.
-class StruckDevice : public SerialDevice {
- public:
-  using Blow = std::function<void(sim::SimulatedDrive&, std::int64_t nowUs)>;
-  explicit StruckDevice(Bench& bench) : bench_(bench) {}
-
-  // Counted from 1, from the log as it is now.
-  void StrikeAt(std::size_t request, Blow blow) {
-    before_ = bench_.world.Log.Frames().size() + request - 1;
-    blow_ = std::move(blow);
-  }
-  void Receive(std::uint8_t byte, std::int64_t nowUs) override {
-    if (blow_ && bench_.world.Log.Frames().size() == before_) {
-      std::exchange(blow_, nullptr)(bench_.device.Drive, nowUs);
-    }
-    bench_.device.Receive(byte, nowUs);
-  }
-  std::vector<std::uint8_t> Transmit(std::int64_t nowUs) override {
-    return bench_.device.Transmit(nowUs);
-  }
-
- private:
-  Bench& bench_;
-  std::size_t before_ = 0;
-  Blow blow_;
-};
-
 struct StruckBench : Bench {
   StruckBench() : Bench({}, Edition::ServiceBench) {
-    world.Devices[1] = &struck;
     Connect();
     TakeFrames();
   }
@@ -54,8 +26,6 @@ struct StruckBench : Bench {
     world.RunFor(500);
     if (!world.IsPortOpen()) Connect();
   }
-
-  StruckDevice struck{*this};
 };
 
 constexpr const char* NoDrive =
@@ -121,10 +91,12 @@ const Scene Scenes[] = {
      [](Tool& tool) -> Window& { return tool.form8; }},
 };
 
-const std::pair<const char*, StruckDevice::Blow> Blows[] = {
-    {"silent", [](auto& drive, auto) { drive.Inject(sim::Fault::Silent); }},
-    {"unplugged", [](auto& drive, auto) { drive.Inject(sim::Fault::HangUp); }},
-    {"power off and on", [](auto& drive, auto nowUs) { drive.Reset(nowUs); }},
+// What happens to the drive before one request.
+const std::pair<const char*, void (*)(Bench&)> Blows[] = {
+    {"silent", [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::Silent); }},
+    {"unplugged", [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::HangUp); }},
+    {"power off and on",
+     [](Bench& bench) { bench.device.Drive.Reset(bench.world.NowMs() * 1000); }},
 };
 
 TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
@@ -133,17 +105,21 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
     scene.Play(whole);
     const Bench::Texts frames = whole.TakeFrames();
     const Bench::Texts told = whole.TakeMessages();
-    Bench::Texts known{LostLink, NoDrive, "Fail in writing parameters to EEPROM !", "通讯故障！"};
+    Bench::Texts known{LostLinkText, NoDrive, "Fail in writing parameters to EEPROM !",
+                       "通讯故障！"};
     known.insert(known.end(), told.begin(), told.end());
     ASSERT_GT(frames.size(), 2U) << scene.Name;
-    for (std::size_t request = 1; request <= frames.size(); ++request) {
+    for (int request = 1; request <= static_cast<int>(frames.size()); ++request) {
       for (const auto& [name, blow] : Blows) {
         SCOPED_TRACE(std::string(scene.Name) + ", request " + std::to_string(request) + ", " +
                      name);
         StruckBench bench;
         Tool& tool = bench.tool;
         Window& window = scene.Stage(tool);
-        bench.struck.StrikeAt(request, blow);
+        const int struck = bench.device.Requests + request - 1;
+        bench.device.BeforeRequest = [&bench, struck, blow = blow](int number) {
+          if (number == struck) blow(bench);
+        };
         scene.Play(bench);
         if (window.Loaded) bench.user.Close(window);
         bench.world.RunFor(3000);
@@ -151,9 +127,7 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
         for (const std::string& text : bench.TakeMessages()) {
           EXPECT_GT(std::count(known.begin(), known.end(), text), 0) << text;
         }
-        EXPECT_FALSE(tool.waiting.Loaded);
-        EXPECT_FALSE(tool.shell.BulkTransferRunning);
-        EXPECT_EQ(bench.world.ScreenPointer, MousePointer::Default);
+        bench.ExpectAtRest();
 
         bench.ConnectAnew();
         EXPECT_EQ(tool.mdiForm1.lblConnection.Caption, "Connected");

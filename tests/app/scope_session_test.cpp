@@ -1,4 +1,4 @@
-// The scope in the whole tool: the ways to it, its command while it is open, the program's end.
+// The scope in the whole tool: its command while it is open, the program's end.
 #include <gtest/gtest.h>
 
 #include "bench.h"
@@ -11,7 +11,6 @@ using Texts = Bench::Texts;
 struct ScopeBench : Bench {
   ScopeBench() {
     Connect();
-    device.Drive.StartMotion(world.NowMs() * 1000);
     TakeFrames();
   }
   bool RunToRecording() {
@@ -24,35 +23,10 @@ struct ScopeBench : Bench {
   Link& link = tool.link;
 };
 
-TEST(ScopeSession, OpensByMenuAndToolBarAndGivesTheDriveBack) {
-  ScopeBench bench;
-  MDIForm1& main = bench.tool.mdiForm1;
-  for (int visit = 0; visit < 2; ++visit) {
-    if (visit == 0) {
-      bench.user.Click(main.mnuScope);
-    } else {
-      bench.user.Click(main[Tool1::Scope]);
-    }
-    EXPECT_EQ(bench.TakeFrames(), (Texts{"R 19", "W 17=145"}));
-    EXPECT_FALSE(bench.user.CanReach(main.MnuCurrentLoop));
-    bench.user.Choose(bench.scope.Combo1, 4);
-    bench.user.Click(bench.scope.Command1);
-    ASSERT_TRUE(bench.RunToRecording());
-    bench.user.Click(bench.scope.Command1);
-    bench.user.Click(bench.scope.Check2);
-    EXPECT_EQ(bench.scope.Plot.Label4[10].Caption, "200");
-    bench.user.Close(bench.scope);
-    EXPECT_FALSE(bench.scope.Loaded);
-    bench.TakeFrames();
-  }
-  bench.user.Click(main.mnuPositionLoop);
-  EXPECT_TRUE(bench.tool.form3.Visible);
-  EXPECT_EQ(bench.TakeMessages(), Texts{});
-}
-
 TEST(ScopeSession, ItsCommandTurnsTheCycleOnAndOff) {
   ScopeBench bench;
-  bench.user.Click(bench.tool.mdiForm1.mnuScope);
+  bench.user.Click(bench.tool.mdiForm1[Tool1::Scope]);
+  EXPECT_EQ(bench.TakeFrames(), (Texts{"R 19", "W 17=145"}));
   Timer& cycle = bench.scope.Timer1;
   bench.tool.commands.mnuScope_Click();
   EXPECT_TRUE(cycle.Enabled());
@@ -87,6 +61,8 @@ TEST(ScopeSession, ItsCommandTurnsTheCycleOnAndOff) {
   EXPECT_EQ(bench.TakeFrames(), (Texts{"W 20=200"}));
   EXPECT_FALSE(cycle.Enabled());
   bench.user.Close(bench.scope);
+  bench.user.Click(bench.tool.mdiForm1.mnuPositionLoop);
+  EXPECT_TRUE(bench.tool.form3.Visible);
   EXPECT_EQ(bench.TakeMessages(), Texts{});
 }
 

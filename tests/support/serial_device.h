@@ -28,10 +28,22 @@ class SerialDevice {
 class DriveDevice : public SerialDevice {
  public:
   explicit DriveDevice(sim::DriveOptions options = {}) : Drive(std::move(options)) {}
-  void Receive(std::uint8_t byte, std::int64_t nowUs) override { Drive.Receive(byte, nowUs); }
+  void Receive(std::uint8_t byte, std::int64_t nowUs) override {
+    if (bytes_++ % 8 == 0) {
+      const int number = Requests++;
+      if (BeforeRequest) BeforeRequest(number);
+    }
+    Drive.Receive(byte, nowUs);
+  }
   std::vector<std::uint8_t> Transmit(std::int64_t nowUs) override { return Drive.Transmit(nowUs); }
 
   sim::SimulatedDrive Drive;
+  // Called with the number of each request (from 0) before its first byte reaches the drive.
+  std::function<void(int)> BeforeRequest;
+  int Requests = 0;
+
+ private:
+  int bytes_ = 0;
 };
 
 // A device that gives to every whole request what a function says, at a time of its choosing.

@@ -39,27 +39,6 @@ inline std::vector<std::string> Summary(const std::vector<std::string>& frames) 
   return summary;
 }
 
-// The simulated drive with a hook in front of it. For frames that are not broken off.
-class TappedDrive : public DriveDevice {
- public:
-  using DriveDevice::DriveDevice;
-
-  // Called with the number of each request (from 0) before its first byte reaches the drive.
-  std::function<void(int)> BeforeRequest;
-  int Requests = 0;
-
-  void Receive(std::uint8_t byte, std::int64_t nowUs) override {
-    if (bytes_++ % 8 == 0) {
-      const int number = Requests++;
-      if (BeforeRequest) BeforeRequest(number);
-    }
-    DriveDevice::Receive(byte, nowUs);
-  }
-
- private:
-  int bytes_ = 0;
-};
-
 struct TuningBench {
   explicit TuningBench(const sim::DriveOptions& options = {}) : Device(options) { Plug(Device); }
   TuningBench(const TuningBench&) = delete;
@@ -94,7 +73,7 @@ struct TuningBench {
     return texts;
   }
 
-  TappedDrive Device;
+  DriveDevice Device;
   VirtualWorld World;
   VirtualUser User{World};
   gainsmith::Link Link{World};
