@@ -70,10 +70,8 @@ struct ScopeTest : ::testing::Test, TuningBench {
   void ExpectClosed() {
     EXPECT_FALSE(Window.Loaded);
     EXPECT_TRUE(Link.LinkIdle);
-    EXPECT_FALSE(Shell.ChildWindowOpen);
-    EXPECT_FALSE(Shell[OpenMark::Scope]);
-    EXPECT_FALSE(Window.Timer1.Enabled());
-    EXPECT_FALSE(Window.err.Enabled());
+    EXPECT_FALSE(Shell.ChildWindowOpen || Shell[OpenMark::Scope]);
+    EXPECT_FALSE(Window.Timer1.Enabled() || Window.err.Enabled());
   }
 };
 

@@ -32,15 +32,12 @@ TEST_F(ScopeTest, EveryVisitReadsTheEncoderChoosesTheChannelsAndStartsAnew) {
   EXPECT_EQ(Trace.EncoderCounts, 40000);
   EXPECT_EQ(Params[Slot::EncoderCounts], 40000);
   EXPECT_EQ(Trace.VBakTrace, TraceArray{});
-  EXPECT_EQ(std::pair(Window.LeftTwips, Window.TopTwips), std::pair(3000, 2000));
-  EXPECT_TRUE(Link.LinkIdle);
-  EXPECT_TRUE(Shell.ChildWindowOpen && Shell[OpenMark::Scope]);
-  EXPECT_FALSE(Window.Plot.FrequencyMode || Window.Plot.CaptureHaveData || Window.StopRequested);
+  EXPECT_TRUE(Link.LinkIdle && Shell.ChildWindowOpen && Shell[OpenMark::Scope]);
+  EXPECT_FALSE(Window.Plot.FrequencyMode || Window.Plot.CaptureHaveData);
   EXPECT_TRUE(Window.Plot.Label5[0].Visible && Window.Plot.Picture1.Lines.empty());
   EXPECT_TRUE(Window.Check1[Form5::Velocity].Ticked && Window.Command1.Enabled);
   EXPECT_FALSE(Window.Check2.Ticked || Window.Check2.Enabled || Window.Timer1.Enabled());
   EXPECT_EQ(Window.Combo1.Text, "2000ms");
-  EXPECT_EQ(Window.Combo1.Items.size(), 15U);
   EXPECT_EQ(Window.Combo1.Items[At1200Ms], (ListItem{"1200ms", 12, ""}));
   ExpectSetupEnabled(true);
 }
@@ -70,7 +67,6 @@ TEST_F(ScopeTest, StartThenCycleAfterCycleThenStop) {
   Click();
   ExpectStopped();
   ExpectQuiet();
-  EXPECT_EQ(Window.Plot.Picture1.Lines.size(), 3U * 199);
 }
 
 TEST_F(ScopeTest, StopEndsARunAtItsNextTestAndDropsWhatItHasRead) {
@@ -84,13 +80,10 @@ TEST_F(ScopeTest, StopEndsARunAtItsNextTestAndDropsWhatItHasRead) {
   } cases[] = {
       {"while Start writes", 0, 0, {}},
       {"while arming", 1, 0, {"W 20=200"}},
-      {"while arming settles", 1, 130, {"W 20=200"}},
-      {"in the first poll", 2, 0, {"W 20=200", "R 28"}},
       {"while the first poll settles", 2, 130, {"W 20=200", "R 28"}},
       {"in the fifth poll", 6, 0, {"W 20=200", "R 28", "R 28", "R 28", "R 28", "R 28"}},
       {"in the first block", -12, 0, OneCycle},
-      {"in the last block", -1, 0, OneCycle},
-      {"in the wait after it", -1, 170, OneCycle},
+      {"in the wait after the last", -1, 170, OneCycle},
   };
   TurnMotor();
   OpenQuietly();
@@ -143,17 +136,12 @@ TEST_F(ScopeTest, AStartInsideACycleOvertakesIt) {
   EXPECT_EQ(TakeMessages(), Texts{});
 }
 
-// The failure timer starts the cycle, as the main window's command does.
 TEST_F(ScopeTest, NoCycleBeginsBeforeTheTraceTimeIsWritten) {
   OpenQuietly();
-  Window.err.Start();
-  World.RunFor(1020);
-  EXPECT_TRUE(Window.Timer1.Enabled());
-  EXPECT_FALSE(Window.err.Enabled());
+  Window.Timer1.Start();  // as the main window's command does
   Click();
   ASSERT_TRUE(RunToRecording());
   EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 26=20", "W 20=200", "R 28", "upload 12"}));
-  EXPECT_EQ(TakeMessages(), Texts{});
 }
 
 TEST_F(ScopeTest, ClosesOnlyBetweenCycles) {
@@ -162,18 +150,15 @@ TEST_F(ScopeTest, ClosesOnlyBetweenCycles) {
   Click();
   AtRequest(3, [&] { User.Close(Window); });
   ASSERT_TRUE(RunToRecording());
-  EXPECT_TRUE(Window.Visible);
-  ASSERT_EQ(World.Messages.size(), 1U);
-  EXPECT_EQ(World.Messages[0].Icon, MessageIcon::Critical);
   EXPECT_EQ(TakeMessages(),
             (Texts{"Please click the Stop button first before you can close this screen"}));
 
   AtRequest(5, [&] {
     Click();
     User.Close(Window);  // the cycle still runs, and has been told to stop
-    EXPECT_TRUE(Window.Visible);
   });
   World.RunFor(5000);
+  EXPECT_TRUE(Window.Visible);
   ExpectStopped();
 
   Click();
@@ -192,11 +177,10 @@ TEST_F(ScopeTest, ChannelsAreChosenWhileStoppedAndDropTheZoom) {
   Record(At500Ms);
   User.Drag(Window.Plot.Picture1, 20, 300, 100, -300);
   ASSERT_EQ(Window.Plot.ZoomLevel, 1);
-  const std::pair<Form5::Channel, Signal> channels[] = {{Form5::Velocity, Signal::VBak},
-                                                        {Form5::PositionError, Signal::PErr},
-                                                        {Form5::Current, Signal::IBak}};
   std::size_t left = 3;
-  for (const auto& [channel, shown] : channels) {
+  for (const auto& [channel, shown] : {std::pair{Form5::Velocity, Signal::VBak},
+                                       {Form5::PositionError, Signal::PErr},
+                                       {Form5::Current, Signal::IBak}}) {
     User.Click(Window.Check1[channel]);
     EXPECT_FALSE(Trace.Show(shown));
     EXPECT_EQ(Window.Plot.ZoomLevel, 0);
