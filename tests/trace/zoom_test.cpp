@@ -38,14 +38,11 @@ TEST(NiceTimeStep, TakesTheEntryBeforeTheOneThatFits) {
     float Left, Width;
     Triple View;
   } cases[] = {
-      {20, 10, 40, {10, 50, 50}},    // exact equality: still the entry before
-      {20, 10, 41, {10, 50, 50}},    // between two entries
-      {20, 149, 40, {149, 50, 50}},  // ends on sample 199
+      {20, 149, 40, {149, 50, 50}},  // exact equality: the entry before; ends on sample 199
       {20, 150, 40, {0, 199, 200}},  // would end on 200: keeps the time axis below
       {20, 0, 200, {0, 199, 200}},   // first entry stands for itself, and runs past the end
       {25, 10, 40, {10, 48, 60}},    // 0.8 samples per ms, exact equality
       {3, 10, 40, {10, 40, 6}},      // 40 / 6 is less than 6.66667
-      {30, 10, 5, {10, 5, 8}},       // 5 / 8 is less than 0.66667
       {1, 10, 5, {10, 20, 1}},
   };
   for (const auto& c : cases) {
@@ -65,7 +62,6 @@ TEST(NiceTimeStep, TakesTheEntryBeforeTheOneThatFits) {
 TEST(NiceCurrentStep, TakesTheEntryBeforeTheOneThatFits) {
   Captured trace;
   EXPECT_EQ(NiceCurrentStep(trace, 1, 400, 800), 250);  // 200 fits exactly
-  EXPECT_EQ(NiceCurrentStep(trace, 1, 401, 800), 250);
   EXPECT_EQ(NiceCurrentStep(trace, 1, 600, 800), 400);
   EXPECT_EQ(NiceCurrentStep(trace, 1, 0.2F, 800), 0.2F);  // 4000 times: 0.1 fits
   EXPECT_EQ(NiceCurrentStep(trace, 1, 0.19F, 800), 0);
