@@ -53,24 +53,21 @@ TEST(PlotGain, CarriesSevenDecimalsAndReplacesZerosAtTheCaller) {
 TEST(PositionReference, FollowsTheGenerator) {
   const struct {
     const char* Name;
-    float Accel, Speed, DistHigh, DistLow, Dwell, Divider;
+    // Acceleration, speed, both words of the distance, pause; and the ticks of a sample.
+    std::tuple<float, float, float, float, float, float> Profile;
     std::vector<std::pair<std::size_t, float>> Samples;
   } cases[] = {
-      {"default", 20, 1000, 0, 40000, 200, 20, {{6, 41.9999962F}, {8, 355}, {198, 38355}}},
-      {"the way back", 20, 1000, 0, 40000, 200, 30, {{150, 39245}, {187, 28145}, {198, 24845}}},
+      {"default", {20, 1000, 0, 40000, 200, 20}, {{6, 41.9999962F}, {8, 355}, {198, 38355}}},
+      {"the way back", {20, 1000, 0, 40000, 200, 30}, {{150, 39245}, {187, 28145}, {198, 24845}}},
       // It cannot reach its speed, and begins again after the pause.
-      {"too short", 100, 1000, 0, 100, 4, 1, {{20, 90}, {60, 28}, {106, 15}, {150, 1}, {199, 3}}},
-      {"modulo 2^24", 20, 60000, 256, 1000, 10, 5, {{60, 3.79999089F}, {198, 844.200012F}}},
+      {"too short", {100, 1000, 0, 100, 4, 1}, {{20, 90}, {60, 28}, {106, 15}, {150, 1}, {199, 3}}},
+      {"modulo 2^24", {20, 60000, 256, 1000, 10, 5}, {{60, 3.79999089F}, {198, 844.200012F}}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.Name);
     TraceState trace;
-    trace.ProfileAccel = c.Accel;
-    trace.ProfileSpeed = c.Speed;
-    trace.ProfileDistHigh = c.DistHigh;
-    trace.ProfileDistLow = c.DistLow;
-    trace.ProfileDwell = c.Dwell;
-    trace.SampleDivider = c.Divider;
+    std::tie(trace.ProfileAccel, trace.ProfileSpeed, trace.ProfileDistHigh, trace.ProfileDistLow,
+             trace.ProfileDwell, trace.SampleDivider) = c.Profile;
     trace.PErrTrace.fill(8);
     trace.PRefTrace.fill(99);
     RegeneratePositionReference(trace);
@@ -79,7 +76,7 @@ TEST(PositionReference, FollowsTheGenerator) {
       EXPECT_EQ(trace.PRefTrace[sample], value) << sample;
     EXPECT_EQ(trace.PBakTrace[10], trace.PRefTrace[10] - 8);
     // Above one tick a sample the last entry is never reached.
-    if (c.Divider == 1) continue;
+    if (trace.SampleDivider == 1) continue;
     EXPECT_EQ(std::pair(trace.PRefTrace[199], trace.PBakTrace[199]), std::pair(0.F, 0.F));
   }
 }
