@@ -1,10 +1,8 @@
-// The bench of these tests: the properties window over a simulated drive whose frames can be
-// stopped on their way.
+// The bench of these tests: the properties window over a simulated drive.
 #pragma once
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <initializer_list>
 #include <map>
 #include <string>
@@ -19,30 +17,8 @@ namespace gainsmith::test {
 
 using Texts = std::vector<std::string>;
 
-// Hands whole frames on to the drive, but for those that are stopped.
-class Gate : public SerialDevice {
- public:
-  explicit Gate(DriveDevice& drive) : drive_(drive) {}
-
-  std::function<bool(const LoggedFrame&)> Stops;
-
-  void Receive(std::uint8_t byte, std::int64_t nowUs) override {
-    frame_.Bytes.push_back(byte);
-    if (frame_.Bytes.size() < 8) return;
-    const LoggedFrame frame = std::exchange(frame_, {});
-    if (Stops && Stops(frame)) return;
-    for (const std::uint8_t each : frame.Bytes) drive_.Receive(each, nowUs);
-  }
-  std::vector<std::uint8_t> Transmit(std::int64_t nowUs) override { return drive_.Transmit(nowUs); }
-
- private:
-  DriveDevice& drive_;
-  LoggedFrame frame_;
-};
-
 struct PropertiesBench {
   DriveDevice Device;
-  Gate Line{Device};
   VirtualWorld World;
   Link TheLink{World};
   ParameterStore Values;
@@ -53,7 +29,7 @@ struct PropertiesBench {
   std::map<std::string, Control*> Fields;
 
   PropertiesBench() {
-    World.Devices[1] = &Line;
+    World.Devices[1] = &Device;
     World.OpenPort(1, TheLink.SerialSettings);
     Main.EnableDriveMenus();
     Main.EnableToolbarButtons();
@@ -74,14 +50,15 @@ struct PropertiesBench {
     World.ShowModal(Window);
     World.Log.Clear();
   }
-  TextBox& Field(const std::string& name) { return static_cast<TextBox&>(*Fields.at(name)); }
   // The text of a field or a list, by the control's name.
   std::string& Text(const std::string& name) {
     Control* control = Fields.at(name);
     return control->Kind == ControlKind::ComboBox ? static_cast<ComboBox*>(control)->Text
-                                                  : Field(name).Text;
+                                                  : static_cast<TextBox*>(control)->Text;
   }
-  void Enter(const std::string& name) { Field(name).OnKeyPress(KeyEnter); }
+  void Enter(const std::string& name) {
+    static_cast<TextBox*>(Fields.at(name))->OnKeyPress(KeyEnter);
+  }
   // Frames sent since the last call: "W 245=600, W 246=300".
   std::string TakeFrames() {
     std::string line;
