@@ -55,6 +55,7 @@ TEST(PropertiesCommits, EnterWritesTheFieldOrZeroInItsPlace) {
 TEST(PropertiesCommits, ChoicesAndClicksWriteAtOnce) {
   PropertiesBench bench;
   bench.Open();
+  bench.TheLink.WriteFailed = true;  // of an earlier download
   sysConfigFrm& w = bench.Window;
   w.Combo1.Choose(3);
   w.Combo1.OnClick();
@@ -65,6 +66,7 @@ TEST(PropertiesCommits, ChoicesAndClicksWriteAtOnce) {
   w.Check1[1].Ticked = true;
   w.Check1[1].OnClick();
   EXPECT_EQ(bench.TakeFrames(), "W 252=1500, W 51=6, W 254=1, W 55=0, W 58=1");
+  EXPECT_TRUE(bench.World.Messages.empty());
   EXPECT_EQ(bench.Values[Slot::RatedPower], 1500);
   EXPECT_EQ(bench.Values[Slot::InputSmoothing], 6);
   EXPECT_EQ(bench.Values[Slot::AnalogReverse], 0) << "the boxes' slots keep what was read";
