@@ -9,10 +9,12 @@
 namespace gainsmith::test {
 
 struct VelocityBench : TuningBench {
-  using TuningBench::TuningBench;
-
   static constexpr int CommandRegister = 35;
   static constexpr int LoadRequests = 4;
+  // The one of a Start that carries the run command, from 1.
+  static constexpr int RunRequest = 11;
+  // Until then a test with the fields as they come may be left by closing.
+  static constexpr int ClosableMs = 1990;
   static constexpr OpenMark Mark = OpenMark::VelocityLoop;
   velocityModeTune Window{World, Link, Params, Shell, Trace};
   Button& RunButton = Window.Command1;
@@ -30,10 +32,10 @@ struct VelocityBench : TuningBench {
 };
 
 struct PositionBench : TuningBench {
-  using TuningBench::TuningBench;
-
   static constexpr int CommandRegister = 9;
   static constexpr int LoadRequests = 15;
+  static constexpr int RunRequest = 12;
+  static constexpr int ClosableMs = 150;
   static constexpr OpenMark Mark = OpenMark::PositionLoop;
   Form3 Window{World, Link, Params, Shell, Trace, Progress};
   Button& RunButton = Window.Command1[Form3::MainStart];

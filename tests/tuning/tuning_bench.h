@@ -40,9 +40,7 @@ inline std::vector<std::string> Summary(const std::vector<std::string>& frames) 
 }
 
 struct TuningBench {
-  explicit TuningBench(const sim::DriveOptions& options = {}) : Device(options) { Plug(Device); }
-  TuningBench(const TuningBench&) = delete;
-  TuningBench& operator=(const TuningBench&) = delete;
+  TuningBench() { Plug(Device); }
 
   using Texts = std::vector<std::string>;
 
@@ -60,18 +58,12 @@ struct TuningBench {
   }
   // Frames sent since the last call; of more than `atMost`, the first.
   Texts TakeFrames(std::size_t atMost = SIZE_MAX) {
-    Texts frames = World.Log.Texts();
-    World.Log.Clear();
+    Texts frames = World.TakeFrames();
     if (frames.size() > atMost) frames.resize(atMost);
     return frames;
   }
   // Texts of the messages shown since the last call.
-  Texts TakeMessages() {
-    Texts texts;
-    for (const Message& message : World.Messages) texts.push_back(message.Text);
-    World.Messages.clear();
-    return texts;
-  }
+  Texts TakeMessages() { return World.TakeMessages(); }
 
   DriveDevice Device;
   VirtualWorld World;
