@@ -73,21 +73,15 @@ TEST_F(TimerTest, StoppedAndStartedAgainInItsTickItGoesOn) {
   EXPECT_EQ(ticks, 3);
 }
 
-// A wait ends promptly and uses next to no processor time. The limits are wide: other programs run
-// on the machine.
-TEST_F(TimerTest, WaitsEndPromptlyAndSleep) {
+TEST_F(TimerTest, WaitsUseNextToNoProcessorTime) {
   Show();
   const std::clock_t busyBefore = std::clock();
-  const std::int64_t startMs = world.NowMs();
-  constexpr int Rounds = 50;
-  for (int round = 0; round < Rounds; ++round) {
+  for (int round = 0; round < 50; ++round) {
     WaitMs(1);
     WaitMs(19);
   }
-  constexpr int TotalMs = Rounds * (2 + 20);
-  EXPECT_LE(world.NowMs() - startMs, TotalMs * 5 / 4);
   const double busyMs = 1000.0 * static_cast<double>(std::clock() - busyBefore) / CLOCKS_PER_SEC;
-  EXPECT_LT(busyMs, TotalMs / 10);
+  EXPECT_LT(busyMs, 100) << "of more than a second";
 }
 
 }  // namespace
