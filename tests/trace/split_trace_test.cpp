@@ -15,11 +15,11 @@ namespace gainsmith::test {
 namespace {
 
 TEST(AutoRange, GoesUpToTheNextStepAboveThePeakAndTenPercent) {
-  // A small negative peak carries its sign into the rounding: "0" (not "-0"), "-5".
+  // A small negative peak carries its sign into the rounding: "0" (not "-0"), "-1", "-5", "-9".
   const std::pair<float, float> cases[] = {
-      {0, 5},        {4, 5},       {5, 10},      {9, 50},          {42.7F, 50},
-      {136.4F, 200}, {1363, 1500}, {1400, 1550}, {1820, 2050},     {-1000, 1150},
-      {-44, 50},     {-45, 100},   {-0.3F, 5},   {1e7F, 11000050}, {-4.6F, 60}};
+      {0, 5},       {4, 5},           {5, 10},      {9, 50},       {42.7F, 50}, {136.4F, 200},
+      {1363, 1500}, {1400, 1550},     {1820, 2050}, {-1000, 1150}, {-44, 50},   {-45, 100},
+      {-0.3F, 5},   {1e7F, 11000050}, {-0.9F, 52},  {-4.6F, 60},   {-8.2F, 68}};
   for (const auto& [peak, bound] : cases) {
     // A channel that swings between its peak and 0.
     const float values[] = {0, peak, 0};
@@ -34,8 +34,9 @@ TEST(AutoRange, GoesUpToTheNextStepAboveThePeakAndTenPercent) {
 
 TEST(NiceDivision, TakesTheStepAboveATenth) {
   const std::pair<float, float> cases[] = {
-      {0, 0.1F},   {0.9F, 0.1F}, {1, 0.2F},   {5, 1},      {50, 10},      {500, 80},
-      {1550, 200}, {2050, 250},  {2500, 400}, {7000, 800}, {29999, 3000}, {30050, 3005},
+      {0, 0.1F},    {0.9F, 0.1F},  {1, 0.2F},     {5, 1},        {50, 10},
+      {500, 80},    {1550, 200},   {2050, 250},   {2500, 400},   {7000, 800},
+      {8000, 1000}, {10000, 1200}, {29999, 3000}, {30050, 3005},
   };
   for (const auto& [x, step] : cases) EXPECT_EQ(NiceDivision(x), step) << x;
 }
