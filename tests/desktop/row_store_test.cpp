@@ -10,6 +10,8 @@ namespace gainsmith::test {
 namespace {
 
 constexpr const char* Table = "QMX4400";
+constexpr const char* Spoil =
+    "CREATE TRIGGER no BEFORE INSERT ON QMX4400 BEGIN SELECT RAISE(ABORT, 'full'); END";
 
 struct RowStoreTest : Desk {
   // What another program does with a store file, and the first value of its answer.
@@ -53,24 +55,16 @@ TEST_F(RowStoreTest, FilesThatCannotServeAreLeftAloneAndMemoryServes) {
   ASSERT_TRUE(world.WriteFile(Path("garbage"), garbage));
   RunElsewhere(Path("foreign"), "CREATE TABLE QMX4400 (other TEXT)");
   const auto foreign = world.ReadFile(Path("foreign"));
-  for (const std::string name : {"garbage", "foreign", "no/such/directory", "."}) {
+  for (const std::string name : {"garbage", "foreign", "no/such/directory", ".", "spoiled"}) {
     const auto store = world.OpenRows(Path(name), Table);
     store->Append(SomeRows());
-    store->DeleteLast(1);
+    if (name == "spoiled") RunElsewhere(Path(name), Spoil);
+    store->Append({{"More", 2, ""}});
+    store->DeleteLast(2);
     EXPECT_EQ(store->Rows().size(), 2U) << name;
   }
   EXPECT_EQ(world.ReadFile(Path("garbage")), garbage);
   EXPECT_EQ(world.ReadFile(Path("foreign")), foreign);
-}
-
-TEST_F(RowStoreTest, AStoreSpoiledWhileOpenGoesOnInMemory) {
-  const auto store = world.OpenRows(path, Table);
-  store->Append(SomeRows());
-  RunElsewhere(path,
-               "CREATE TRIGGER no BEFORE INSERT ON QMX4400 BEGIN SELECT RAISE(ABORT, 'full'); END");
-  store->Append({{"More", 2, ""}});
-  ASSERT_EQ(store->Rows().size(), 4U);
-  EXPECT_EQ(store->Rows()[3].Parameter, "More");
 }
 
 TEST_F(RowStoreTest, FilesAreReadAndWrittenWhole) {
@@ -80,7 +74,6 @@ TEST_F(RowStoreTest, FilesAreReadAndWrittenWhole) {
   EXPECT_EQ(world.ReadFile(Path("f")), bytes);
   EXPECT_EQ(world.ReadFile(Path("missing")), std::nullopt);
   EXPECT_EQ(world.ReadFile(Path(".")), std::nullopt);
-  EXPECT_FALSE(world.FileExists(Path(".")));
   EXPECT_FALSE(world.WriteFile(Path("no/such/place"), bytes));
   ASSERT_EQ(mkfifo(Path("fifo").c_str(), 0600), 0);
   EXPECT_FALSE(world.WriteFile(Path("fifo"), bytes));
