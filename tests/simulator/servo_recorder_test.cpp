@@ -37,12 +37,11 @@ TEST(ServoRecorder, ErrorPlusFeedbackIsTheReference) {
   const Move moves[] = {
       {.Repeats = 9},
       {.Rpm = 333, .TurnsPerS2 = 70, .Pulses = 12345, .IntervalMs = 37, .Repeats = 9},
-      {.Rpm = 3000, .TurnsPerS2 = 1000, .Pulses = 200'000, .IntervalMs = 0, .Repeats = 9},
       // Too short to reach its speed.
       {.Rpm = 1000, .TurnsPerS2 = 50, .Pulses = 4001, .IntervalMs = 5, .Repeats = 9},
   };
   for (const Move& move : moves) {
-    for (const int divider : {1, 2, 10, 20, 30}) {
+    for (const int divider : {1, 2, 20}) {
       SCOPED_TRACE(testing::Message() << move.Pulses << " pulses, divider " << divider);
       ServoBench bench;
       bench.Write(Reg::Kvff, 500);
@@ -67,24 +66,15 @@ TEST(ServoRecorder, ArmedInMidTestCatchesTheNextMove) {
   ExpectRecordingFitsReference(bench);
 }
 
-TEST(ServoRecorder, WaitsForNoMoveThatDoesNotComeOrIsTooFarAway) {
-  const struct {
-    const char* Name;
-    Move Tested;
-    int Divider;
-    double RecordedAfterMs;
-  } cases[] = {{"last move", {.Repeats = 1}, 10, 1000},
-               {"minutes", {.Pulses = 4'000'000, .Repeats = 2}, 1, 14 * 100 + 1200 + 100}};
-  for (const auto& test : cases) {
-    ServoBench bench;
-    bench.RunPositionTest(test.Tested, test.Divider);
-    bench.Arm(test.Divider);
-    bench.PassMs(test.RecordedAfterMs - 2);
-    EXPECT_FALSE(bench.Recorded()) << test.Name;
-    bench.PassMs(4);
-    EXPECT_TRUE(bench.Recorded()) << test.Name;
-    EXPECT_NEAR(MeanOf(Part(bench.VelocityRpm(), 0, 50)), 300, 2) << test.Name;
-  }
+TEST(ServoRecorder, WaitsForNoMoveThatDoesNotCome) {
+  ServoBench bench;
+  bench.RunPositionTest({}, 10);
+  bench.Arm(10);
+  bench.PassMs(998);
+  EXPECT_FALSE(bench.Recorded());
+  bench.PassMs(4);
+  EXPECT_TRUE(bench.Recorded());
+  EXPECT_NEAR(MeanOf(Part(bench.VelocityRpm(), 0, 50)), 300, 2);
 
   ServoBench stopped;
   stopped.RunPositionTest({.Repeats = 2}, 20);

@@ -35,17 +35,8 @@ bool VirtualUser::CanReach(const MenuItem& item) const {
   return item.Visible && item.Enabled && world_.ModalWindow() == nullptr && !world_.Ended();
 }
 
-void VirtualUser::MustReach(Control& control) {
+void VirtualUser::MustReach(const Control& control) const {
   if (!CanReach(control)) ADD_FAILURE() << control.Name << " is out of the user's reach";
-  TurnPageTo(control);
-}
-
-void VirtualUser::TurnPageTo(Control& control) {
-  for (Control* c = &control; c->Container != nullptr; c = c->Container) {
-    if (c->Container->Kind == ControlKind::Tabs) {
-      static_cast<Tabs*>(c->Container)->CurrentPage = c->Page;
-    }
-  }
 }
 
 bool VirtualUser::TryClick(Button& button) {

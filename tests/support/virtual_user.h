@@ -13,7 +13,7 @@ class VirtualUser {
   explicit VirtualUser(VirtualWorld& world) : world_(world) {}
 
   // Whether the user could act on it now. A control on another page of its tabs counts as within
-  // reach: the actions turn the page.
+  // reach.
   bool CanReach(const Control& control) const;
   bool CanReach(const Window& window) const;
   bool CanReach(const MenuItem& item) const;
@@ -43,8 +43,7 @@ class VirtualUser {
 
  private:
   Window* WindowOf(const Control& control) const;
-  void MustReach(Control& control);
-  void TurnPageTo(Control& control);
+  void MustReach(const Control& control) const;
 
   VirtualWorld& world_;
 };

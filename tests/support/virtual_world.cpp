@@ -7,6 +7,15 @@
 namespace gainsmith::test {
 namespace {
 
+// What the test has laid out next.
+template <typename T>
+T Next(std::deque<T>& script, const T& otherwise) {
+  if (script.empty()) return otherwise;
+  const T first = std::move(script.front());
+  script.pop_front();
+  return first;
+}
+
 class MemoryRows : public RowStore {
  public:
   explicit MemoryRows(std::vector<StoredRow>& rows) : rows_(rows) {}
@@ -97,6 +106,10 @@ std::string VirtualWorld::DescribePort(int portNumber) {
   return Devices.contains(portNumber) ? "simulated drive" : "";
 }
 
+std::optional<Colour> VirtualWorld::AskColour(Colour) {
+  return Next(ChosenColours, std::optional<Colour>());
+}
+
 Timer* VirtualWorld::NextTimer() {
   Timer* next = nullptr;
   for (Window* window : LoadedWindows()) {
@@ -150,25 +163,12 @@ MessageAnswer VirtualWorld::ShowMessage(const Message& message) {
   if (Ended()) return message.Default;
   Messages.push_back(message);
   if (OnMessage) OnMessage(message);
-  if (Answers.empty()) return message.Default;
-  const MessageAnswer answer = Answers.front();
-  Answers.pop_front();
-  return answer;
+  return Next(Answers, message.Default);
 }
 
 ChosenFile VirtualWorld::AskFile(const std::string& filter) {
   FileDialogs.push_back(filter);
-  if (ChosenFiles.empty()) return {};
-  const ChosenFile file = ChosenFiles.front();
-  ChosenFiles.pop_front();
-  return file;
-}
-
-std::optional<Colour> VirtualWorld::AskColour(Colour) {
-  if (ChosenColours.empty()) return std::nullopt;
-  const std::optional<Colour> colour = ChosenColours.front();
-  ChosenColours.pop_front();
-  return colour;
+  return Next(ChosenFiles, ChosenFile());
 }
 
 std::optional<std::string> VirtualWorld::ReadFile(const std::string& path) {
