@@ -12,10 +12,6 @@ namespace {
 // What an exchange that reads one register takes.
 constexpr int ReadMs = 171;
 
-const std::string UpToSwitches =
-    "R 252, R 247, R 248, R 249, R 250, R 251, R 34, R 14, R 15, R 18, R 19, R 56, R 255, R 56, "
-    "R 40, R 41, R 39, R 51, ";
-
 TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
   PropertiesBench bench;
   bench.Set({{252, 750}, {247, 254}, {248, 260}, {249, 7}, {250, 1234}, {251, 13}, {34, 3}});
@@ -23,7 +19,9 @@ TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
   bench.Set({{55, 1}, {58, 5}});
   bench.World.ShowModal(bench.Window);
   // A box that the load ticks writes back at once.
-  EXPECT_EQ(bench.TakeFrames(), UpToSwitches + "R 55, W 55=1, R 58, W 58=1, R 245, R 246");
+  EXPECT_EQ(bench.TakeFrames(),
+            "R 252, R 247, R 248, R 249, R 250, R 251, R 34, R 14, R 15, R 18, R 19, R 56, R 255, "
+            "R 56, R 40, R 41, R 39, R 51, R 55, W 55=1, R 58, W 58=1, R 245, R 246");
 
   const struct {
     const char* Field;
@@ -63,10 +61,8 @@ TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
   EXPECT_EQ(w.cboMotorPolePair.ListIndex, -1) << "not in the list";
 
   bench.User.Click(bench.Window.Command2);
-  bench.Set({{252, 500}, {51, 8}, {34, 4}, {55, 0}});
-  bench.World.ShowModal(bench.Window);
-  EXPECT_EQ(bench.TakeFrames(), UpToSwitches + "R 55, R 58, W 58=1, R 245, R 246");
-  EXPECT_FALSE(w.Check1[0].Ticked);
+  bench.Set({{34, 4}});
+  bench.Open();
   EXPECT_EQ(w.cboMotorPolePair.ListIndex, 1);
 }
 
