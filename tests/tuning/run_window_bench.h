@@ -10,7 +10,6 @@ namespace gainsmith::test {
 
 struct VelocityBench : TuningBench {
   static constexpr int CommandRegister = 35;
-  static constexpr int LoadRequests = 4;
   // The one of a Start that carries the run command, from 1.
   static constexpr int RunRequest = 11;
   // Until then a test with the fields as they come may be left by closing.
@@ -33,7 +32,6 @@ struct VelocityBench : TuningBench {
 
 struct PositionBench : TuningBench {
   static constexpr int CommandRegister = 9;
-  static constexpr int LoadRequests = 15;
   static constexpr int RunRequest = 12;
   static constexpr int ClosableMs = 150;
   static constexpr OpenMark Mark = OpenMark::PositionLoop;

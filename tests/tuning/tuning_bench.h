@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,7 +12,6 @@
 #include "params/parameter_store.h"
 #include "shell/progress_window.h"
 #include "shell/shell_state.h"
-#include "support/serial_device.h"
 #include "support/virtual_user.h"
 #include "support/virtual_world.h"
 #include "trace/trace_state.h"

@@ -83,8 +83,12 @@ TEST_F(VelocityTest, ABadFieldIsCorrectedAndWaitsForStop) {
       {W::RunningTime, {"", "0", "2147483648", "1e999"}, "5000", 3},
       {W::Interval, {"", "-1", "32768"}, "50", 5},
       {W::RepeatTimes, {"0", "32767.5"}, "5", 6},
-      // No limit of the field, but nothing that the drive could take.
-      {W::Vi, {"65536"}, "65536", 1, "Vi: the drive takes a value of 0-65535. Nothing was sent."},
+      // No limit of the field, but nothing that the drive could take, nor has taken the next time.
+      {W::Vi,
+       {"65536", "65536"},
+       "65536",
+       1,
+       "Vi: the drive takes a value of 0-65535. Nothing was sent."},
   };
   for (const auto& c : cases) {
     TextBox& field = Window.Text1[c.Index];
