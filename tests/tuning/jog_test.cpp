@@ -119,7 +119,8 @@ TEST_F(JogTest, ALostLinkIsSaidOnceAndClosesTheWindow) {
     Open(Window);
     // Silent from the exchange after the good ones.
     World.At(good * 163, [&] { Device.Drive.Inject(sim::Fault::Silent); });
-    ReleaseAfter(3000, Window.Command2);
+    // The button may still be held when its command is given up.
+    if (good != 2) ReleaseAfter(3000, Window.Command2);
     User.Press(Window.Command2);
     World.RunFor(20000);
     EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
