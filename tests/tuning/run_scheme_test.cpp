@@ -176,6 +176,7 @@ TYPED_TEST(RunSchemeTest, ALostLinkIsSaidOnceAndClosesTheWindow) {
       drive.Reconnect();
       on.Open(on.Window);
       ExpectStopped(on);
+      EXPECT_TRUE(on.Window.Run.MayStart());
     }
   }
 }
