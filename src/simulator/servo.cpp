@@ -228,7 +228,10 @@ void Servo::Reset() {
   recorder_.Reset();
 }
 
-bool Servo::Moving() const { return motion_ || std::abs(axis_.SpeedRpm()) > RestRpm; }
+bool Servo::Moving() const {
+  // What is left of the speed at rest stands still with the rest.
+  return motion_ || (!resting_ && std::abs(axis_.SpeedRpm()) > RestRpm);
+}
 
 void Servo::StartBackgroundMotion(const BackgroundMotion& motion, TimeUs now) {
   Advance(now);
