@@ -29,13 +29,18 @@ struct SerialLineTest : Desk {
     EXPECT_EQ(openpty(&farEnd, &slave, name, nullptr, nullptr), 0);
     close(slave);
     fcntl(farEnd, F_SETFL, O_NONBLOCK);
-    const QString link = QString::fromStdString(Path("COM1"));
-    QFile::remove(link);
-    EXPECT_TRUE(QFile::link(QString::fromLocal8Bit(name), link));
+    LinkTo(QString::fromLocal8Bit(name));
   }
+  // The terminal's name goes with it: another program may be given the same one at once.
   void Pull() {
     if (farEnd >= 0) close(farEnd);
     farEnd = -1;
+    LinkTo(QString::fromStdString(Path("gone")));
+  }
+  void LinkTo(const QString& device) {
+    const QString link = QString::fromStdString(Path("COM1"));
+    QFile::remove(link);
+    EXPECT_TRUE(QFile::link(device, link));
   }
   // Both ends wait for the bytes, which the kernel carries across in its own time. No event runs.
   void Send(const Bytes& bytes) {
