@@ -30,7 +30,8 @@ bool TakesInput(const World& world, const Window& window);
 // was called.
 class WindowView : public QObject {
  public:
-  // Makes the top-level widget and all that is in it; nothing is shown yet.
+  // Makes the top-level widget and all that is in it. A main window is on the screen then, but not
+  // painted; any other is not shown yet.
   static WindowView* Make(ViewHost& host, Window& record);
 
   Window& Record() const { return record_; }
