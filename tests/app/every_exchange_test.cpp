@@ -117,10 +117,14 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
         Tool& tool = bench.tool;
         Window& window = scene.Stage(tool);
         const int struck = bench.device.Requests + request - 1;
-        bench.device.BeforeRequest = [&bench, struck, blow = blow](int number) {
-          if (number == struck) blow(bench);
+        bool hasStruck = false;
+        bench.device.BeforeRequest = [&, blow = blow](int number) {
+          if (number != struck) return;
+          hasStruck = true;
+          blow(bench);
         };
         scene.Play(bench);
+        EXPECT_TRUE(hasStruck);
         if (window.Loaded) bench.user.Close(window);
         bench.world.RunFor(3000);
         EXPECT_FALSE(window.Loaded);
