@@ -20,6 +20,8 @@ struct WindowTest : Desk {
     Stack(window.Add(link, "lblLink"));
     link.Caption = "www.torvane.example";
     link.OnClick = [] {};
+    Stack(window.Add(note, "lblNote"));
+    note.WordWrap = true;
     Stack(window.Add(start, "Command1"));
     start.Caption = "&Start";
     Stack(window.Add(tabs, "SSTab1"));
@@ -40,7 +42,7 @@ struct WindowTest : Desk {
 
   int nextTwips = 150;
   TextBox field, disabled, parked;
-  Label link;
+  Label link, note;
   Button start, jog;
   Tabs tabs;
 };
@@ -65,12 +67,13 @@ TEST_F(WindowTest, WhatIsClippedOrOverlapsIsFound) {
   start.Caption = "A caption that is far too long for its button";
   field.HeightTwips = 600;
   link.WidthTwips = 1000;
+  note.Caption = "One line of room, and more words than fit on one line of it.";
   tabs.WidthTwips = 7000;
   driver.Settle();
   const Lines faults = LayoutFaults(*driver.Find("Form"));
   const Lines expected{"Form.Text1(0) and Form.Text1(1) overlap",
                        "Form.SSTab1: reaches out of what it lies in",
-                       "Form.lblLink: ", "Form.Command1: "};
+                       "Form.lblLink: ", "Form.lblNote: ", "Form.Command1: "};
   ASSERT_EQ(faults.size(), expected.size()) << testing::PrintToString(faults);
   for (std::size_t i = 0; i < faults.size(); ++i) EXPECT_TRUE(faults[i].starts_with(expected[i]));
 }

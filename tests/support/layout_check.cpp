@@ -69,6 +69,17 @@ void CheckWidths(std::vector<std::string>& faults, const QWidget& widget) {
   }
 }
 
+void CheckHeight(std::vector<std::string>& faults, const QLabel& label) {
+  const QRect room = label.contentsRect();
+  const int flags = label.wordWrap() ? Qt::TextWordWrap : 0;
+  const QRect needed =
+      label.fontMetrics().boundingRect(QRect(0, 0, room.width(), 10'000), flags, label.text());
+  if (label.text().isEmpty() || needed.height() <= room.height() + TolerancePixels) return;
+  faults.push_back(NameOf(label) + ": \"" + label.text().toStdString() + "\" is " +
+                   std::to_string(needed.height()) + " pixels high and has " +
+                   std::to_string(room.height()));
+}
+
 void CheckTabs(std::vector<std::string>& faults, const QTabBar& bar) {
   if (bar.count() == 0 || bar.tabRect(bar.count() - 1).right() <= bar.width()) return;
   faults.push_back(NameOf(*bar.parentWidget()) + ": not all tabs are in view");
@@ -105,6 +116,7 @@ std::vector<std::string> LayoutFaults(const QWidget& window) {
   for (const QWidget* widget : window.findChildren<QWidget*>()) {
     if (!widget->isVisible()) continue;
     CheckWidths(faults, *widget);
+    if (const auto* label = qobject_cast<const QLabel*>(widget)) CheckHeight(faults, *label);
     if (const auto* bar = qobject_cast<const QTabBar*>(widget)) CheckTabs(faults, *bar);
     CheckSiblings(faults, *widget);
   }
