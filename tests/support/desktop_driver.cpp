@@ -9,9 +9,12 @@
 #include <QPixmap>
 #include <QTabBar>
 #include <QThread>
+#include <QTimer>
 #include <QWindow>
 #include <atomic>
 #include <chrono>
+#include <future>
+#include <memory>
 #include <thread>
 
 // Qt's own entry for tests: the events take the road of those from the window system.
@@ -70,15 +73,27 @@ void DesktopDriver::OnGui(const std::function<void()>& work) {
 
 bool DesktopDriver::WaitUntil(const std::function<bool()>& done, int limitMs) {
   const auto limit = Clock::now() + std::chrono::milliseconds(limitMs);
-  for (;;) {
-    const bool is = Ask(done);
-    if (is || Clock::now() >= limit) return is;
-    if (OnGuiThread()) {
+  if (OnGuiThread()) {
+    while (!done()) {
+      if (Clock::now() >= limit) return false;
       Turn();
-    } else {
-      std::this_thread::sleep_for(PollEvery);
     }
+    return true;
   }
+  // The windows' thread asks, and wakes the script's when it has the answer.
+  const auto answer = std::make_shared<std::promise<bool>>();
+  OnGui([&] {
+    auto* timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, [=] {
+      const bool is = done();
+      if (!is && Clock::now() < limit) return;
+      timer->stop();
+      timer->deleteLater();
+      answer->set_value(is);
+    });
+    timer->start(PollEvery);
+  });
+  return answer->get_future().get();
 }
 
 void DesktopDriver::Settle() {
