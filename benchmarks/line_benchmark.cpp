@@ -46,9 +46,9 @@ void MeasureSpeed(ToolDesk& desk, int baud) {
   SetSpeed(link, desk.world, baud);
   const std::string at = " at " + std::to_string(baud);
   MeasureWaits(desk.world, "one register" + at, Reads,
-               [&] { return link.Read(Register::EncoderCounts); });
+               [&] { return link.Read(Errand(link), Register::EncoderCounts) == Sent::Taken; });
   MeasureWaits(desk.world, "600 words" + at, Uploads,
-               [&] { return UploadTrace(link, 3, {}) == UploadResult::Done; });
+               [&] { return UploadTrace(link, Errand(link), 3) == UploadResult::Done; });
 }
 
 // From the tick that arms the recorder to the picture.
@@ -56,7 +56,7 @@ void MeasureScope(ToolDesk& desk, int traceTime) {
   constexpr int Cycles = 5;
   Form5& scope = desk.tool.form5;
   desk.tool.trace.SetTraceTime(traceTime);
-  desk.tool.link.Write(Register::TraceTime, static_cast<float>(traceTime));
+  desk.tool.link.Write(Errand(desk.tool.link), Register::TraceTime, static_cast<float>(traceTime));
   MeasureWaits(desk.world, "scope, " + std::to_string(traceTime) + "00 ms at 38400", Cycles, [&] {
     scope.Timer1_Timer();
     return scope.Loaded;
@@ -74,7 +74,7 @@ void MeasureProcessor(ToolDesk& desk) {
       for (int i = 0; i < Repeats; ++i) link.WaitMs(WaitsMs);
     }));
     exchanging.Add(ProcessorPercent([&] {
-      for (int i = 0; i < Repeats / 4; ++i) link.Read(Register::EncoderCounts);
+      for (int i = 0; i < Repeats / 4; ++i) link.Read(Errand(link), Register::EncoderCounts);
     }));
   }
   PrintRow("waits of 50 ms, % of a core", waiting, WaitingClaim);

@@ -20,15 +20,15 @@ Form4::Form4(World& world, Link& link, ShellState& shell)
 }
 
 void Form4::Form_Load() {
-  const Stay stay(*this);
+  const Errand errand(link_, *this);
   LeftTwips = 3000;
   TopTwips = 2000;
   BlinkRunning = true;
-  const bool read =
-      link_.Exchange(Function::Read, Register::ErrorLog, ErrorLogEntries, ShortExchange);
-  if (stay.Over()) return;
-  if (!read) {
-    world_.ShowMessage(LinkFailureMessage(link_));
+  const Sent sent =
+      link_.Exchange(errand, Function::Read, Register::ErrorLog, ErrorLogEntries, ShortExchange);
+  if (sent == Sent::Off || errand.Over()) return;
+  if (sent == Sent::Lost) {
+    link_.TellFailure(errand);
     Timer1.Stop();
     return;
   }
@@ -89,14 +89,14 @@ bool Form4::Form_Unload() {
 }
 
 void Form4::Command1_Click(CommandIndex index) {
-  const Stay stay(*this);
+  const Errand errand(link_, *this);
   // An erase inside an erase would make the outer one send again, and erase once too often.
   SetErasing(true);
-  const bool erased =
-      link_.Write(Register::ErrorLog, index == EraseAllErrors ? 1 : 0, ShortExchange);
-  if (!erased) world_.ShowMessage(LinkFailureMessage(link_));
-  if (!stay.Over()) {
-    if (erased) {
+  const Sent erased =
+      link_.Write(errand, Register::ErrorLog, index == EraseAllErrors ? 1 : 0, ShortExchange);
+  if (erased == Sent::Lost) link_.TellFailure(errand);
+  if (!errand.Over()) {
+    if (erased == Sent::Taken) {
       Form_Load();
     } else {
       Timer1.Stop();

@@ -5,7 +5,6 @@
 
 namespace gainsmith {
 
-inline const ExchangeOptions ShortExchange{
-    .RetryLimit = ShortRetryLimit, .ClosingWait = false, .Abandon = {}};
+inline const ExchangeOptions ShortExchange{.MostFrames = 5, .ClosingWait = false};
 
 }  // namespace gainsmith

@@ -60,11 +60,12 @@ void Form110::Command1_Click() {
 }
 
 void Form110::Timer1_Timer() {
-  const Stay stay(*this);
+  if (link_.ErrandUnderWay()) return;
+  const Errand errand(link_, *this);
   for (std::size_t i = 0; i < WatchCount; ++i) {
-    const bool read = link_.Exchange(Function::Read, WatchRegisters[i], 2, ShortExchange);
-    if (stay.Over()) return;
-    if (!read) {
+    const Sent sent = link_.Exchange(errand, Function::Read, WatchRegisters[i], 2, ShortExchange);
+    if (sent == Sent::Off) return;
+    if (sent == Sent::Lost) {
       world_.ShowMessage({FailureText, FailureText});
       return;
     }

@@ -83,7 +83,7 @@ void Form2::openPort_Click() {
 }
 
 void Form2::Close() {
-  world_.ClosePort();
+  link_.ClosePort();
   openPort.Caption = "Open";
   Combo1[PortList].Enabled = true;
   main_.DisableDriveMenus();
@@ -115,15 +115,14 @@ void Form2::ReportFailure() {
       {"Unable to Communicate with the Drive. Check your connection and confirm you "
        "have selected the right serial port.",
        "Communication Error", MessageButtons::Ok, MessageIcon::Critical});
-  if (world_.IsPortOpen()) world_.ClosePort();
+  if (world_.IsPortOpen()) link_.ClosePort();
   main_.ShowPort("");
   DescribePorts();
 }
 
 bool Form2::MakeContact() {
-  if (!world_.OpenPort(link_.PortNumber, link_.SerialSettings)) return false;
+  if (!link_.OpenPort()) return false;
   const double baud = LeadingNumber(link_.SerialSettings);
-  link_.BitsPerMs = static_cast<std::int16_t>(baud / 1000);
   const std::string behind = world_.DescribePort(link_.PortNumber);
   openedAs_ = "COM" + std::to_string(link_.PortNumber) +
               (behind.empty() ? "" : " (" + behind + ")") + ", " + FixedText(baud, 0) + " baud";
@@ -131,10 +130,14 @@ bool Form2::MakeContact() {
 
   if (!ReadIdentity(Register::Identity1, FirstIdentity)) return false;
   if (!ReadIdentity(Register::Identity2, SecondIdentity)) return false;
-  link_.ReadRegistersRetry(link_.DeviceAddress, Register::Flags, 1);
-  store_.DriveFlagsWord = link_.Raw();
-  store_[Slot::PulseEdge] = link_.Raw();
-  ApplyOperatingMode();
+  const Errand errand(link_);
+  const Sent sent = link_.ReadRegistersRetry(errand, link_.DeviceAddress, Register::Flags, 1);
+  if (sent == Sent::Off) return false;
+  if (sent == Sent::Taken) {
+    store_.DriveFlagsWord = link_.Raw();
+    store_[Slot::PulseEdge] = link_.Raw();
+    ApplyOperatingMode();
+  }
   // Only a silent drive counts so far; after failed checks the connection goes on with what came.
   constexpr int MostErrors = 10;
   return link_.LinkErrorCount <= MostErrors;
@@ -142,8 +145,8 @@ bool Form2::MakeContact() {
 
 bool Form2::ReadIdentity(Register reg, std::string& text) {
   // Without a wait before it the reply is polled for and counts as an error, which nobody looks at.
-  link_.SendFrame(link_.DeviceAddress, Function::Read, reg, 1);
-  link_.ReceiveReply(link_.DeviceAddress, Function::Read);
+  const auto frame = link_.SendFrame(link_.DeviceAddress, Function::Read, reg, 1);
+  link_.ReceiveReply(link_.DeviceAddress, Function::Read, frame.value());
   if (link_.RxBuffer.empty()) return false;
   text = std::to_string(link_.Raw());
   return true;

@@ -1,4 +1,4 @@
-// Link: see the header.
+// Link: frames, replies and waits, and which errand may speak.
 #include "link/link.h"
 
 #include <algorithm>
@@ -14,47 +14,66 @@ void Link::WaitMs(std::int32_t ms) {
   while (!world_.Ended() && world_.NowMs() <= deadline) world_.PumpEvents(deadline);
 }
 
-bool Link::SendFrame(std::uint8_t address, Function function, Register reg, float value) {
+// --- The port.
+
+bool Link::OpenPort() {
+  if (!world_.OpenPort(PortNumber, SerialSettings)) return false;
+  BitsPerMs = static_cast<std::int16_t>(LeadingNumber(SerialSettings) / 1000);
+  ++frameNumber_;
+  ++portSession_;
+  lastWrites_.clear();
+  known_ = {};
+  return true;
+}
+
+void Link::ClosePort() {
+  world_.ClosePort();
+  ++frameNumber_;
+}
+
+// --- Frames and replies.
+
+std::optional<Link::FrameNumber> Link::SendFrame(std::uint8_t address, Function function,
+                                                 Register reg, float value) {
   LinkErrorCount = 0;
   CountMismatch = false;
   ValueRefused = false;
   LastRegister = reg;
   LastValue = value;
-  const std::optional<Request> frame = BuildRequest(address, function, reg, value);
-  if (!frame) {
+  const std::optional<Request> request = BuildRequest(address, function, reg, value);
+  if (!request) {
     ValueRefused = true;
     LinkErrorCount = 1;
-    return false;
+    return std::nullopt;
   }
-  const std::uint64_t number = ++frameNumber_;
+  const FrameNumber frame = ++frameNumber_;
   world_.ClearOutput();
   world_.ClearInput();
-  std::copy_n(frame->begin(), TxBuffer.size(), TxBuffer.begin());
+  std::copy_n(request->begin(), TxBuffer.size(), TxBuffer.begin());
   lastCount_ = function == Function::Read ? static_cast<int>(RoundHalfToEven(value)) : 0;
   ExpectedReplyLength = static_cast<std::int16_t>(ReplyLength(function, value));
-  for (const std::uint8_t byte : *frame) {
+  for (const std::uint8_t byte : *request) {
     world_.WriteByte(byte);
     WaitMs(1);
     // Another exchange ran inside the wait: the rest of this frame would be noise on the line.
-    if (number != frameNumber_) break;
+    if (frame != frameNumber_) break;
   }
-  return true;
+  return frame;
 }
 
-void Link::ReceiveReply(std::uint8_t address, Function function) {
-  const std::uint64_t frame = frameNumber_;
+void Link::ReceiveReply(std::uint8_t address, Function function, FrameNumber frame) {
   for (;;) {
+    // Another exchange has taken the line: no reply will come any more.
+    if (frame != frameNumber_) {
+      ++LinkErrorCount;
+      return;
+    }
     const int available = world_.BytesAvailable();
     if (available == ExpectedReplyLength) break;
     const bool giveUp = available > ExpectedReplyLength || LinkErrorCount > 10;
     ++LinkErrorCount;
     if (giveUp) return;
     WaitMs(ExpectedReplyLength / BitsPerMs + 50);
-    // Another exchange ran inside the wait and has taken the line: no reply will come any more.
-    if (frame != frameNumber_) {
-      ++LinkErrorCount;
-      return;
-    }
   }
   RxBuffer = world_.ReadAll();
   WaitMs(ExpectedReplyLength / BitsPerMs + 50);
@@ -66,9 +85,10 @@ void Link::ReceiveReply(std::uint8_t address, Function function) {
   CountMismatch = fault == ReplyFault::WrongCount;
   if (fault != ReplyFault::None) {
     ++LinkErrorCount;
-  } else if (function == Function::Read) {
-    ReplyValues = DecodeRegisters(RxBuffer, lastCount_);
+    return;
   }
+  if (function == Function::Read) ReplyValues = DecodeRegisters(RxBuffer, lastCount_);
+  known_.AnsweredAtMs = world_.NowMs();
 }
 
 std::int16_t Link::ReplyWaitMs(int driveMs) const {
@@ -76,14 +96,11 @@ std::int16_t Link::ReplyWaitMs(int driveMs) const {
   return static_cast<std::int16_t>(ExpectedReplyLength * 10 / BitsPerMs + driveMs);
 }
 
-Link::Outcome Link::Attempt(std::uint8_t address, Function function, Register reg, float value,
-                            int driveMs) {
-  const std::uint64_t frame = frameNumber_ + 1;
-  if (!SendFrame(address, function, reg, value)) return Outcome::Refused;
-  WaitMs(ReplyWaitMs(driveMs));
-  ReceiveReply(address, function);
-  // Another exchange ran inside this one: the reply is that one's.
-  if (frame != frameNumber_ && LinkErrorCount == 0) LinkErrorCount = 1;
+Link::Outcome Link::Attempt(const Word& word, int driveMs) {
+  const auto frame = SendFrame(word.Address, word.Function, word.Target, word.Value);
+  if (!frame) return Outcome::Refused;
+  if (*frame == frameNumber_) WaitMs(ReplyWaitMs(driveMs));
+  ReceiveReply(word.Address, word.Function, *frame);
   return LinkErrorCount == 0 ? Outcome::Done : Outcome::Failed;
 }
 
@@ -98,37 +115,142 @@ void Link::WaitAfterSuccess(int driveMs) {
   ValueRefused = false;
 }
 
-bool Link::Exchange(Function function, Register reg, float value, const ExchangeOptions& options) {
-  for (int retries = 0;; ++retries) {
-    if (options.PauseBeforeMs > 0) WaitMs(options.PauseBeforeMs);
-    const Outcome outcome = Attempt(DeviceAddress, function, reg, value, options.DriveMs);
-    if (outcome == Outcome::Done) break;
-    if (outcome == Outcome::Refused || retries > options.RetryLimit) return false;
-    if (options.Abandon && options.Abandon()) return false;
+// --- Errands.
+
+std::uint64_t Link::Begin(Errand::Of of) {
+  ++errands_;
+  if (of == Errand::Of::Motor) ++motorErrands_;
+  return ++lastNumber_;
+}
+
+void Link::End(Errand::Of of) {
+  --errands_;
+  if (of == Errand::Of::Motor) --motorErrands_;
+}
+
+bool Link::IsOvertaken(const Word& word) const {
+  if (word.Function == Function::Read || TakesCommands(word.Target)) return false;
+  const auto last = lastWrites_.find(word.Target);
+  return last != lastWrites_.end() && last->second.Word > word.Number;
+}
+
+bool Link::NewerHasWritten(const Errand& errand, Register reg) const {
+  const auto last = lastWrites_.find(reg);
+  return last != lastWrites_.end() && last->second.Writer > errand.number_;
+}
+
+bool Link::NewerMoves(const Errand& errand, Register reg) const {
+  const auto last = lastWrites_.find(reg);
+  return last != lastWrites_.end() && last->second.Mover > errand.number_;
+}
+
+std::optional<Sent> Link::CalledOff(const Word& word) const {
+  const Errand& errand = word.Of;
+  const bool portGone = !world_.IsPortOpen() || errand.session_ != portSession_;
+  switch (KindOf(word.Function, word.Target, word.Value)) {
+    case WordKind::Moving:
+      if (portGone || errand.Over() || NewerHasWritten(errand, word.Target)) return Sent::Off;
+      break;
+    case WordKind::Stop:
+      if (NewerMoves(errand, word.Target)) return Sent::Off;
+      if (portGone) return Sent::Lost;
+      break;
+    case WordKind::Setting:
+      if (IsOvertaken(word)) return Sent::Overtaken;
+      if (portGone) return Sent::Lost;
+      break;
+    case WordKind::Other:
+      if (portGone || errand.Over()) return Sent::Off;
+      if (IsOvertaken(word)) return Sent::Overtaken;
+      break;
   }
+  return std::nullopt;
+}
+
+void Link::NoteWrite(const Word& word) {
+  if (word.Function == Function::Read || !PackWord(word.Value)) return;
+  LastWrite& last = lastWrites_[word.Target];
+  last.Word = word.Number;
+  last.Writer = word.Of.number_;
+  const WordKind kind = KindOf(word.Function, word.Target, word.Value);
+  if (kind == WordKind::Moving) last.Mover = word.Of.number_;
+  if (kind == WordKind::Moving || kind == WordKind::Stop) {
+    known_.Commands[word.Target] = {*PackWord(word.Value), false};
+  }
+}
+
+Sent Link::End(const Word& word, Sent sent) {
+  if (sent == Sent::Lost) {
+    // A handler inside may have been refused a value of its own.
+    ValueRefused = false;
+    known_.LastExchangeFailed = true;
+  }
+  if (sent != Sent::Taken) return sent;
+  known_.LastExchangeFailed = false;
+  lossTeller_ = 0;
+  const auto command = known_.Commands.find(word.Target);
+  if (command != known_.Commands.end() && word.Function == Function::Write &&
+      lastWrites_[word.Target].Word == word.Number) {
+    command->second.Acknowledged = true;
+  }
+  return sent;
+}
+
+Sent Link::Say(const Word& word, const ExchangeOptions& options) {
+  for (int frames = 0;; ++frames) {
+    if (options.PauseBeforeMs > 0 && frames < options.MostFrames) WaitMs(options.PauseBeforeMs);
+    if (const std::optional<Sent> off = CalledOff(word)) return End(word, *off);
+    if (options.Withdrawn && options.Withdrawn(frames)) return End(word, Sent::Off);
+    if (frames == options.MostFrames) return End(word, Sent::Lost);
+    if (frames > 0) ++known_.Resends;
+    NoteWrite(word);
+    const Outcome outcome = Attempt(word, options.DriveMs);
+    if (outcome == Outcome::Refused) return Sent::Lost;
+    if (outcome == Outcome::Done) break;
+    ++known_.LostReplies;
+  }
+  End(word, Sent::Taken);
   if (options.ClosingWait) WaitAfterSuccess(options.DriveMs);
-  return true;
+  return IsOvertaken(word) ? Sent::Overtaken : Sent::Taken;
 }
 
-bool Link::RetryThreeTimes(std::uint8_t address, Function function, Register reg, float value) {
-  constexpr int Resends = 3;
-  for (int resends = 0;; ++resends) {
+Sent Link::Exchange(const Errand& errand, Function function, Register reg, float value,
+                    const ExchangeOptions& options) {
+  return Say({errand, DeviceAddress, function, reg, value, ++lastNumber_}, options);
+}
+
+Sent Link::SayShort(const Word& word, bool& failed) {
+  constexpr int ShortFrames = 4;
+  const auto busy = [this](int) {
     LinkIdle = false;
-    const Outcome outcome = Attempt(address, function, reg, value, StandardDriveMs);
-    if (outcome == Outcome::Done) break;
-    if (outcome == Outcome::Refused || resends == Resends) return false;
-  }
-  WaitAfterSuccess(StandardDriveMs);
-  LinkIdle = true;
-  return true;
+    return false;
+  };
+  LinkIdle = false;
+  const Sent sent = Say(word, {.MostFrames = ShortFrames, .Withdrawn = busy});
+  if (sent == Sent::Lost) failed = true;
+  if (Stands(sent)) LinkIdle = true;
+  return sent;
 }
 
-void Link::ReadRegistersRetry(std::uint8_t address, Register reg, int count) {
-  if (!RetryThreeTimes(address, Function::Read, reg, static_cast<float>(count))) ReadFailed = true;
+Sent Link::ReadRegistersRetry(const Errand& errand, std::uint8_t address, Register reg, int count) {
+  return SayShort({errand, address, Function::Read, reg, static_cast<float>(count), ++lastNumber_},
+                  ReadFailed);
 }
 
-void Link::WriteRegisterRetry(std::uint8_t address, Register reg, float value) {
-  if (!RetryThreeTimes(address, Function::Write, reg, value)) WriteFailed = true;
+Sent Link::WriteRegisterRetry(const Errand& errand, std::uint8_t address, Register reg,
+                              float value) {
+  return SayShort({errand, address, Function::Write, reg, value, ++lastNumber_}, WriteFailed);
+}
+
+// --- Failures.
+
+void Link::TellFailure(const Errand& errand) {
+  const bool told = telling_ || lossTeller_ > errand.number_;
+  if (told && !ValueRefused) return;
+  const bool outer = std::exchange(telling_, true);
+  if (!ValueRefused) lossTeller_ = errand.number_;
+  world_.ShowMessage(LinkFailureMessage(*this));
+  telling_ = outer;
 }
 
 Message LinkFailureMessage(const Link& link) {

@@ -1,43 +1,44 @@
 // Link: the request and reply engine, and the state that all windows share with it.
 //
 // One frame is in flight at a time. Waiting lets events run, so that another handler may start an
-// exchange inside a waiting one; the outer exchange is then spoilt, fails its attempt and sends
-// again. The engine shows no message: it leaves its result in LinkErrorCount, and the caller
-// decides what a failure means.
+// exchange inside a waiting one; the outer exchange is then spoilt: it stops polling at once, fails
+// its attempt, and sends again if its errand is still on (link/errand.h). The engine shows no
+// message by itself: the caller decides what a failure means, and may have it told by TellFailure.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <functional>
+#include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "link/errand.h"
 #include "link/frames.h"
 #include "link/registers.h"
 #include "platform/world.h"
 
 namespace gainsmith {
 
-// The drive's share of the wait for a reply.
-constexpr int StandardDriveMs = 50;
-
-// What an exchange may do differently from the standard.
-struct ExchangeOptions {
-  // Resends after the first two frames: at most RetryLimit + 2 frames go out.
-  int RetryLimit = 10;
-  // Wait ReplyWaitMs once more after a success.
-  bool ClosingWait = true;
-  // The drive's share of ReplyWaitMs, in ms.
-  int DriveMs = StandardDriveMs;
-  // Wait before each frame, in ms.
-  int PauseBeforeMs = 0;
-  // Asked before a frame is sent again; true ends the exchange as failed. For commands that start
-  // a motion: they must not go out again behind a stop that was sent meanwhile.
-  std::function<bool()> Abandon = {};
+// The last word that went out to a command register.
+struct CommandWord {
+  std::uint16_t Word = 0;
+  // The drive has answered it.
+  bool Acknowledged = true;
 };
 
-constexpr int DefaultRetryLimit = 10;
-constexpr int ShortRetryLimit = 3;
+// What the link knows of the drive behind the open port, without asking it anything.
+struct LineKnowledge {
+  // When the drive last gave a good reply, by the world's clock.
+  std::optional<std::int64_t> AnsweredAtMs;
+  // The last exchange that was not called off got no good reply.
+  bool LastExchangeFailed = false;
+  // Frames that had to be sent again, and frames that got no good reply.
+  int Resends = 0;
+  int LostReplies = 0;
+  // By register; only those to which a word has gone out.
+  std::map<Register, CommandWord> Commands;
+};
 
 class Link {
  public:
@@ -85,51 +86,118 @@ class Link {
   // Lets events run for `ms` milliseconds and one step of the clock.
   void WaitMs(std::int32_t ms);
 
-  // Sends one request, byte by byte with a pause after each. False, with ValueRefused set and
-  // LinkErrorCount at 1, when the value cannot be packed: nothing is sent then.
-  bool SendFrame(std::uint8_t address, Function function, Register reg, float value);
+  // Opens COM PortNumber with SerialSettings, sets BitsPerMs from them and begins anew with what is
+  // known of the line. False when the port cannot be opened.
+  bool OpenPort();
+  // Errands that began before it say nothing more.
+  void ClosePort();
 
-  // Polls for the reply to the last frame, takes it and checks it. Result in LinkErrorCount (12
-  // after silence, 1 after a failed check), RxBuffer and ReplyValues.
-  void ReceiveReply(std::uint8_t address, Function function);
+  // The number of a frame on the line.
+  using FrameNumber = std::uint64_t;
+
+  // Sends one request, byte by byte with a pause after each. Nothing, with ValueRefused set and
+  // LinkErrorCount at 1, when the value cannot be packed: nothing is sent then.
+  std::optional<FrameNumber> SendFrame(std::uint8_t address, Function function, Register reg,
+                                       float value);
+
+  // Polls for the reply to that frame, takes it and checks it. Result in LinkErrorCount (12 after
+  // silence, 1 after a failed check or where another frame has gone out since), RxBuffer and
+  // ReplyValues.
+  void ReceiveReply(std::uint8_t address, Function function, FrameNumber frame);
 
   // Wait for a reply of ExpectedReplyLength: ten bit times a byte and the drive's share, in ms.
   std::int16_t ReplyWaitMs(int driveMs = StandardDriveMs) const;
 
   // The standard exchange with DeviceAddress: SendFrame, ReplyWaitMs, ReceiveReply, and again
-  // until it succeeds or the limit is reached. A refused value fails at once. True on success,
-  // with the reply in RxBuffer and ReplyValues until the next exchange.
-  bool Exchange(Function function, Register reg, float value, const ExchangeOptions& options = {});
-  bool Read(Register reg, const ExchangeOptions& options = {}) {
-    return Exchange(Function::Read, reg, 1, options);
+  // until it succeeds, is called off, or the limit is reached. A refused value is lost at once.
+  Sent Exchange(const Errand& errand, Function function, Register reg, float value,
+                const ExchangeOptions& options = {});
+  Sent Read(const Errand& errand, Register reg, const ExchangeOptions& options = {}) {
+    return Exchange(errand, Function::Read, reg, 1, options);
   }
-  bool Write(Register reg, float value, const ExchangeOptions& options = {}) {
-    return Exchange(Function::Write, reg, value, options);
+  Sent Write(const Errand& errand, Register reg, float value, const ExchangeOptions& options = {}) {
+    return Exchange(errand, Function::Write, reg, value, options);
   }
 
-  // The short forms: at most four frames. LinkIdle is false while they run and stays false on
-  // failure, which sets ReadFailed or WriteFailed.
-  void ReadRegistersRetry(std::uint8_t address, Register reg, int count);
-  void WriteRegisterRetry(std::uint8_t address, Register reg, float value);
+  // The short forms: at most four frames. LinkIdle is false while they run and stays false unless
+  // the word stands. Lost sets ReadFailed or WriteFailed.
+  Sent ReadRegistersRetry(const Errand& errand, std::uint8_t address, Register reg, int count);
+  Sent WriteRegisterRetry(const Errand& errand, std::uint8_t address, Register reg, float value);
+
+  // A timer's tick that wants the line gives way to any errand under way: otherwise ticks, each of
+  // which spoils the exchange that it falls into, could keep a word from the drive for ever.
+  bool ErrandUnderWay() const { return errands_ > 0; }
+  // One of a run button, a jog or a stop word.
+  bool MotorErrandUnderWay() const { return motorErrands_ > 0; }
+
+  // A handler that began after this errand has written the register.
+  bool NewerHasWritten(const Errand& errand, Register reg) const;
+
+  // Shows the message of a lost exchange of `errand`. Several handlers that find the link lost show
+  // one: nothing is shown where a handler inside this errand has told it, or while it is on the
+  // screen.
+  void TellFailure(const Errand& errand);
+
+  const LineKnowledge& Known() const { return known_; }
 
   // The first register of the last reply to a read, 0 to 65535. RxBuffer is not empty.
   std::uint16_t Raw() const { return RawValue(RxBuffer); }
 
  private:
+  friend class Errand;
   // Done: LinkErrorCount is zero. Refused: the value cannot be packed, nothing was sent.
   enum class Outcome { Done, Failed, Refused };
+  // One word of an errand on its way.
+  struct Word {
+    const Errand& Of;
+    std::uint8_t Address;
+    gainsmith::Function Function;
+    Register Target;
+    float Value;
+    // Younger than the errand, and than all that went out before.
+    std::uint64_t Number;
+  };
+  // What went out last to a register: numbers of the word and of its errand, and of the errand of
+  // the last moving word.
+  struct LastWrite {
+    std::uint64_t Word = 0;
+    std::uint64_t Writer = 0;
+    std::uint64_t Mover = 0;
+  };
+
+  std::uint64_t Begin(Errand::Of of);
+  void End(Errand::Of of);
+  Sent Say(const Word& word, const ExchangeOptions& options);
+  // How the word ends before its next frame; nothing: it goes out.
+  std::optional<Sent> CalledOff(const Word& word) const;
+  bool IsOvertaken(const Word& word) const;
+  // The last moving word to the register is that of a handler that began after this errand.
+  bool NewerMoves(const Errand& errand, Register reg) const;
   // One request and its reply.
-  Outcome Attempt(std::uint8_t address, Function function, Register reg, float value, int driveMs);
+  Outcome Attempt(const Word& word, int driveMs);
+  void NoteWrite(const Word& word);
+  Sent End(const Word& word, Sent sent);
   // The wait that closes a good exchange. Its reply is still the caller's afterwards, whatever ran
   // inside the wait.
   void WaitAfterSuccess(int driveMs);
-  bool RetryThreeTimes(std::uint8_t address, Function function, Register reg, float value);
+  Sent SayShort(const Word& word, bool& failed);
 
   World& world_;
   // Value of the last frame: the count of a read.
   int lastCount_ = 0;
-  // Counts the frames, so that an exchange knows whether another one ran inside it.
-  std::uint64_t frameNumber_ = 0;
+  // Counts the frames and the openings and closings of the port, so that an exchange knows whether
+  // the line was taken from it.
+  FrameNumber frameNumber_ = 0;
+  std::uint64_t portSession_ = 0;
+  // Counts errands and words.
+  std::uint64_t lastNumber_ = 0;
+  int errands_ = 0;
+  int motorErrands_ = 0;
+  std::map<Register, LastWrite> lastWrites_;
+  LineKnowledge known_;
+  // The errand that told of a lost link; 0 once the drive has answered since.
+  std::uint64_t lossTeller_ = 0;
+  bool telling_ = false;
 };
 
 // The message of a failed exchange: the lost link, or, where ValueRefused is set, the value that

@@ -40,12 +40,13 @@ bool BulkTransfer::readDrive() {
 
 bool BulkTransfer::ReadAllParameters() {
   const TransferMark mark(shell_);
+  const Errand errand(link_);
   constexpr const char* What = "Reading settings";
   main_.ShowNotice("");
   int done = 0;
   for (const Slot slot : ReadOrder()) {
     main_.ShowActivity(What, done, TransferSteps);
-    if (!link_.Read(RowOf(slot).Source)) break;
+    if (link_.Read(errand, RowOf(slot).Source) != Sent::Taken) break;
     if (slot == Slot::PulseEdge) {
       TakeDriveFlags(store_, link_.Raw());
     } else {
@@ -96,14 +97,16 @@ bool BulkTransfer::DownloadAllParameters() {
     return false;
   }
 
+  const Errand errand(link_);
   constexpr std::int32_t BetweenWritesMs = 50;
   std::vector<Slot> notTaken;
   int done = 0;
   for (const Slot slot : WriteOrder()) {
     if (done > 0) link_.WaitMs(BetweenWritesMs);
     main_.ShowActivity("Writing settings", done, TransferSteps);
-    link_.WriteRegisterRetry(link_.DeviceAddress, RowOf(slot).Source, ValueToSend(slot));
-    if (link_.LinkErrorCount != 0) notTaken.push_back(slot);
+    const Sent sent = link_.WriteRegisterRetry(errand, link_.DeviceAddress, RowOf(slot).Source,
+                                               ValueToSend(slot));
+    if (!Stands(sent)) notTaken.push_back(slot);
     ++done;
   }
   main_.EndActivity();
@@ -119,12 +122,13 @@ bool BulkTransfer::SaveToEeprom() {
   const TransferMark mark(shell_);
   constexpr std::int32_t StoringMs = 1000;
   constexpr std::int32_t AfterReplyMs = 500;
-  constexpr std::int16_t RetryLimit = DefaultRetryLimit;
+  constexpr std::int16_t RetryLimit = ExchangeOptions::Standard - 2;
   for (ReadRetryCount = 0;; ++ReadRetryCount) {
-    link_.SendFrame(link_.DeviceAddress, Function::Write, Register::StoreEeprom, 1);
+    const auto frame =
+        link_.SendFrame(link_.DeviceAddress, Function::Write, Register::StoreEeprom, 1);
     link_.WaitMs(link_.ReplyWaitMs());
     link_.WaitMs(StoringMs);
-    link_.ReceiveReply(link_.DeviceAddress, Function::Write);
+    link_.ReceiveReply(link_.DeviceAddress, Function::Write, frame.value());
     // Taken before the wait: another window's exchange may run inside it.
     const bool stored = link_.LinkErrorCount == 0;
     link_.WaitMs(AfterReplyMs);

@@ -105,6 +105,29 @@ struct TextBox : Control {
   // Asked with each key before it takes effect; false drops the key. Without a handler all pass.
   std::function<bool(int key)> OnKeyPress;
   std::function<void()> OnLostFocus;
+
+ private:
+  friend class Commit;
+  // The text whose commit began last and is still under way.
+  const std::string* committing_ = nullptr;
+};
+
+// Stands in the handler that commits a field's text, which may wait. Enter with the text that is
+// under way already commits nothing; another text nests, as the newer one.
+class Commit {
+ public:
+  explicit Commit(TextBox& field) : field_(field), outer_(field.committing_), text_(field.Text) {
+    field_.committing_ = &text_;
+  }
+  Commit(const Commit&) = delete;
+  Commit& operator=(const Commit&) = delete;
+  ~Commit() { field_.committing_ = outer_; }
+  bool Repeats() const { return outer_ != nullptr && *outer_ == text_; }
+
+ private:
+  TextBox& field_;
+  const std::string* outer_;
+  const std::string text_;
 };
 
 struct Button : Control {

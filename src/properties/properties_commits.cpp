@@ -33,7 +33,7 @@ bool sysConfigFrm::NumberField_KeyPress(TextBox& field, int key) {
 }
 
 void sysConfigFrm::CommitField(TextBox& field) {
-  const Stay stay(*this);
+  const Errand errand(link_, *this);
   const MotorField& row = *FindRow(MotorFields, *this, field);
   double value = LeadingNumber(field.Text);
   if (value >= row.Limit || value < 0) {
@@ -44,17 +44,19 @@ void sysConfigFrm::CommitField(TextBox& field) {
   const int scale = RowOf(row.Kept).Scale;
   const double raw = RoundHalfToEven(value, row.WrittenDecimals) * scale;
   values_[row.Kept] = static_cast<float>(raw / scale);
-  if (!link_.Write(RowOf(row.Kept).Source, static_cast<float>(raw))) ReportFailure(stay);
+  const Sent sent = link_.Write(errand, RowOf(row.Kept).Source, static_cast<float>(raw));
+  if (sent == Sent::Lost) ReportFailure(errand);
 }
 
 void sysConfigFrm::CommitAnalogField(TextBox& field) {
+  const Errand errand(link_, *this);
   const AnalogField& row = *FindRow(AnalogFields, *this, field);
   double value = LeadingNumber(field.Text);
   if (row.Decimals > 0) value = RoundHalfToEven(value, row.Decimals);
   const auto raw = static_cast<float>(value * RowOf(row.Kept).Scale);
   // A value that can't be sent stays out of the table too.
   if (PackWord(raw)) values_[row.Kept] = static_cast<float>(value);
-  if (!link_.Write(RowOf(row.Kept).Source, raw)) world_.ShowMessage(LinkFailureMessage(link_));
+  if (link_.Write(errand, RowOf(row.Kept).Source, raw) == Sent::Lost) link_.TellFailure(errand);
 }
 
 }  // namespace gainsmith

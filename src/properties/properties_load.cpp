@@ -10,15 +10,17 @@
 namespace gainsmith {
 
 void sysConfigFrm::Form_Load() {
-  const Stay stay(*this);
+  const Errand errand(link_, *this);
   LeftTwips = 3000;
   TopTwips = 2000;
   ResetControls();
-  const bool whole = LoadMotor(stay) && LoadGearAndOthers(stay) && LoadDeadBand(stay) &&
-                     LoadFlags(stay) && LoadAnalog(stay) && LoadCurrentLimits(stay);
+  const bool whole = LoadMotor(errand) && LoadGearAndOthers(errand) && LoadDeadBand(errand) &&
+                     LoadFlags(errand) && LoadAnalog(errand) && LoadCurrentLimits(errand);
   // `err` has reported and closed the window in the middle of a read; the failure of that read is
   // not to be reported again by the next visit.
   if (!whole && !Loaded) link_.ReadFailed = false;
+  // The connection was closed under the load: there is nothing left to show.
+  if (!world_.IsPortOpen()) world_.Unload(*this);
   // A read that failed has left its mark. A tuning window that was opened under the load would not
   // close any more.
   link_.LinkIdle = true;
@@ -41,9 +43,9 @@ void sysConfigFrm::ResetControls() {
 }
 
 // False when the window was closed while it waited.
-bool sysConfigFrm::Read(Register reg, const Stay& stay) {
-  link_.ReadRegistersRetry(link_.DeviceAddress, reg, 1);
-  return !stay.Over();
+bool sysConfigFrm::Read(Register reg, const Errand& errand) {
+  const Sent sent = link_.ReadRegistersRetry(errand, link_.DeviceAddress, reg, 1);
+  return sent != Sent::Off && !errand.Over();
 }
 
 // Of the last reply, whatever it was a reply to.
@@ -51,21 +53,21 @@ std::uint16_t sysConfigFrm::LastRaw() const {
   return link_.RxBuffer.empty() ? std::uint16_t{0} : link_.Raw();
 }
 
-bool sysConfigFrm::LoadMotor(const Stay& stay) {
-  if (!Read(Register::RatedPower, stay)) return false;
+bool sysConfigFrm::LoadMotor(const Errand& errand) {
+  if (!Read(Register::RatedPower, errand)) return false;
   values_[Slot::RatedPower] = LastRaw();
   const std::string watts = std::to_string(LastRaw());
   for (std::size_t i = 0; i < Combo1.Items.size(); ++i) {
     if (Combo1.Items[i].Text == watts) Combo1.Choose(static_cast<int>(i));
   }
   for (const MotorField& row : MotorFields) {
-    if (!Read(RowOf(row.Kept).Source, stay)) return false;
+    if (!Read(RowOf(row.Kept).Source, errand)) return false;
     const float value = RawToValue(row.Kept, LastRaw());
     (this->*row.Field).Text = FixedText(value, row.ShownDecimals);
     values_[row.Kept] = value;
   }
 
-  if (!Read(Register::PolePairs, stay)) return false;
+  if (!Read(Register::PolePairs, errand)) return false;
   polePairs_ = LastRaw();
   values_[Slot::PolePairs] = LastRaw();
   cboMotorPolePair.ListIndex = -1;
@@ -77,9 +79,9 @@ bool sysConfigFrm::LoadMotor(const Stay& stay) {
   return true;
 }
 
-bool sysConfigFrm::LoadGearAndOthers(const Stay& stay) {
+bool sysConfigFrm::LoadGearAndOthers(const Errand& errand) {
   for (const PlainField& row : PlainFields) {
-    if (!Read(RowOf(row.Kept).Source, stay)) return false;
+    if (!Read(RowOf(row.Kept).Source, errand)) return false;
     text1_[row.Index] = LastRaw();
     values_[row.Kept] = LastRaw();
     Text1[row.Index].Text = std::to_string(LastRaw());
@@ -87,15 +89,15 @@ bool sysConfigFrm::LoadGearAndOthers(const Stay& stay) {
   return true;
 }
 
-bool sysConfigFrm::LoadDeadBand(const Stay& stay) {
-  if (!Read(Register::AnalogDeadBand, stay)) return false;
+bool sysConfigFrm::LoadDeadBand(const Errand& errand) {
+  if (!Read(Register::AnalogDeadBand, errand)) return false;
   values_[Slot::AnalogDeadBand] = LastRaw();
   Text1[DeadBand].Text = std::to_string(LastRaw());
   return true;
 }
 
-bool sysConfigFrm::LoadFlags(const Stay& stay) {
-  if (!Read(Register::Flags, stay)) return false;
+bool sysConfigFrm::LoadFlags(const Errand& errand) {
+  if (!Read(Register::Flags, errand)) return false;
   if (link_.ReadFailed) {
     err.Start();
   } else {
@@ -137,34 +139,34 @@ void sysConfigFrm::FollowOperatingMode() {
   }
 }
 
-bool sysConfigFrm::LoadAnalog(const Stay& stay) {
-  if (!LoadDeadBand(stay)) return false;
+bool sysConfigFrm::LoadAnalog(const Errand& errand) {
+  if (!LoadDeadBand(errand)) return false;
   for (const AnalogField& row : AnalogFields) {
-    if (!Read(RowOf(row.Kept).Source, stay)) return false;
+    if (!Read(RowOf(row.Kept).Source, errand)) return false;
     const float value = RawToValue(row.Kept, LastRaw());
     (this->*row.Field).Text = FixedText(value, row.Decimals);
     values_[row.Kept] = value;
   }
-  if (!Read(Register::InputSmoothing, stay)) return false;
+  if (!Read(Register::InputSmoothing, errand)) return false;
   values_[Slot::InputSmoothing] = LastRaw();
   if (LastRaw() < Combo2.Items.size()) Combo2.Choose(LastRaw());
-  return LoadSwitch(TwoAxesInterpolation, stay) && LoadSwitch(ReversePolarity, stay);
+  return LoadSwitch(TwoAxesInterpolation, errand) && LoadSwitch(ReversePolarity, errand);
 }
 
-bool sysConfigFrm::LoadSwitch(CheckIndex index, const Stay& stay) {
+bool sysConfigFrm::LoadSwitch(CheckIndex index, const Errand& errand) {
   const Slot slot = index == TwoAxesInterpolation ? Slot::Interpolation : Slot::AnalogReverse;
-  if (!Read(RowOf(slot).Source, stay)) return false;
+  if (!Read(RowOf(slot).Source, errand)) return false;
   values_[slot] = LastRaw();
   if (LastRaw() == 0) return true;
   // A box that becomes ticked is a click, also from here: it writes back what was read.
   Check1[index].Ticked = true;
   Check1_Click(index);
-  return !stay.Over();
+  return !errand.Over();
 }
 
-bool sysConfigFrm::LoadCurrentLimits(const Stay& stay) {
+bool sysConfigFrm::LoadCurrentLimits(const Errand& errand) {
   for (const LimitField& row : LimitFields) {
-    if (!Read(RowOf(row.Kept).Source, stay)) return false;
+    if (!Read(RowOf(row.Kept).Source, errand)) return false;
     const float value = RawToValue(row.Kept, LastRaw());
     const bool shown = value > 0;
     (this->*row.Field).Visible = shown;

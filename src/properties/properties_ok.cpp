@@ -60,44 +60,44 @@ void sysConfigFrm::ApplyFlagOptions() {
   values_.DriveFlagsWord = static_cast<float>(word);
 }
 
-bool sysConfigFrm::WriteSetting(Slot slot, double value, double raw, const Stay& stay) {
+bool sysConfigFrm::WriteSetting(Slot slot, double value, double raw, const Errand& errand) {
   values_[slot] = static_cast<float>(value);
-  if (!link_.Write(RowOf(slot).Source, static_cast<float>(raw))) {
-    ReportFailure(stay);
+  if (link_.Write(errand, RowOf(slot).Source, static_cast<float>(raw)) == Sent::Lost) {
+    ReportFailure(errand);
     return false;
   }
-  return !stay.Over();
+  return !errand.Over();
 }
 
 bool sysConfigFrm::WriteProperties() {
-  const Stay stay(*this);
+  const Errand errand(link_, *this);
   const double polePairs = LeadingNumber(cboMotorPolePair.Text);
   if (polePairs != polePairs_) {
     polePairs_ = polePairs;
-    if (!WriteSetting(Slot::PolePairs, polePairs, polePairs, stay)) return false;
+    if (!WriteSetting(Slot::PolePairs, polePairs, polePairs, errand)) return false;
   }
   for (const LimitField& row : LimitFields) {
     const TextBox& field = this->*row.Field;
     if (!field.Visible) continue;
     const int scale = RowOf(row.Kept).Scale;
     const double raw = RoundHalfToEven(LeadingNumber(field.Text), 2) * scale;
-    if (!WriteSetting(row.Kept, raw / scale, raw, stay)) return false;
+    if (!WriteSetting(row.Kept, raw / scale, raw, errand)) return false;
   }
   for (const PlainField& row : PlainFields) {
     const double value = LeadingNumber(Text1[row.Index].Text);
     if (value == text1_[row.Index]) continue;
-    if (!WriteSetting(row.Kept, value, value, stay)) return false;
+    if (!WriteSetting(row.Kept, value, value, errand)) return false;
   }
 
   TakeWholeDriveFlags(values_, static_cast<std::uint16_t>(values_.DriveFlagsWord));
   // What an earlier download left there is not the fault of this write.
   link_.WriteFailed = false;
-  link_.WriteRegisterRetry(link_.DeviceAddress, Register::Flags, values_.DriveFlagsWord);
+  link_.WriteRegisterRetry(errand, link_.DeviceAddress, Register::Flags, values_.DriveFlagsWord);
   if (link_.WriteFailed) {
-    ReportFailure(stay);
+    ReportFailure(errand);
     return false;
   }
-  return !stay.Over();
+  return !errand.Over();
 }
 
 }  // namespace gainsmith

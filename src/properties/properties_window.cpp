@@ -31,26 +31,27 @@ void sysConfigFrm::Command2_Click() { world_.Unload(*this); }
 
 void sysConfigFrm::err_Timer() {
   if (link_.ReadFailed) {
-    ReportFailure(Stay(*this));
+    ReportFailure(Errand(link_, *this));
   } else {
     err.Stop();
   }
 }
 
-void sysConfigFrm::ReportFailure(const Stay& stay) {
-  world_.ShowMessage(LinkFailureMessage(link_));
+void sysConfigFrm::ReportFailure(const Errand& errand) {
+  link_.TellFailure(errand);
   link_.ReadFailed = false;
   link_.WriteFailed = false;
-  if (stay.Over()) return;
+  if (errand.Over()) return;
   err.Stop();
   world_.Unload(*this);
 }
 
 void sysConfigFrm::Combo1_Click() {
+  const Errand errand(link_, *this);
   const auto watts = static_cast<float>(Combo1.ChosenData());
   values_[Slot::RatedPower] = watts;
-  if (link_.Write(Register::RatedPower, watts)) return;
-  world_.ShowMessage(LinkFailureMessage(link_));
+  if (link_.Write(errand, Register::RatedPower, watts) != Sent::Lost) return;
+  link_.TellFailure(errand);
   link_.LinkIdle = true;
 }
 
@@ -67,18 +68,20 @@ void sysConfigFrm::Check1_Click(CheckIndex index) {
 }
 
 void sysConfigFrm::Check2_Click() {
+  const Errand errand(link_, *this);
   link_.LinkIdle = false;
-  const bool written = link_.Write(Register::FilterSwitch, Check2.Ticked ? 0 : 1);
-  if (!written) world_.ShowMessage(LinkFailureMessage(link_));
+  const Sent sent = link_.Write(errand, Register::FilterSwitch, Check2.Ticked ? 0 : 1);
+  if (sent == Sent::Lost) link_.TellFailure(errand);
   link_.LinkIdle = true;
 }
 
 // Tells a failure at once, and leaves WriteFailed to those whose failure it may still hold.
 bool sysConfigFrm::WriteAtOnce(Register reg, float value) {
+  const Errand errand(link_, *this);
   const bool earlier = std::exchange(link_.WriteFailed, false);
-  link_.WriteRegisterRetry(link_.DeviceAddress, reg, value);
+  link_.WriteRegisterRetry(errand, link_.DeviceAddress, reg, value);
   const bool failed = std::exchange(link_.WriteFailed, earlier);
-  if (failed) world_.ShowMessage(LinkFailureMessage(link_));
+  if (failed) link_.TellFailure(errand);
   return !failed;
 }
 

@@ -132,22 +132,22 @@ struct sysConfigFrm : Window {
   void Wire();
 
   void ResetControls();
-  bool Read(Register reg, const Stay& stay);
+  bool Read(Register reg, const Errand& errand);
   std::uint16_t LastRaw() const;
-  bool LoadMotor(const Stay& stay);
-  bool LoadGearAndOthers(const Stay& stay);
-  bool LoadDeadBand(const Stay& stay);
-  bool LoadFlags(const Stay& stay);
+  bool LoadMotor(const Errand& errand);
+  bool LoadGearAndOthers(const Errand& errand);
+  bool LoadDeadBand(const Errand& errand);
+  bool LoadFlags(const Errand& errand);
   void SelectOptions(std::uint16_t word);
   void FollowOperatingMode();
-  bool LoadAnalog(const Stay& stay);
-  bool LoadSwitch(CheckIndex index, const Stay& stay);
-  bool LoadCurrentLimits(const Stay& stay);
+  bool LoadAnalog(const Errand& errand);
+  bool LoadSwitch(CheckIndex index, const Errand& errand);
+  bool LoadCurrentLimits(const Errand& errand);
 
   bool Refuse(Control& field, const char* text);
-  bool WriteSetting(Slot slot, double value, double raw, const Stay& stay);
+  bool WriteSetting(Slot slot, double value, double raw, const Errand& errand);
   bool WriteAtOnce(Register reg, float value);
-  void ReportFailure(const Stay& stay);
+  void ReportFailure(const Errand& errand);
 
   World& world_;
   Link& link_;

@@ -11,7 +11,7 @@ namespace gainsmith {
 namespace {
 
 // One frame, no resend and no settling wait: the waits for a recording count frames themselves.
-const ExchangeOptions OneFrame{.RetryLimit = -1, .ClosingWait = false};
+const ExchangeOptions OneFrame{.MostFrames = 1, .ClosingWait = false};
 
 }  // namespace
 
@@ -35,15 +35,17 @@ RecordingWait ScopeWait(const std::function<bool()>& stop) {
   return {.NotReadyLimit = 802, .StopBefore = stop, .StopAfter = stop};
 }
 
-WaitResult WaitForRecording(Link& link, const RecordingWait& wait) {
-  constexpr int FrameLimit = DefaultRetryLimit + 2;
+WaitResult WaitForRecording(Link& link, const Errand& errand, const RecordingWait& wait) {
+  constexpr int MostFailures = ExchangeOptions::Standard;
   constexpr float Finished = 1;
   int failures = 0;
   int notReady = 0;
   for (;;) {
     if (wait.StopBefore && wait.StopBefore()) return WaitResult::Stopped;
-    if (!link.Read(Register::RecorderStatus, OneFrame)) {
-      if (++failures == FrameLimit) return WaitResult::LinkFailed;
+    const Sent sent = link.Read(errand, Register::RecorderStatus, OneFrame);
+    if (sent == Sent::Off) return WaitResult::Off;
+    if (sent == Sent::Lost) {
+      if (++failures == MostFailures) return WaitResult::LinkFailed;
       continue;
     }
     // Taken before the settling wait, in which another handler may read something else.
@@ -56,28 +58,30 @@ WaitResult WaitForRecording(Link& link, const RecordingWait& wait) {
   }
 }
 
-bool ReadTraceBlock(Link& link, int offset, int lastOffset, std::vector<float>& traceRaw,
-                    const std::function<bool()>& abandon) {
+Sent ReadTraceBlock(Link& link, const Errand& errand, int offset, int lastOffset,
+                    std::vector<float>& traceRaw, const std::function<bool()>& abandon) {
   const int count = lastOffset + 1;
-  if (!link.Exchange(Function::Read, Register::Samples + offset, static_cast<float>(count),
-                     {.ClosingWait = false, .Abandon = abandon})) {
-    return false;
+  const Sent sent =
+      link.Exchange(errand, Function::Read, Register::Samples + offset, static_cast<float>(count),
+                    {.ClosingWait = false, .Withdrawn = [&](int) { return abandon && abandon(); }});
+  if (sent == Sent::Taken) {
+    std::copy_n(link.ReplyValues.begin(), count, traceRaw.begin() + offset);
   }
-  std::copy_n(link.ReplyValues.begin(), count, traceRaw.begin() + offset);
-  return true;
+  return sent;
 }
 
-UploadResult UploadTrace(Link& link, int channelCount, const std::function<bool()>& abandon) {
+UploadResult UploadTrace(Link& link, const Errand& errand, int channelCount,
+                         const std::function<bool()>& abandon) {
   constexpr int LastOffset = 49;
   constexpr int AbandonMs = 200;
   const int words = ChannelSamples * channelCount;
-  const auto abandoned = [&] { return abandon && abandon(); };
   // Not shared: another upload may run inside the waits of this one.
   std::vector<float> traceRaw(static_cast<std::size_t>(words) + 1);
   for (int offset = 0; offset < words; offset += LastOffset + 1) {
     link.LinkErrorCount = 0;
-    if (!abandoned() && ReadTraceBlock(link, offset, LastOffset, traceRaw, abandon)) continue;
-    if (!abandoned()) return UploadResult::Failed;
+    const Sent sent = ReadTraceBlock(link, errand, offset, LastOffset, traceRaw, abandon);
+    if (sent == Sent::Lost) return UploadResult::Failed;
+    if (sent == Sent::Taken) continue;
     link.WaitMs(AbandonMs);
     return UploadResult::Abandoned;
   }

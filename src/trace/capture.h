@@ -32,23 +32,24 @@ RecordingWait AnyAnswerWait();
 // For the scope: polls follow each other at once.
 RecordingWait ScopeWait(const std::function<bool()>& stop);
 
-enum class WaitResult { Ready, Stopped, NotReady, LinkFailed };
+enum class WaitResult { Ready, Stopped, NotReady, LinkFailed, Off };
 
 // Polls the recorder until it has finished. Failed frames add up over all polls: the twelfth gives
 // LinkFailed. Lets events run.
-WaitResult WaitForRecording(Link& link, const RecordingWait& wait);
+WaitResult WaitForRecording(Link& link, const Errand& errand, const RecordingWait& wait);
 
 // Reads `lastOffset` + 1 registers from Register::Samples + `offset` on and puts their values into
-// `traceRaw` from `offset` on; false, with nothing stored, when the drive does not answer.
-// `abandon` (may be empty) is asked before a frame is sent again; true gives up at once.
-bool ReadTraceBlock(Link& link, int offset, int lastOffset, std::vector<float>& traceRaw,
-                    const std::function<bool()>& abandon = {});
+// `traceRaw` from `offset` on; nothing is stored unless the drive answers. `abandon` (may be empty)
+// is asked before each frame; true calls the read off.
+Sent ReadTraceBlock(Link& link, const Errand& errand, int offset, int lastOffset,
+                    std::vector<float>& traceRaw, const std::function<bool()>& abandon = {});
 
 enum class UploadResult { Done, Abandoned, Failed };
 
 // Reads a recording of `channelCount` channels, block by block; then Link::ReplyValues holds its
-// words, as SplitTrace takes them. `abandon` (may be empty) is asked before each frame; true ends
-// the upload after a short wait. Unless Done, nothing of it is kept.
-UploadResult UploadTrace(Link& link, int channelCount, const std::function<bool()>& abandon);
+// words, as SplitTrace takes them. `abandon` (may be empty) is asked before each frame; true, or an
+// errand that is off, ends the upload after a short wait. Unless Done, nothing of it is kept.
+UploadResult UploadTrace(Link& link, const Errand& errand, int channelCount,
+                         const std::function<bool()>& abandon = {});
 
 }  // namespace gainsmith

@@ -71,9 +71,9 @@ void Form5::Form_Load() {
 }
 
 bool Form5::ReadEncoderCounts(const Run& run) {
-  const bool read = link_.Read(Register::EncoderCounts, {.Abandon = [&] { return run.Closed(); }});
+  const Sent sent = link_.Read(run.Of(), Register::EncoderCounts);
   if (run.Closed()) return false;
-  if (!read) {
+  if (sent != Sent::Taken) {
     FailLoad();
     return false;
   }
@@ -83,14 +83,12 @@ bool Form5::ReadEncoderCounts(const Run& run) {
 }
 
 bool Form5::ChooseTraceKind(const Run& run) {
-  const bool written =
-      link_.Write(Register::TraceKind, ThreeChannels, {.Abandon = [&] { return run.Closed(); }});
+  const Sent sent = link_.Write(run.Of(), Register::TraceKind, ThreeChannels);
   if (run.Closed()) return false;
-  if (!written) {
-    world_.ShowMessage(LinkFailureMessage(link_));
-    FailLoad();
-  }
-  return written;
+  if (Stands(sent)) return true;
+  link_.TellFailure(run.Of());
+  FailLoad();
+  return false;
 }
 
 void Form5::FailLoad() {
@@ -121,7 +119,7 @@ bool Form5::Form_Unload() {
 }
 
 void Form5::ReportLinkFailure(const Run& run) {
-  world_.ShowMessage(LinkFailureMessage(link_));
+  link_.TellFailure(run.Of());
   if (run.Closed()) return;
   link_.LinkIdle = true;
   Timer1.Stop();
@@ -147,10 +145,10 @@ void Form5::StartScope() {
   // It may run by the main window's command. No cycle may record before the trace time is written.
   Timer1.Stop();
   trace_.SetTraceTime(Combo1.ChosenData());
-  const bool written = link_.Write(Register::TraceTime, trace_.SampleDivider,
-                                   {.Abandon = [&] { return run.Over(); }});
+  const Sent sent = link_.Write(run.Of(), Register::TraceTime, trace_.SampleDivider,
+                                {.Withdrawn = [&](int) { return run.Over(); }});
   if (run.Over()) return;
-  if (!written) {
+  if (sent == Sent::Lost) {
     ReportLinkFailure(run);
   } else if (!StopRequested) {
     Timer1.Start();
@@ -167,6 +165,7 @@ void Form5::StopScope() {
 // --- The capture cycle.
 
 void Form5::Timer1_Timer() {
+  if (link_.ErrandUnderWay()) return;
   const Run run(*this);
   link_.LinkIdle = false;
   std::vector<float> words;
@@ -182,9 +181,9 @@ bool Form5::EndsCycle(const Run& run) {
 }
 
 bool Form5::Arm(const Run& run) {
-  const bool armed =
-      link_.Write(Register::ArmRecorder, ArmSamples, {.Abandon = [&] { return run.Over(); }});
-  if (!armed && !run.Over()) {
+  const Sent sent = link_.Write(run.Of(), Register::ArmRecorder, ArmSamples,
+                                {.Withdrawn = [&](int) { return run.Over(); }});
+  if (sent == Sent::Lost && !run.Over()) {
     ReportLinkFailure(run);
     return false;
   }
@@ -193,21 +192,18 @@ bool Form5::Arm(const Run& run) {
 
 bool Form5::AwaitRecording(const Run& run) {
   const WaitResult waited =
-      WaitForRecording(link_, ScopeWait([&] { return StopRequested || run.Over(); }));
+      WaitForRecording(link_, run.Of(), ScopeWait([&] { return StopRequested || run.Over(); }));
   if (waited == WaitResult::Stopped || run.Over()) return !EndsCycle(run);
   if (waited != WaitResult::Ready) ReportLinkFailure(run);
   return waited == WaitResult::Ready;
 }
 
 bool Form5::Upload(const Run& run, std::vector<float>& words) {
-  const UploadResult upload =
-      UploadTrace(link_, Plot.Description.ChannelCount, [&] { return run.Closed(); });
+  const UploadResult upload = UploadTrace(link_, run.Of(), Plot.Description.ChannelCount);
   if (run.Closed()) return false;
   TraceBlockFailed = upload == UploadResult::Failed;
-  if (TraceBlockFailed) {
-    ReportLinkFailure(run);
-    return false;
-  }
+  if (TraceBlockFailed) ReportLinkFailure(run);
+  if (upload != UploadResult::Done) return false;
   // Taken before the wait, in which another handler may read something else.
   words = link_.ReplyValues;
   link_.WaitMs(link_.ReplyWaitMs());

@@ -63,18 +63,20 @@ struct Form5 : Window {
   void err_Timer();
 
  private:
-  // What a handler that waits began in: a stay of the window, and the run of the last Start click.
+  // What a handler that waits began in: its errand, and the run of the last Start click.
   class Run {
    public:
-    explicit Run(const Form5& scope) : scope_(scope), stay_(scope), start_(scope.starts_) {}
+    explicit Run(Form5& scope)
+        : errand_(scope.link_, scope), scope_(scope), start_(scope.starts_) {}
+    const Errand& Of() const { return errand_; }
     // The window was closed.
-    bool Closed() const { return stay_.Over(); }
+    bool Closed() const { return errand_.Over(); }
     // It was closed, or a new Start has overtaken the run: the handler gives up.
     bool Over() const { return Closed() || start_ != scope_.starts_; }
 
    private:
+    Errand errand_;
     const Form5& scope_;
-    Stay stay_;
     std::uint64_t start_;
   };
 

@@ -53,16 +53,16 @@ void Form1::Form_Load() {
   shell_[OpenMark::CurrentLoop] = true;
 
   link_.LinkIdle = false;
-  if (!ReadGain(Register::CurrentKp, Kp, Slot::CurrentKp)) return;
-  if (!ReadGain(Register::CurrentKi, Ki, Slot::CurrentKi)) return;
+  const Errand errand(link_, *this);
+  if (!ReadGain(errand, Register::CurrentKp, Kp, Slot::CurrentKp)) return;
+  if (!ReadGain(errand, Register::CurrentKi, Ki, Slot::CurrentKi)) return;
   link_.LinkIdle = true;
 }
 
-bool Form1::ReadGain(Register reg, Field field, Slot slot) {
-  if (!link_.Read(reg, {.DriveMs = LoadDriveMs})) {
-    ReportFailure();
-    return false;
-  }
+bool Form1::ReadGain(const Errand& errand, Register reg, Field field, Slot slot) {
+  const Sent sent = link_.Read(errand, reg, {.DriveMs = LoadDriveMs});
+  if (sent == Sent::Lost) ReportFailure(errand);
+  if (sent != Sent::Taken) return false;
   params_[slot] = link_.Raw();
   Text1[field].Text = PlainText(params_[slot]);
   return true;
@@ -72,7 +72,9 @@ bool Form1::ReadGain(Register reg, Field field, Slot slot) {
 bool Form1::Form_Unload() {
   shell_[OpenMark::CurrentLoop] = false;
   shell_.ChildWindowOpen = false;
-  if (!link_.Write(Register::CurrentStep, 0, {.ClosingWait = false})) ReportFailure();
+  const Errand errand(link_, *this, Errand::Of::Motor);
+  const Sent sent = link_.Write(errand, Register::CurrentStep, 0, {.ClosingWait = false});
+  if (sent == Sent::Lost) ReportFailure(errand);
   // A test that the closing broke off has left its mark.
   link_.LinkIdle = true;
   return true;
@@ -108,17 +110,17 @@ bool Form1::Refuse(Field field, const char* title, const char* text, const char*
 // fired: only its picture is left out.
 void Form1::cmdTest_Click() {
   if (Unloading) return;
-  const Stay stay(*this);
+  const Errand errand(link_, *this, Errand::Of::Motor);
   cmdTest.Enabled = false;
   Pointer = MousePointer::Hourglass;
   const bool valid = ValidateTestFields();
-  const bool written = WriteTestSetup(stay);
-  if (stay.Over()) return;
+  const bool written = WriteTestSetup(errand, TakeEntries());
+  if (errand.Over()) return;
   if (valid && written) {
     Samples.fill(0);
     for (int first = 0; first < CurrentSamples; first += BlockSamples) {
-      ReadCurrentBlock(stay, Register::Samples + first, BlockSamples - 1);
-      if (stay.Over()) return;
+      ReadCurrentBlock(errand, Register::Samples + first, BlockSamples - 1);
+      if (errand.Over()) return;
     }
     Plot.ShowTrace(Samples, TestCurrentA, Picture1);
     DataSource.Start();
@@ -128,46 +130,43 @@ void Form1::cmdTest_Click() {
   Pointer = MousePointer::Default;
 }
 
-bool Form1::WriteTestSetup(const Stay& stay) {
+Form1::Entries Form1::TakeEntries() const {
+  return {static_cast<float>(Number(Kp)), static_cast<float>(Number(Ki)),
+          static_cast<float>(Number(TestCurrent))};
+}
+
+bool Form1::WriteTestSetup(const Errand& errand, const Entries& entries) {
   link_.LinkIdle = false;
-  params_[Slot::CurrentKp] = static_cast<float>(Number(Kp));
-  if (!WriteStep(stay, Register::CurrentKp, params_[Slot::CurrentKp])) return false;
-  params_[Slot::CurrentKi] = static_cast<float>(Number(Ki));
-  if (!WriteStep(stay, Register::CurrentKi, params_[Slot::CurrentKi])) return false;
-  TestCurrentA = static_cast<float>(Number(TestCurrent));
-  if (!WriteStep(stay, Register::TestCurrent, TestCurrentA * CountsPerAmpere)) return false;
-  if (!WriteStep(stay, Register::CurrentStep, 1, false)) return false;
+  params_[Slot::CurrentKp] = entries.Kp;
+  if (!WriteStep(errand, Register::CurrentKp, entries.Kp)) return false;
+  params_[Slot::CurrentKi] = entries.Ki;
+  if (!WriteStep(errand, Register::CurrentKi, entries.Ki)) return false;
+  TestCurrentA = entries.TestCurrentA;
+  if (!WriteStep(errand, Register::TestCurrent, TestCurrentA * CountsPerAmpere)) return false;
+  if (!WriteStep(errand, Register::CurrentStep, 1, false)) return false;
   link_.LinkIdle = true;
   return true;
 }
 
-bool Form1::WriteStep(const Stay& stay, Register reg, float value, bool closingWait) {
-  // Closing the window ends the test mode: nothing may go out again behind that.
-  const auto gone = [&] { return stay.Over(); };
-  const bool taken = link_.Write(reg, value, {.ClosingWait = closingWait, .Abandon = gone});
-  if (stay.Over()) return false;
-  if (!taken) ReportFailure();
-  return taken;
+bool Form1::WriteStep(const Errand& errand, Register reg, float value, bool closingWait) {
+  const Sent sent = link_.Write(errand, reg, value, {.ClosingWait = closingWait});
+  if (sent == Sent::Lost) ReportFailure(errand);
+  return Stands(sent) && !errand.Over();
 }
 
-void Form1::ReadCurrentBlock(const Stay& stay, Register reg, int lastOffset) {
-  const auto gone = [&] { return stay.Over(); };
+void Form1::ReadCurrentBlock(const Errand& errand, Register reg, int lastOffset) {
   const auto count = static_cast<float>(lastOffset + 1);
-  const bool answered =
-      link_.Exchange(Function::Read, reg, count, {.ClosingWait = false, .Abandon = gone});
-  if (stay.Over()) return;
-  if (!answered) {
-    ReportFailure();
-    return;
-  }
+  const Sent sent = link_.Exchange(errand, Function::Read, reg, count, {.ClosingWait = false});
+  if (sent == Sent::Lost) ReportFailure(errand);
+  if (sent != Sent::Taken) return;
   const auto first = static_cast<std::size_t>(reg) - static_cast<std::size_t>(Register::Samples);
   for (int i = 0; i <= lastOffset; ++i) {
     Samples[first + static_cast<std::size_t>(i)] = link_.ReplyValues[static_cast<std::size_t>(i)];
   }
 }
 
-void Form1::ReportFailure() {
-  world_.ShowMessage(LinkFailureMessage(link_));
+void Form1::ReportFailure(const Errand& errand) {
+  link_.TellFailure(errand);
   link_.LinkIdle = true;
   DataSource.Stop();
 }

@@ -46,16 +46,24 @@ struct Form1 : Window {
   void BuildDesign();
   void ConnectEvents();
 
-  bool ReadGain(Register reg, Field field, Slot slot);
+  // The fields at one moment: they stay open to the user while the words go out.
+  struct Entries {
+    float Kp;
+    float Ki;
+    float TestCurrentA;
+  };
+  Entries TakeEntries() const;
+
+  bool ReadGain(const Errand& errand, Register reg, Field field, Slot slot);
   // Reports the first bad field, corrects it and gives false.
   bool ValidateTestFields();
   bool Refuse(Field field, const char* title, const char* text, const char* corrected);
   // Writes gains and current and fires the step. False on failure, which it has reported, and when
   // the window was closed meanwhile.
-  bool WriteTestSetup(const Stay& stay);
-  bool WriteStep(const Stay& stay, Register reg, float value, bool closingWait = true);
-  void ReadCurrentBlock(const Stay& stay, Register reg, int lastOffset);
-  void ReportFailure();
+  bool WriteTestSetup(const Errand& errand, const Entries& entries);
+  bool WriteStep(const Errand& errand, Register reg, float value, bool closingWait = true);
+  void ReadCurrentBlock(const Errand& errand, Register reg, int lastOffset);
+  void ReportFailure(const Errand& errand);
   // The number in a field.
   double Number(Field field) const;
 

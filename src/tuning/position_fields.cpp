@@ -51,27 +51,28 @@ constexpr double LargestDistance = 2147483647;
 
 }  // namespace
 
-bool Form3::ReadGains() {
-  const auto readAll = [this](std::span<const GainRegister> gains) {
+bool Form3::ReadGains(const Errand& errand) {
+  const auto readAll = [&](std::span<const GainRegister> gains) {
     for (const GainRegister& gain : gains) {
-      if (!ReadGain(gain.Target, gain.Slot, GainCopies[gain.Index], Text1[gain.Index])) {
+      if (!ReadGain(errand, gain.Target, gain.Slot, GainCopies[gain.Index], Text1[gain.Index])) {
         return false;
       }
     }
     return true;
   };
   if (!readAll(HighGains)) return false;
-  const std::optional<float> counts = Run.LoadRead(Register::EncoderCounts);
+  const std::optional<float> counts = Run.LoadRead(errand, Register::EncoderCounts);
   if (!counts) return false;
   trace_.EncoderCounts = *counts;
   params_[Slot::EncoderCounts] = *counts;
   if (!readAll(LowPositionGains)) return false;
   world_.Show(progress_);
-  return readAll(LowVelocityGains) && ReadGain(Register::KaffHigh, Slot::KaffHigh, KaffCopy, Text5);
+  return readAll(LowVelocityGains) &&
+         ReadGain(errand, Register::KaffHigh, Slot::KaffHigh, KaffCopy, Text5);
 }
 
-bool Form3::ReadGain(Register reg, Slot slot, float& copy, TextBox& text) {
-  const std::optional<float> value = Run.LoadRead(reg);
+bool Form3::ReadGain(const Errand& errand, Register reg, Slot slot, float& copy, TextBox& text) {
+  const std::optional<float> value = Run.LoadRead(errand, reg);
   if (!value) return false;
   copy = *value;
   params_[slot] = *value;
@@ -155,6 +156,11 @@ bool Form3::ValidateWords(const Entries& entries) {
   };
   const auto& [speedDivisor, accelFirst, accelSecond] = PositionUnits;
   const double counts = trace_.EncoderCounts;
+  if (counts == 0) {
+    return RefuseField(Text1[Velocity],
+                       "The drive reports 0 pulses per motor revolution, so no speed can be "
+                       "reckoned. Set the encoder resolution in Properties. Nothing was sent.");
+  }
   if (SpeedWord(entries.Text1[Velocity], trace_.EncoderCounts, speedDivisor) > LargestWord) {
     return tooHigh(Velocity, "velocity", speedDivisor / counts);
   }
@@ -166,6 +172,11 @@ bool Form3::ValidateWords(const Entries& entries) {
     return RefuseField(Text1[Distance],
                        "The distance is more than the drive can take: it takes at most "
                        "2147483647 pulses. Nothing was sent.");
+  }
+  if (!PackWord(SplitLength(entries.Text1[Distance]).Low)) {
+    return RefuseField(Text1[Distance],
+                       "This distance does not fit the drive's two words. Use a whole number of "
+                       "pulses. Nothing was sent.");
   }
   return true;
 }
@@ -191,7 +202,7 @@ float* Form3::RememberedOf(std::size_t index) {
   }
 }
 
-bool Form3::WriteFieldIfChanged(const Stay& stay, const Entries& entries, std::size_t index) {
+bool Form3::WriteFieldIfChanged(const Errand& errand, const Entries& entries, std::size_t index) {
   const auto number = static_cast<float>(entries.Text1[index]);
   if (float* remembered = RememberedOf(index)) {
     *remembered = number;
@@ -201,24 +212,24 @@ bool Form3::WriteFieldIfChanged(const Stay& stay, const Entries& entries, std::s
   if (gain == nullptr || number == GainCopies[index]) return true;
   GainCopies[index] = number;
   params_[gain->Slot] = number;
-  return Run.Write(stay, gain->Target, number);
+  return Run.Write(errand, gain->Target, number);
 }
 
-bool Form3::WriteKaff(const Stay& stay, const Entries& entries) {
+bool Form3::WriteKaff(const Errand& errand, const Entries& entries) {
   KaffCopy = static_cast<float>(entries.Kaff);
   params_[Slot::KaffHigh] = KaffCopy;
-  return Run.Write(stay, Register::KaffHigh, KaffCopy);
+  return Run.Write(errand, Register::KaffHigh, KaffCopy);
 }
 
-bool Form3::WriteChangedGains(const Stay& stay, const Entries& entries) {
+bool Form3::WriteChangedGains(const Errand& errand, const Entries& entries) {
   constexpr Field order[] = {PositionKp,    Kvff,          PositionKd,    VelocityKp,
                              Velocity,      Acceleration,  Distance,      Interval,
                              VelocityKi,    LowPositionKp, LowPositionKi, LowPositionKd,
                              LowVelocityKp, LowVelocityKi};
   for (const Field field : order) {
-    if (!WriteFieldIfChanged(stay, entries, field)) return false;
+    if (!WriteFieldIfChanged(errand, entries, field)) return false;
   }
-  return WriteKaff(stay, entries);
+  return WriteKaff(errand, entries);
 }
 
 }  // namespace gainsmith

@@ -31,9 +31,9 @@ void Form3::EnableFields(bool enabled) {
 // All four run buttons alike; the caption that counts is that of the one in sight.
 void Form3::Command1_Click() {
   const bool start = Run.StopRequested();
-  if (start && !Run.MayStart()) return;
-  const RunScheme::Click click(Run);
-  const Stay stay(*this);
+  if (start && (!Run.MayStart() || JogHeld())) return;
+  const RunScheme::MotorErrand motor(Run);
+  const Errand& errand = motor.Own();
   Run.TraceBlockFailed = false;
   if (start) {
     const Entries entries = TakeEntries();
@@ -44,9 +44,9 @@ void Form3::Command1_Click() {
   PositionTestMs = PlanMs(entries_);
   Plot.CaptureHaveData = true;
   if (start) {
-    StartTest(stay);
+    StartTest(errand);
   } else {
-    StopTest(stay);
+    StopTest(errand);
   }
 }
 
@@ -60,28 +60,30 @@ float Form3::PlanMs(const Entries& entries) const {
   return seconds * 1000;
 }
 
-void Form3::StartTest(const Stay& stay) {
+void Form3::StartTest(const Errand& errand) {
   link_.LinkIdle = false;
   ShowRunColour(StoppedColour);
-  if (!WriteChangedGains(stay, entries_)) return;
+  if (!WriteChangedGains(errand, entries_)) return;
   ShowCaption(RunScheme::StopCaption);
   ShowRunColour(RunningColour);
   EnableFields(false);
   Plot.Picture1.Cls();
 
-  RunScheme::Result result = WriteStartList(stay);
-  if (result == RunScheme::Result::GoOn) result = Run.SendRunCommand(stay);
+  RunScheme::Result result = WriteStartList(errand);
+  if (result == RunScheme::Result::GoOn) result = Run.SendRunCommand(errand);
   if (result == RunScheme::Result::Stopped) ShowStopped();
+  if (result == RunScheme::Result::Jogged) LeaveToJog();
   if (result != RunScheme::Result::GoOn) return;
 
   Run.TestStartTick = world_.NowMs();
-  readdata(stay);
-  if (stay.Over() || trace_.TraceReadFailed) return;
+  readdata(errand);
+  if (errand.Over() || trace_.TraceReadFailed) return;
+  if (Run.Jogged(errand)) return LeaveToJog();
   link_.LinkIdle = true;
   DataSource.Start();
 }
 
-RunScheme::Result Form3::WriteStartList(const Stay& stay) {
+RunScheme::Result Form3::WriteStartList(const Errand& errand) {
   const auto& entered = entries_.Text1;
   const auto word = [](float value) {
     return RunScheme::StepValue{RunScheme::StepValue::Kind::Write, value};
@@ -115,7 +117,7 @@ RunScheme::Result Form3::WriteStartList(const Stay& stay) {
       {Register::TraceKind, [&] { return word(ThreeChannels); }},
       {Register::ArmRecorder, [&] { return word(ArmSamples); }},
   };
-  return Run.WriteSteps(stay, steps);
+  return Run.WriteSteps(errand, steps);
 }
 
 void Form3::ShowStopped() {
@@ -123,26 +125,40 @@ void Form3::ShowStopped() {
   link_.LinkIdle = true;
 }
 
-void Form3::StopTest(const Stay& stay) {
+void Form3::ShowStoppable() {
   DataSource.Stop();
   ShowCaption(RunScheme::StartCaption);
   ShowRunColour(StoppedColour);
   EnableFields(true);
-  if (!Run.StopTest(stay, BeforeStopMs)) return;
-  link_.LinkIdle = true;
-  if (Run.TraceUploaded) return;
-  readdata(stay);
-  if (!stay.Over()) Run.TraceUploaded = false;
 }
 
-void Form3::readdata(const Stay& stay) {
+// The stop word would stand against the held button.
+void Form3::LeaveToJog() {
+  constexpr int LookMs = 50;
+  ShowStoppable();
+  link_.LinkIdle = true;
+  while (JogHeld() && !world_.Ended()) link_.WaitMs(LookMs);
+  const Errand errand(link_, *this);
+  Run.StopTest(errand);
+}
+
+void Form3::StopTest(const Errand& errand) {
+  ShowStoppable();
+  if (!Run.StopTest(errand, BeforeStopMs)) return;
+  link_.LinkIdle = true;
+  if (Run.TraceUploaded) return;
+  readdata(errand);
+  if (!errand.Over()) Run.TraceUploaded = false;
+}
+
+void Form3::readdata(const Errand& errand) {
   const int channels = Plot.Description.ChannelCount;
-  const bool open = Run.TakeFirstRecording(stay, channels, [&] {
+  const RunScheme::CaptureEnd end = Run.TakeFirstRecording(errand, channels, [&] {
     trace_.ShowRecordedChannels(channels);
     ShowRecording();
   });
-  if (!open) return;
-  if (!Run.StopRequested() || !Run.StopTest(stay)) return;
+  if (end == RunScheme::CaptureEnd::Closed) return;
+  if (!Run.StopRequested() || !Run.StopTest(errand)) return;
   Command1[CurveStart].Caption = RunScheme::StartCaption;
   link_.LinkIdle = true;
 }
@@ -161,35 +177,35 @@ void Form3::ShowRecording() {
   Plot.Form_Resize();
 }
 
-bool Form3::StoppedInTick(const Stay& stay) {
+bool Form3::StoppedInTick(const Errand& errand) {
   if (!Run.StopRequested()) return false;
-  if (!Run.StopTest(stay)) return true;
+  if (!Run.StopTest(errand)) return true;
   DataSource.Stop();
   ShowStopped();
   return true;
 }
 
 void Form3::DataSource_Timer() {
-  if (!Run.MayTick()) return;
-  const Stay stay(*this);
-  if (StoppedInTick(stay)) return;
+  if (link_.ErrandUnderWay()) return;
+  const RunScheme::Tick tick(Run);
+  const Errand& errand = tick.Own();
+  if (StoppedInTick(errand)) return;
   link_.LinkIdle = false;
-  if (!Run.Write(stay, Register::ArmRecorder, ArmSamples) || StoppedInTick(stay)) return;
+  if (!Run.Write(errand, Register::ArmRecorder, ArmSamples) || StoppedInTick(errand)) return;
 
   RecordingWait wait = TestWait(trace_);
   wait.StopAfter = [this] { return Run.StopRequested(); };
-  const RunScheme::CaptureEnd end =
-      Run.Capture(stay, std::move(wait), Plot.Description.ChannelCount);
-  if (stay.Over()) return;
-  if (end == RunScheme::CaptureEnd::Stopped) StoppedInTick(stay);
+  const RunScheme::CaptureEnd end = Run.Capture(errand, wait, Plot.Description.ChannelCount);
+  if (errand.Over()) return;
+  if (end == RunScheme::CaptureEnd::Stopped) StoppedInTick(errand);
   if (end != RunScheme::CaptureEnd::Uploaded) return;
 
-  trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
-  if (StoppedInTick(stay)) return;
+  if (StoppedInTick(errand)) return;
   if (Run.ElapsedMs() > static_cast<double>(PositionTestMs)) {
     DataSource.Stop();
     return;
   }
+  trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
   ShowRecording();
 }
 

@@ -48,12 +48,15 @@ void Form3::Form_Load() {
   LeftTwips = 3000;
   TopTwips = 2000;
   Run.Open();
+  jogHeld_.fill(false);
+  JogState.fill(JogSettled);
   shell_[OpenMark::PositionLoop] = true;
   shell_.ChildWindowOpen = true;
   FillTraceTimes(Combo1);
-  if (!ReadGains()) return;
+  const Errand errand(link_, *this);
+  if (!ReadGains(errand)) return;
   // Whatever a former test or jog left running is ended.
-  if (!Run.LoadWrite(Register::PositionCommand, 0)) return;
+  if (!Run.LoadWrite(errand, Register::PositionCommand, 0)) return;
   for (const Field field : {Velocity, Acceleration, Distance, Interval}) {
     Text1[field].Text = PlainText(*RememberedOf(field));
   }

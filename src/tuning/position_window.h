@@ -136,16 +136,16 @@ struct Form3 : Window {
   void ResetDesign();
 
   // position_fields.cpp
-  bool ReadGains();
-  bool ReadGain(Register reg, Slot slot, float& copy, TextBox& text);
+  bool ReadGains(const Errand& errand);
+  bool ReadGain(const Errand& errand, Register reg, Slot slot, float& copy, TextBox& text);
   Entries TakeEntries() const;
   bool ValidateFields(const Entries& entries);
   // Whether the drive can take the words of the motion.
   bool ValidateWords(const Entries& entries);
   bool RefuseField(TextBox& field, const std::string& text);
-  bool WriteChangedGains(const Stay& stay, const Entries& entries);
-  bool WriteFieldIfChanged(const Stay& stay, const Entries& entries, std::size_t index);
-  bool WriteKaff(const Stay& stay, const Entries& entries);
+  bool WriteChangedGains(const Errand& errand, const Entries& entries);
+  bool WriteFieldIfChanged(const Errand& errand, const Entries& entries, std::size_t index);
+  bool WriteKaff(const Errand& errand, const Entries& entries);
   float* RememberedOf(std::size_t index);
 
   // position_run.cpp
@@ -153,23 +153,30 @@ struct Form3 : Window {
   void ShowRunColour(Colour colour) { Command1[MainStart].BackColor = colour; }
   void EnableFields(bool enabled);
   float PlanMs(const Entries& entries) const;
-  void StartTest(const Stay& stay);
-  void StopTest(const Stay& stay);
-  RunScheme::Result WriteStartList(const Stay& stay);
+  void StartTest(const Errand& errand);
+  void StopTest(const Errand& errand);
+  RunScheme::Result WriteStartList(const Errand& errand);
+  // The caption, colour and fields of a window in which no test is wanted.
+  void ShowStoppable();
+  // Ends a Start that a jog has taken the motor from; the stop word waits for the release.
+  void LeaveToJog();
   // The drive has been stopped behind the back of the handler that finds it.
   void ShowStopped();
   // The guard of the tick: true when it has ended the tick.
-  bool StoppedInTick(const Stay& stay);
-  void readdata(const Stay& stay);
+  bool StoppedInTick(const Errand& errand);
+  void readdata(const Errand& errand);
   // Splits what was uploaded and draws it, with the position error on the position axis.
   void ShowRecording();
 
   // position_jog.cpp
-  void SetJogVelocity(const Stay& stay);
-  void SetJogAcceleration(const Stay& stay);
-  void SendJogWord(const Stay& stay, TextBox& field, Register reg, float word, bool good,
+  void SetJogVelocity(const Errand& errand);
+  void SetJogAcceleration(const Errand& errand);
+  void SendJogWord(const Errand& errand, TextBox& field, Register reg, float word, bool good,
                    const char* fallback);
-  void WriteJogStop(const Stay& stay, JogButton button);
+  void WriteJogStop(const Errand& errand);
+  bool JogHeld() const { return jogHeld_[Clockwise] || jogHeld_[CounterClockwise]; }
+  // The last word that went to the drive has set it jogging.
+  bool JogInForce() const;
 
   World& world_;
   Link& link_;
@@ -178,8 +185,11 @@ struct Form3 : Window {
   TraceState& trace_;
   Form9& progress_;
   Entries entries_;
-  // How often each jog button was pressed: a press that waits sees that it was followed by another.
-  std::array<std::uint64_t, JogButtonCount> jogPresses_{};
+  // The newest press of a jog button owns the motor.
+  std::uint64_t jogPresses_ = 0;
+  JogButton jogOwner_ = Clockwise;
+  // Pressed and not yet released.
+  std::array<bool, JogButtonCount> jogHeld_{};
 };
 
 }  // namespace gainsmith

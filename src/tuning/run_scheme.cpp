@@ -1,7 +1,5 @@
-// RunScheme: see the header.
+// RunScheme: clicks, the guarded list of writes, and recordings.
 #include "tuning/run_scheme.h"
-
-#include <utility>
 
 namespace gainsmith {
 namespace {
@@ -9,21 +7,11 @@ namespace {
 constexpr float StopWord = 0;
 constexpr float RunWord = 2;
 
-class Counted {
- public:
-  explicit Counted(int& count) : count_(count) { ++count_; }
-  Counted(const Counted&) = delete;
-  Counted& operator=(const Counted&) = delete;
-  ~Counted() { --count_; }
-
- private:
-  int& count_;
-};
-
 }  // namespace
 
 bool RunScheme::MayStart() const {
-  return clicks_ == 0 && !p_.Owner.Unloading && !p_.Line.LoadFailed;
+  return !p_.Line.MotorErrandUnderWay() && !tickOfTest_ && !p_.Owner.Unloading &&
+         !p_.Line.LoadFailed;
 }
 
 double RunScheme::ElapsedMs() const {
@@ -40,128 +28,127 @@ void RunScheme::Open() {
   p_.Trace.TraceReadFailed = false;
 }
 
-std::optional<float> RunScheme::LoadRead(Register reg) {
-  if (p_.Line.Read(reg)) return static_cast<float>(p_.Line.Raw());
-  p_.Line.LoadFailed = true;
-  p_.Err.Start();
+std::optional<float> RunScheme::LoadRead(const Errand& errand, Register reg) {
+  const Sent sent = p_.Line.Read(errand, reg);
+  if (sent == Sent::Taken) return static_cast<float>(p_.Line.Raw());
+  if (sent == Sent::Lost) FailLoad();
   return std::nullopt;
 }
 
-bool RunScheme::LoadWrite(Register reg, float value) {
-  if (p_.Line.Write(reg, value)) return true;
+bool RunScheme::LoadWrite(const Errand& errand, Register reg, float value) {
+  const Sent sent = p_.Line.Write(errand, reg, value);
+  if (sent == Sent::Lost) FailLoad();
+  return Stands(sent);
+}
+
+void RunScheme::FailLoad() {
   p_.Line.LoadFailed = true;
   p_.Err.Start();
-  return false;
 }
 
 void RunScheme::err_Timer() {
   p_.Err.Stop();
-  if (p_.Line.LoadFailed) ReportLinkFailure(Stay(p_.Owner));
+  if (p_.Line.LoadFailed) ReportLinkFailure(Errand(p_.Line, p_.Owner));
 }
 
-RunScheme::Click::Click(RunScheme& scheme) : scheme_(scheme) {
-  ++scheme_.clicks_;
-  scheme_.ShowPointer();
+RunScheme::MotorErrand::MotorErrand(RunScheme& scheme)
+    : pointer_{scheme}, errand_(scheme.p_.Line, scheme.p_.Owner, Errand::Of::Motor) {
+  scheme.ShowPointer();
 }
 
-RunScheme::Click::~Click() {
-  --scheme_.clicks_;
-  scheme_.ShowPointer();
-}
+RunScheme::Tick::Tick(RunScheme& scheme)
+    : pointer_{scheme},
+      errand_(scheme.p_.Line, scheme.p_.Owner),
+      ofTest_(scheme.tickOfTest_, !scheme.StopRequested()) {}
 
 void RunScheme::ShowPointer() {
-  const bool startWaits = clicks_ > 0 && StopRequested();
+  const bool startWaits = StopRequested() && !p_.Owner.Loading && !MayStart();
   p_.Owner.Pointer = startWaits ? MousePointer::Hourglass : MousePointer::Default;
 }
 
-RunScheme::Result RunScheme::WriteSteps(const Stay& stay, std::span<const Step> steps) {
+RunScheme::Result RunScheme::WriteSteps(const Errand& errand, std::span<const Step> steps) {
   for (const Step& step : steps) {
+    if (Jogged(errand)) return Result::Jogged;
     const StepValue value = step.Value();
     if (value.What == StepValue::Kind::Refused) return Result::Refused;
-    if (value.What == StepValue::Kind::Write && !Write(stay, step.Target, value.Word)) {
+    if (value.What == StepValue::Kind::Write && !Write(errand, step.Target, value.Word)) {
       return Result::Closed;
     }
-    if (StopRequested()) return StopTest(stay) ? Result::Stopped : Result::Closed;
+    if (StopRequested()) return StopTest(errand) ? Result::Stopped : Result::Closed;
   }
   return Result::GoOn;
 }
 
-RunScheme::Result RunScheme::SendRunCommand(const Stay& stay) {
-  const auto unwanted = [&] { return StopRequested() || stay.Over(); };
-  const bool taken = Send(p_.Command, RunWord, {.Abandon = unwanted});
-  if (stay.Over()) {
+RunScheme::Result RunScheme::SendRunCommand(const Errand& errand) {
+  const auto stopped = [this](int) { return StopRequested(); };
+  const Sent sent = p_.Line.Write(errand, p_.Command, RunWord, {.Withdrawn = stopped});
+  if (errand.Over()) {
     // No test may begin behind a closed window.
-    if (!reported_) StopTest(stay);
+    if (!reported_) StopTest(errand);
     return Result::Closed;
   }
-  if (StopRequested()) return StopTest(stay) ? Result::Stopped : Result::Closed;
-  if (!taken) {
-    ReportLinkFailure(stay);
-    return Result::Closed;
-  }
-  return Result::GoOn;
+  if (StopRequested()) return StopTest(errand) ? Result::Stopped : Result::Closed;
+  if (Jogged(errand)) return Result::Jogged;
+  if (sent == Sent::Taken) return Result::GoOn;
+  ReportLinkFailure(errand);
+  return Result::Closed;
 }
 
-bool RunScheme::Send(Register reg, float value, const ExchangeOptions& options) {
-  const Counted sending(sending_);
-  return p_.Line.Write(reg, value, options);
+bool RunScheme::Jogged(const Errand& errand) const {
+  return !StopRequested() && p_.Line.NewerHasWritten(errand, p_.Command);
 }
 
-bool RunScheme::Exchange(const Stay& stay, Function function, Register reg, float value) {
-  const Counted sending(sending_);
-  const auto gone = [&] { return stay.Over(); };
-  const bool done = p_.Line.Exchange(function, reg, value, {.Abandon = gone});
-  if (stay.Over()) return false;
-  if (!done) ReportLinkFailure(stay);
-  return done;
+bool RunScheme::Exchange(const Errand& errand, Function function, Register reg, float value) {
+  const Sent sent = p_.Line.Exchange(errand, function, reg, value);
+  if (sent == Sent::Lost) ReportLinkFailure(errand);
+  return Stands(sent) && !errand.Over();
 }
 
-bool RunScheme::StopTest(const Stay& stay, int pauseMs) {
+bool RunScheme::StopTest(const Errand& errand, int pauseMs) {
   // Also where a tick stops the test: a new one must not begin inside the stop word's exchange.
-  const Click busy(*this);
-  if (!Send(p_.Command, StopWord, {.PauseBeforeMs = pauseMs})) ReportLinkFailure(stay);
-  return !stay.Over();
+  const MotorErrand busy(*this);
+  const Sent sent = p_.Line.Write(errand, p_.Command, StopWord, {.PauseBeforeMs = pauseMs});
+  if (sent == Sent::Lost) ReportLinkFailure(errand);
+  return !errand.Over();
 }
 
-RunScheme::CaptureEnd RunScheme::Capture(const Stay& stay, RecordingWait wait, int channelCount) {
-  const auto gone = [&] { return stay.Over(); };
-  wait.StopBefore = gone;
-  wait.StopAfter = [&stay, stop = std::move(wait.StopAfter)] {
-    return stay.Over() || (stop && stop());
-  };
-  const WaitResult waited = WaitForRecording(p_.Line, wait);
-  if (stay.Over()) return CaptureEnd::Closed;
+RunScheme::CaptureEnd RunScheme::Capture(const Errand& errand, const RecordingWait& wait,
+                                         int channelCount) {
+  const WaitResult waited = WaitForRecording(p_.Line, errand, wait);
+  if (errand.Over() || waited == WaitResult::Off) return CaptureEnd::Closed;
   if (waited == WaitResult::Stopped) return CaptureEnd::Stopped;
   UploadResult upload = UploadResult::Failed;
   if (waited == WaitResult::Ready) {
-    upload = UploadTrace(p_.Line, channelCount,
-                         [&] { return stay.Over() || p_.Trace.ClosingPositionWindow; });
-    if (stay.Over()) return CaptureEnd::Closed;
+    upload =
+        UploadTrace(p_.Line, errand, channelCount, [&] { return p_.Trace.ClosingPositionWindow; });
+    if (errand.Over()) return CaptureEnd::Closed;
     TraceBlockFailed = upload == UploadResult::Failed;
   }
   if (upload == UploadResult::Done) return CaptureEnd::Uploaded;
   if (upload == UploadResult::Abandoned) return CaptureEnd::Abandoned;
-  ReportLinkFailure(stay);
+  ReportLinkFailure(errand);
   return CaptureEnd::Failed;
 }
 
-bool RunScheme::TakeFirstRecording(const Stay& stay, int channelCount,
-                                   const std::function<void()>& show) {
-  const CaptureEnd end = Capture(stay, TestWait(p_.Trace), channelCount);
+RunScheme::CaptureEnd RunScheme::TakeFirstRecording(const Errand& errand, int channelCount,
+                                                    const std::function<void()>& show) {
+  RecordingWait wait = TestWait(p_.Trace);
+  wait.StopAfter = [&] { return Jogged(errand); };
+  const CaptureEnd end = Capture(errand, wait, channelCount);
   if (end == CaptureEnd::Failed) p_.Trace.TraceReadFailed = true;
-  if (stay.Over()) return false;
+  if (errand.Over()) return CaptureEnd::Closed;
   if (end == CaptureEnd::Uploaded) {
     show();
     TraceUploaded = true;
   }
-  return true;
+  return end;
 }
 
-void RunScheme::ReportLinkFailure(const Stay& stay) {
+void RunScheme::ReportLinkFailure(const Errand& errand) {
   if (reported_) return;
   reported_ = true;
-  p_.Surroundings.ShowMessage(LinkFailureMessage(p_.Line));
-  if (stay.Over()) return;
+  p_.Line.TellFailure(errand);
+  if (errand.Over()) return;
   p_.Line.LinkIdle = true;
   p_.DataSource.Stop();
   p_.Surroundings.Unload(p_.Owner);

@@ -5,15 +5,9 @@
 // it turns the caption back to "Start" and writes the stop word. The outer handler reads the
 // caption after each of its exchanges, gives up by itself and writes the stop word once more.
 //
-// What keeps that sound:
-// - A run command is never sent again once a stop was asked for, so that it cannot follow the stop
-//   word on the line.
-// - A Start click is taken only when the handlers of the last click have come to their end and no
-//   stop word is on its way; a Stop click is always taken.
-// - A tick that falls into another handler's exchange gives way: otherwise ticks, each of which
-//   spoils the exchange that it falls into, could keep a gain or a jog command from the drive.
-// - A handler whose window was closed while it waited sends nothing more and says nothing.
-// - A lost link is reported once, and closes the window.
+// What else keeps that sound: what calls a word off is in link/errand.h; a Start click is taken
+// only when no other click of a run button, no jog, no stop word and no tick that has heard a Stop
+// is under way, while a Stop click always is; a lost link is reported once, and closes the window.
 #pragma once
 
 #include <cstdint>
@@ -64,9 +58,6 @@ class RunScheme {
   // A Start click would be taken.
   bool MayStart() const;
 
-  // A tick may use the line.
-  bool MayTick() const { return clicks_ == 0 && sending_ == 0; }
-
   // Milliseconds since the test was started.
   double ElapsedMs() const;
 
@@ -75,22 +66,43 @@ class RunScheme {
   // For the beginning of Form_Load.
   void Open();
   // An exchange of Form_Load. Failure is left to the err timer to report: Form_Load ends there.
-  std::optional<float> LoadRead(Register reg);
-  bool LoadWrite(Register reg, float value);
+  std::optional<float> LoadRead(const Errand& errand, Register reg);
+  bool LoadWrite(const Errand& errand, Register reg, float value);
   void err_Timer();
 
-  // --- Clicks.
+  // --- Handlers.
 
-  // Stands in a click's handler, and around a stop word, from begin to end.
-  class Click {
+  // Shows the pointer anew at the end of a handler.
+  struct PointerAtEnd {
+    RunScheme& Scheme;
+    ~PointerAtEnd() { Scheme.ShowPointer(); }
+  };
+  // Stands in a handler that has to do with the motor, from begin to end: a click of the run
+  // button, a jog, a stop word.
+  class MotorErrand {
    public:
-    explicit Click(RunScheme& scheme);
-    Click(const Click&) = delete;
-    Click& operator=(const Click&) = delete;
-    ~Click();
+    explicit MotorErrand(RunScheme& scheme);
+    const Errand& Own() const { return errand_; }
 
    private:
-    RunScheme& scheme_;
+    PointerAtEnd pointer_;
+    Errand errand_;
+  };
+  // Stands in a tick. No tick begins inside another.
+  class Tick {
+   public:
+    explicit Tick(RunScheme& scheme);
+    const Errand& Own() const { return errand_; }
+
+   private:
+    struct Mark {
+      Mark(bool& mark, bool set) : Set(mark) { Set = set; }
+      ~Mark() { Set = false; }
+      bool& Set;
+    };
+    PointerAtEnd pointer_;
+    Errand errand_;
+    Mark ofTest_;
   };
   // Shows the hourglass while a Start click would not be taken; for changes of the caption.
   void ShowPointer();
@@ -111,26 +123,24 @@ class RunScheme {
   enum class Result {
     GoOn,
     Stopped,  // a stop was asked for, and the drive has been told
+    Jogged,   // a jog has taken the motor: the test is over, and the drive is still to be told
     Refused,  // a step refused its field
     Closed,   // the window was closed, by the user or by a lost link
   };
   // Runs the steps in order; after each the caption is read.
-  Result WriteSteps(const Stay& stay, std::span<const Step> steps);
+  Result WriteSteps(const Errand& errand, std::span<const Step> steps);
   // Starts the motor.
-  Result SendRunCommand(const Stay& stay);
-
-  // A write that reports nothing.
-  bool Send(Register reg, float value, const ExchangeOptions& options);
+  Result SendRunCommand(const Errand& errand);
 
   // One exchange. False when the window was closed, a lost link included.
-  bool Exchange(const Stay& stay, Function function, Register reg, float value);
-  bool Write(const Stay& stay, Register reg, float value) {
-    return Exchange(stay, Function::Write, reg, value);
+  bool Exchange(const Errand& errand, Function function, Register reg, float value);
+  bool Write(const Errand& errand, Register reg, float value) {
+    return Exchange(errand, Function::Write, reg, value);
   }
 
   // Writes the stop word, waiting `pauseMs` before each attempt. Goes through with it whatever
   // becomes of the window. False when the window is closed.
-  bool StopTest(const Stay& stay, int pauseMs = 0);
+  bool StopTest(const Errand& errand, int pauseMs = 0);
 
   // --- Recordings.
 
@@ -142,19 +152,24 @@ class RunScheme {
     Closed,
   };
   // Waits for a recording and uploads it.
-  CaptureEnd Capture(const Stay& stay, RecordingWait wait, int channelCount);
+  CaptureEnd Capture(const Errand& errand, const RecordingWait& wait, int channelCount);
   // The first recording of a test, given to `show`; a failure is noted in
-  // TraceState::TraceReadFailed. False when the window was closed.
-  bool TakeFirstRecording(const Stay& stay, int channelCount, const std::function<void()>& show);
+  // TraceState::TraceReadFailed. Stopped: a jog has taken the motor meanwhile.
+  CaptureEnd TakeFirstRecording(const Errand& errand, int channelCount,
+                                const std::function<void()>& show);
+
+  // A jog has taken the motor from the test that `errand` starts.
+  bool Jogged(const Errand& errand) const;
 
   // The failure routine: the message, once; then the window closes.
-  void ReportLinkFailure(const Stay& stay);
+  void ReportLinkFailure(const Errand& errand);
 
  private:
+  void FailLoad();
+
   const Parts p_;
-  int clicks_ = 0;
-  // Exchanges of handlers under way.
-  int sending_ = 0;
+  // A tick is under way that began while a test was wanted.
+  bool tickOfTest_ = false;
   // A lost link was reported since the window opened.
   bool reported_ = false;
 };

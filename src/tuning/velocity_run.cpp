@@ -34,40 +34,41 @@ void velocityModeTune::EnableMotionFields(bool enabled) {
 void velocityModeTune::Command1_Click() {
   const bool start = Run.StopRequested();
   if (start && !Run.MayStart()) return;
-  const RunScheme::Click click(Run);
-  const Stay stay(*this);
+  const RunScheme::MotorErrand motor(Run);
+  const Errand& errand = motor.Own();
   VelocityTestMs = VelocityTestTime(static_cast<float>(Number(RunningTime)),
                                     static_cast<float>(Number(Interval)),
                                     static_cast<float>(Number(RepeatTimes)));
   Plot.CaptureHaveData = true;
   if (start) {
-    StartTest(stay);
+    StartTest(errand);
   } else {
-    StopTest(stay);
+    StopTest(errand);
   }
 }
 
-void velocityModeTune::StartTest(const Stay& stay) {
+void velocityModeTune::StartTest(const Errand& errand) {
   ShowCaption(RunScheme::StopCaption);
   EnableMotionFields(false);
-  if (!Run.Exchange(stay, Function::Read, Register::EncoderCounts, 1)) return;
+  sentGains_.clear();
+  if (!Run.Exchange(errand, Function::Read, Register::EncoderCounts, 1)) return;
   trace_.EncoderCounts = link_.Raw();
   params_[Slot::EncoderCounts] = trace_.EncoderCounts;
 
-  RunScheme::Result result = WriteStartList(stay);
-  if (result == RunScheme::Result::GoOn) result = Run.SendRunCommand(stay);
+  RunScheme::Result result = WriteStartList(errand);
+  if (result == RunScheme::Result::GoOn) result = Run.SendRunCommand(errand);
   if (result == RunScheme::Result::Stopped) link_.LinkIdle = true;
   // A refused field leaves the button at "Stop": that click is the way back to editing.
   if (result != RunScheme::Result::GoOn) return;
 
   Run.TestStartTick = world_.NowMs();
-  readdata(stay);
-  if (stay.Over() || trace_.TraceReadFailed) return;
+  readdata(errand);
+  if (errand.Over() || trace_.TraceReadFailed) return;
   link_.LinkIdle = true;
   DataSource.Start();
 }
 
-RunScheme::Result velocityModeTune::WriteStartList(const Stay& stay) {
+RunScheme::Result velocityModeTune::WriteStartList(const Errand& errand) {
   const auto word = [](float value) { return StepValue{StepValue::Kind::Write, value}; };
   const auto count = [this](Field field, const char* fallback) {
     const double number = Number(field);
@@ -97,6 +98,12 @@ RunScheme::Result velocityModeTune::WriteStartList(const Stay& stay) {
            return Checked(RunningTime, 0, false, "5000");
          }
          const LengthWords length = SplitLength(runningMs);
+         if (!PackWord(length.Low)) {
+           SayInvalidValue(
+               "This running time does not fit the drive's two words. Use a whole "
+               "number of milliseconds. The test was not started.");
+           return StepValue{StepValue::Kind::Refused, 0};
+         }
          trace_.ProfileDistHigh = length.High;
          trace_.ProfileDistLow = length.Low;
          return word(length.High);
@@ -112,19 +119,19 @@ RunScheme::Result velocityModeTune::WriteStartList(const Stay& stay) {
       {Register::TraceKind, [&] { return word(TwoChannels); }},
       {Register::ArmRecorder, [&] { return word(ArmSamples); }},
   };
-  return Run.WriteSteps(stay, steps);
+  return Run.WriteSteps(errand, steps);
 }
 
 RunScheme::StepValue velocityModeTune::GainIfChanged(std::size_t gain) {
   const auto value = static_cast<float>(Number(Gains[gain].Text));
   if (value == GainCopies[gain]) return {StepValue::Kind::NothingToWrite, 0};
   if (!PackWord(value)) {
-    const std::string& caption = Label1[Gains[gain].Text].Caption;
-    SayInvalidValue((caption + " the drive takes a value of 0-65535. Nothing was sent.").c_str());
+    SayGainRefused(gain);
     return {StepValue::Kind::Refused, 0};
   }
   GainCopies[gain] = value;
   params_[Gains[gain].Slot] = value;
+  sentGains_.push_back(gain);
   return {StepValue::Kind::Write, value};
 }
 
@@ -136,26 +143,40 @@ RunScheme::StepValue velocityModeTune::Checked(Field field, float word, bool goo
   return {StepValue::Kind::Refused, 0};
 }
 
-void velocityModeTune::SayInvalidValue(const char* text) {
+void velocityModeTune::SayGainRefused(std::size_t gain) {
+  std::string sent;
+  for (const std::size_t earlier : sentGains_) {
+    sent += (sent.empty() ? "" : " ") + Label1[Gains[earlier].Text].Caption;
+  }
+  const std::string& caption = Label1[Gains[gain].Text].Caption;
+  SayInvalidValue(
+      caption +
+      " the drive takes a value of 0-65535. It was not sent, and the test was "
+      "not started. " +
+      (sent.empty() ? "Nothing else was sent." : "Sent before it, and in the drive: " + sent));
+}
+
+void velocityModeTune::SayInvalidValue(const std::string& text) {
   world_.ShowMessage({text, "Invalid Value", MessageButtons::Ok, MessageIcon::Critical});
 }
 
-void velocityModeTune::StopTest(const Stay& stay) {
+void velocityModeTune::StopTest(const Errand& errand) {
   DataSource.Stop();
   ShowCaption(RunScheme::StartCaption);
   EnableMotionFields(true);
-  if (!Run.StopTest(stay)) return;
+  if (!Run.StopTest(errand)) return;
   if (Run.TraceUploaded) return;
-  readdata(stay);
-  if (!stay.Over()) Run.TraceUploaded = false;
+  readdata(errand);
+  if (!errand.Over()) Run.TraceUploaded = false;
 }
 
 // --- Recordings.
 
-void velocityModeTune::readdata(const Stay& stay) {
+void velocityModeTune::readdata(const Errand& errand) {
   const int channels = Plot.Description.ChannelCount;
-  if (!Run.TakeFirstRecording(stay, channels, [this] { ShowRecording(); })) return;
-  if (Run.StopRequested() && Run.StopTest(stay)) link_.LinkIdle = true;
+  const auto show = [this] { ShowRecording(); };
+  if (Run.TakeFirstRecording(errand, channels, show) == RunScheme::CaptureEnd::Closed) return;
+  if (Run.StopRequested() && Run.StopTest(errand)) link_.LinkIdle = true;
 }
 
 void velocityModeTune::ShowRecording() {
@@ -168,17 +189,18 @@ void velocityModeTune::ShowRecording() {
 }
 
 void velocityModeTune::DataSource_Timer() {
-  if (!Run.MayTick()) return;
+  if (link_.ErrandUnderWay()) return;
   if (Run.ElapsedMs() > static_cast<double>(VelocityTestMs) - UnrecordedMs) {
     DataSource.Stop();
     return;
   }
-  const Stay stay(*this);
+  const RunScheme::Tick tick(Run);
+  const Errand& errand = tick.Own();
   link_.LinkIdle = false;
-  if (!Run.Write(stay, Register::ArmRecorder, ArmSamples)) return;
+  if (!Run.Write(errand, Register::ArmRecorder, ArmSamples)) return;
   const RunScheme::CaptureEnd end =
-      Run.Capture(stay, AnyAnswerWait(), Plot.Description.ChannelCount);
-  if (stay.Over()) return;
+      Run.Capture(errand, AnyAnswerWait(), Plot.Description.ChannelCount);
+  if (errand.Over()) return;
   link_.LinkIdle = true;
   if (end == RunScheme::CaptureEnd::Uploaded) ShowRecording();
 }

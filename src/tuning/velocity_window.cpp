@@ -78,14 +78,15 @@ void velocityModeTune::Form_Load() {
   shell_.ChildWindowOpen = true;
   FillTraceTimes(Combo1);
 
+  const Errand errand(link_, *this);
   for (std::size_t i = 0; i < GainCount; ++i) {
-    const std::optional<float> value = Run.LoadRead(Gains[i].Target);
+    const std::optional<float> value = Run.LoadRead(errand, Gains[i].Target);
     if (!value) return;
     GainCopies[i] = *value;
     params_[Gains[i].Slot] = *value;
     Text1[Gains[i].Text].Text = PlainText(*value);
   }
-  if (!Run.LoadWrite(Register::VelocityCommand, 0)) return;
+  if (!Run.LoadWrite(errand, Register::VelocityCommand, 0)) return;
   for (const Field field : {TopSpeed, Acceleration, RunningTime, Interval, RepeatTimes}) {
     Text1[field].Text = PlainText(*RememberedOf(field));
   }
@@ -122,9 +123,11 @@ void velocityModeTune::WriteGainNow(std::size_t gain) {
   float value = static_cast<float>(std::min(number, LargestWord));
   if (number < 0 || number == 0) value = smallest;
   Text1[field].Text = PlainText(value);
+  const Commit commit(Text1[field]);
+  if (commit.Repeats()) return;
   GainCopies[gain] = value;
   params_[slot] = value;
-  Run.Write(Stay(*this), target, value);
+  Run.Write(Errand(link_, *this), target, value);
 }
 
 void velocityModeTune::Check1_Click(Channel channel) {

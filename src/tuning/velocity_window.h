@@ -3,6 +3,8 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
+#include <vector>
 
 #include "link/link.h"
 #include "params/parameter_store.h"
@@ -104,15 +106,17 @@ struct velocityModeTune : Window {
   void ShowCaption(const char* caption);
   void EnableMotionFields(bool enabled);
 
-  void StartTest(const Stay& stay);
-  void StopTest(const Stay& stay);
-  RunScheme::Result WriteStartList(const Stay& stay);
+  void StartTest(const Errand& errand);
+  void StopTest(const Errand& errand);
+  RunScheme::Result WriteStartList(const Errand& errand);
   StepValue GainIfChanged(std::size_t gain);
   // The value where `good`; else the field takes `fallback`, with the message of a bad value.
   StepValue Checked(Field field, float word, bool good, const char* fallback);
-  void SayInvalidValue(const char* text);
+  void SayInvalidValue(const std::string& text);
+  // Names the gains of this Start that went out before.
+  void SayGainRefused(std::size_t gain);
 
-  void readdata(const Stay& stay);
+  void readdata(const Errand& errand);
   void ShowRecording();
 
   World& world_;
@@ -120,6 +124,8 @@ struct velocityModeTune : Window {
   ParameterStore& params_;
   ShellState& shell_;
   TraceState& trace_;
+  // The gains that the present Start has sent.
+  std::vector<std::size_t> sentGains_;
 };
 
 }  // namespace gainsmith

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 
 #include "support/virtual_world.h"
@@ -23,6 +24,7 @@ constexpr int ReplyWait = 52;
 // The reply to a write has one byte more: 80 / 38 is 2.
 constexpr int WriteReplyWait = 53;
 constexpr int PollWait = 51;
+constexpr int WholeMs = SendMs + ReplyWait + PollWait + ReplyWait;
 
 class LinkTest : public testing::Test {
  protected:
@@ -32,10 +34,12 @@ class LinkTest : public testing::Test {
     start = world.NowMs();
   }
   std::int64_t Elapsed() { return world.NowMs() - start; }
+  bool Read(Register reg) { return link.Read(errand, reg) == Sent::Taken; }
 
   VirtualWorld world;
   DriveDevice device;
   Link link{world};
+  Errand errand{link};
   std::int64_t start = 0;
 };
 
@@ -71,7 +75,8 @@ TEST_F(LinkTest, APromptReplyCostsTheFixedWaits) {
     link.BitsPerMs = c.BitsPerMs;
     start = world.NowMs();
     const auto count = static_cast<float>(c.Count);
-    EXPECT_TRUE(link.Exchange(Function::Read, Register::Samples, count, c.Options));
+    EXPECT_EQ(link.Exchange(errand, Function::Read, Register::Samples, count, c.Options),
+              Sent::Taken);
     EXPECT_EQ(Elapsed(), c.Ms) << c.Baud << " baud, " << c.Count << " registers";
     EXPECT_EQ(link.ReplyValues.size(), static_cast<std::size_t>(c.Count));
   }
@@ -79,17 +84,18 @@ TEST_F(LinkTest, APromptReplyCostsTheFixedWaits) {
 
 TEST_F(LinkTest, ASilentDriveIsPolledTwelveTimesForEachFrame) {
   constexpr Register Kp = Register::CurrentKp;
-  const ExchangeOptions limited{.RetryLimit = ShortRetryLimit};
+  const ExchangeOptions limited{.MostFrames = 5};
   const struct {
     const char* What;
     int Frames;
     int WaitMs;
     std::function<void()> Do;
   } cases[] = {
-      {"usual limit", 12, ReplyWait, [&] { EXPECT_FALSE(link.Read(Kp)); }},
-      {"short limit", 5, WriteReplyWait, [&] { EXPECT_FALSE(link.Write(Kp, 1, limited)); }},
-      {"read form", 4, ReplyWait, [&] { link.ReadRegistersRetry(1, Kp, 1); }},
-      {"write form", 4, WriteReplyWait, [&] { link.WriteRegisterRetry(1, Kp, 1); }},
+      {"usual limit", 12, ReplyWait, [&] { EXPECT_FALSE(Read(Kp)); }},
+      {"short limit", 5, WriteReplyWait,
+       [&] { EXPECT_EQ(link.Write(errand, Kp, 1, limited), Sent::Lost); }},
+      {"read form", 4, ReplyWait, [&] { link.ReadRegistersRetry(errand, 1, Kp, 1); }},
+      {"write form", 4, WriteReplyWait, [&] { link.WriteRegisterRetry(errand, 1, Kp, 1); }},
   };
   device.Drive.Inject(Fault::Silent);
   for (const auto& c : cases) {
@@ -106,7 +112,7 @@ TEST_F(LinkTest, ASilentDriveIsPolledTwelveTimesForEachFrame) {
   EXPECT_TRUE(link.RxBuffer.empty());
 
   device.Drive.ClearFaults();
-  link.ReadRegistersRetry(1, Kp, 1);
+  link.ReadRegistersRetry(errand, 1, Kp, 1);
   EXPECT_TRUE(link.LinkIdle);
   EXPECT_TRUE(link.ReadFailed) << "only who reports a failure clears it";
 }
@@ -127,7 +133,8 @@ TEST_F(LinkTest, AnAttemptIsSpoiltByEachFaultOfAReplyAndMadeAgain) {
   for (const auto& c : cases) {
     SCOPED_TRACE(sim::NameOf(c.Kind));
     const int wait = c.Write ? WriteReplyWait : ReplyWait;
-    const auto lookBetween = [&] {
+    const auto lookBetween = [&](int frames) {
+      if (frames == 0) return false;
       EXPECT_EQ(Elapsed(), SendMs + wait + c.SpoiltMs);
       EXPECT_EQ(link.LinkErrorCount, c.Kind == Fault::DropNth ? 12 : 1);
       EXPECT_EQ(link.CountMismatch, c.Kind == Fault::WrongCount);
@@ -143,16 +150,18 @@ TEST_F(LinkTest, AnAttemptIsSpoiltByEachFaultOfAReplyAndMadeAgain) {
     link.ReplyValues.clear();
     start = world.NowMs();
     const Function function = c.Write ? Function::Write : Function::Read;
-    EXPECT_TRUE(link.Exchange(function, Register::EncoderCounts, 1, {.Abandon = lookBetween}));
+    EXPECT_EQ(
+        link.Exchange(errand, function, Register::EncoderCounts, 1, {.Withdrawn = lookBetween}),
+        Sent::Taken);
     EXPECT_EQ(world.Log.Frames().size(), 2U);
     EXPECT_EQ(Elapsed(), SendMs + wait + c.SpoiltMs + SendMs + wait + PollWait + wait);
   }
 }
 
 TEST_F(LinkTest, AValueThatCannotBePackedIsRefusedBeforeTheLine) {
-  EXPECT_FALSE(link.Write(Register::CurrentKp, 65536));
+  EXPECT_EQ(link.Write(errand, Register::CurrentKp, 65536), Sent::Lost);
   EXPECT_TRUE(link.ValueRefused);
-  link.WriteRegisterRetry(1, Register::CurrentKp, -1);
+  link.WriteRegisterRetry(errand, 1, Register::CurrentKp, -1);
   EXPECT_TRUE(link.WriteFailed);
   EXPECT_TRUE(world.Log.Frames().empty());
   EXPECT_EQ(Elapsed(), 0);
@@ -166,34 +175,43 @@ TEST_F(LinkTest, AnExchangeInsideAnotherDoesNotTouchItsResult) {
     Texts Frames;
     // Frames that another one broke off.
     int Fragments;
+    // A spoilt attempt polls no more.
+    int Ms;
   } cases[] = {
-      {"between two bytes", 5, {"R 34", "R 19"}, 1},
-      {"before the reply is looked for", SendMs + 10, again, 0},
-      {"after the reply was taken", SendMs + ReplyWait + 10, again, 0},
-      {"in the closing wait", SendMs + ReplyWait + PollWait + 10, {"R 19", "R 34"}, 0},
+      {"between two bytes", 5, {"R 34", "R 19"}, 1, 5 + 2 * WholeMs},
+      {"before the reply is looked for", SendMs + 10, again, 0, SendMs + 10 + 2 * WholeMs},
+      {"after the reply was taken", SendMs + ReplyWait + 10, again, 0,
+       SendMs + ReplyWait + 10 + 2 * WholeMs},
+      {"in the closing wait",
+       SendMs + ReplyWait + PollWait + 10,
+       {"R 19", "R 34"},
+       0,
+       SendMs + ReplyWait + PollWait + 10 + WholeMs},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.When);
     world.Log.Clear();
+    start = world.NowMs();
     world.At(c.DelayMs, [&] {
-      EXPECT_TRUE(link.Read(Register::PolePairs));
+      EXPECT_TRUE(Read(Register::PolePairs));
       EXPECT_EQ(link.Raw(), 4);
-      EXPECT_FALSE(link.Write(Register::CurrentKp, -1));
+      EXPECT_EQ(link.Write(errand, Register::CurrentKp, -1), Sent::Lost);
     });
-    EXPECT_TRUE(link.Read(Register::EncoderCounts));
+    EXPECT_TRUE(Read(Register::EncoderCounts));
     EXPECT_EQ(link.LinkErrorCount, 0);
     EXPECT_FALSE(link.ValueRefused);
     EXPECT_EQ(link.Raw(), 4000);
     EXPECT_EQ(link.ReplyValues, std::vector<float>{4000});
     EXPECT_EQ(world.Log.Texts(), c.Frames);
     EXPECT_EQ(world.Log.Fragments(), c.Fragments);
+    EXPECT_EQ(Elapsed(), c.Ms);
   }
 }
 
 TEST_F(LinkTest, TheReplyToAnotherFrameIsNeverTakenForTheCallers) {
   // A frame whose sender does not wait for its reply, inside an exchange.
   world.At(SendMs + 2, [&] { link.SendFrame(1, Function::Read, Register::PolePairs, 1); });
-  EXPECT_TRUE(link.Read(Register::EncoderCounts));
+  EXPECT_TRUE(Read(Register::EncoderCounts));
   EXPECT_EQ(link.Raw(), 4000);
   EXPECT_EQ(world.Log.Texts(), (Texts{"R 19", "R 34", "R 19"}));
 }
@@ -203,14 +221,135 @@ TEST_F(LinkTest, TheReplyToAnotherFrameIsNeverTakenForTheCallers) {
 TEST_F(LinkTest, AnExchangeEndsThoughOthersRunInAllItsWaits) {
   Timer timer;
   timer.IntervalMs = 50;
-  timer.OnTimer = [&] { EXPECT_TRUE(link.Read(Register::PolePairs)); };
+  timer.OnTimer = [&] { EXPECT_TRUE(Read(Register::PolePairs)); };
   Window window;
   window.Timers.push_back(&timer);
   world.Show(window);
   timer.Start();
-  EXPECT_FALSE(link.Read(Register::EncoderCounts));
+  EXPECT_FALSE(Read(Register::EncoderCounts));
   EXPECT_GE(world.Log.Frames().size(), 12U);
   EXPECT_LE(world.Log.Frames().size(), 48U);
+}
+
+// What happens while a word's first frame is in flight, its reply lost.
+enum class Event { Nothing, Closed, PortClosed, Withdrawn, NewerSame, NewerStop, NewerMoving };
+
+TEST_F(LinkTest, AnErrandEndsAsItsKindOfWordDoes) {
+  constexpr auto Taken = Sent::Taken;
+  constexpr auto Over = Sent::Overtaken;
+  constexpr auto Lost = Sent::Lost;
+  constexpr auto Off = Sent::Off;
+  struct Row {
+    const char* What;
+    Register Target;
+    int Value;
+    // By event; each in flight and before the first frame.
+    std::array<Sent, 7> InFlight;
+    std::array<Sent, 7> Before;
+  };
+  const Row rows[] = {
+      {"moving",
+       Register::PositionCommand,
+       2,
+       {Taken, Off, Off, Off, Off, Off, Off},
+       {Taken, Off, Off, Off, Off, Off, Off}},
+      {"stop",
+       Register::PositionCommand,
+       0,
+       {Taken, Taken, Lost, Off, Taken, Taken, Off},
+       {Taken, Taken, Lost, Off, Taken, Taken, Off}},
+      {"setting",
+       Register::CurrentKp,
+       7,
+       {Taken, Taken, Lost, Off, Over, Taken, Taken},
+       {Taken, Taken, Lost, Off, Taken, Taken, Taken}},
+      {"profile",
+       Register::SpeedWord,
+       7,
+       {Taken, Off, Off, Off, Over, Taken, Taken},
+       {Taken, Off, Off, Off, Taken, Taken, Taken}},
+      {"command",
+       Register::ArmRecorder,
+       200,
+       {Taken, Off, Off, Off, Taken, Taken, Taken},
+       {Taken, Off, Off, Off, Taken, Taken, Taken}},
+  };
+  for (const Row& row : rows) {
+    for (std::size_t i = 0; i < row.InFlight.size(); ++i) {
+      for (const bool inFlight : {true, false}) {
+        const auto event = static_cast<Event>(i);
+        SCOPED_TRACE(std::string(row.What) + ", event " + std::to_string(i) +
+                     (inFlight ? " in flight" : " before"));
+        Window window;
+        if (!world.IsPortOpen()) {
+          ASSERT_TRUE(link.OpenPort());
+        }
+        world.Show(window);
+        const Errand older(link, window);
+        bool withdrawn = false;
+        const auto happen = [&] {
+          const Errand newer(link);
+          if (event == Event::Closed) world.Unload(window);
+          if (event == Event::PortClosed) link.ClosePort();
+          if (event == Event::Withdrawn) withdrawn = true;
+          if (event == Event::NewerSame) {
+            link.Write(newer, row.Target, static_cast<float>(row.Value == 2 ? 0 : row.Value));
+          }
+          if (event == Event::NewerStop) link.Write(newer, Register::PositionCommand, 0);
+          if (event == Event::NewerMoving) link.Write(newer, Register::PositionCommand, 1);
+        };
+        if (inFlight) {
+          device.Drive.Inject(Fault::DropNth, Hits::Next(1));
+          world.At(SendMs + 2, happen);
+        } else {
+          happen();
+        }
+        EXPECT_EQ(link.Write(older, row.Target, static_cast<float>(row.Value),
+                             {.Withdrawn = [&](int) { return withdrawn; }}),
+                  inFlight ? row.InFlight[i] : row.Before[i]);
+        if (window.Loaded) world.Unload(window);
+      }
+    }
+  }
+}
+
+TEST_F(LinkTest, AWordOfAnEarlierConnectionGoesToNoOtherDrive) {
+  const Errand older(link);
+  link.ClosePort();
+  ASSERT_TRUE(link.OpenPort());
+  EXPECT_EQ(link.Write(older, Register::CurrentKp, 5), Sent::Lost);
+  EXPECT_EQ(link.Read(older, Register::CurrentKp), Sent::Off);
+  EXPECT_TRUE(world.Log.Frames().empty());
+}
+
+// Nested handlers that lose the link tell it once; the same handler tells each of its losses.
+TEST_F(LinkTest, ALossIsToldOnceByNestedHandlers) {
+  const auto lose = [&](const Errand& of) {
+    if (link.Read(of, Register::CurrentKp, {.MostFrames = 1}) == Sent::Lost) link.TellFailure(of);
+  };
+  device.Drive.Inject(Fault::Silent);
+  world.At(100, [&] { lose(Errand(link)); });
+  lose(errand);
+  EXPECT_EQ(world.TakeMessages().size(), 1U);
+  const Errand next(link);
+  lose(next);
+  lose(next);
+  EXPECT_EQ(world.TakeMessages().size(), 2U);
+}
+
+TEST_F(LinkTest, KnowsWhatTheDriveHasAnswered) {
+  EXPECT_TRUE(Read(Register::CurrentKp));
+  const std::int64_t answered = *link.Known().AnsweredAtMs;
+  EXPECT_EQ(link.Write(errand, Register::PositionCommand, 2), Sent::Taken);
+  EXPECT_TRUE(link.Known().Commands.at(Register::PositionCommand).Acknowledged);
+  EXPECT_GT(*link.Known().AnsweredAtMs, answered);
+  device.Drive.Inject(Fault::Silent);
+  EXPECT_EQ(link.Write(errand, Register::PositionCommand, 0, {.MostFrames = 2}), Sent::Lost);
+  EXPECT_TRUE(link.Known().LastExchangeFailed);
+  EXPECT_EQ(link.Known().Commands.at(Register::PositionCommand).Word, 0);
+  EXPECT_FALSE(link.Known().Commands.at(Register::PositionCommand).Acknowledged);
+  EXPECT_EQ(link.Known().Resends, 1);
+  EXPECT_EQ(link.Known().LostReplies, 2);
 }
 
 }  // namespace

@@ -68,7 +68,7 @@ TEST(WaitForRecording, PollsATraceTimeApartAndCountsAnswersAndFailures) {
     bench.Trace.SetTraceTime(20);
     bench.Says = c.Says;
     const RecordingWait wait = c.AnyAnswer ? AnyAnswerWait() : TestWait(bench.Trace);
-    EXPECT_EQ(WaitForRecording(bench.Link, wait), c.Result);
+    EXPECT_EQ(WaitForRecording(bench.Link, Errand(bench.Link), wait), c.Result);
     const auto& frames = bench.World.Log.Frames();
     ASSERT_EQ(bench.World.Log.Texts(), Texts(c.Frames, "R 28"));
     EXPECT_EQ(frames[1].AtMs - frames[0].AtMs, c.GapMs);
@@ -92,7 +92,7 @@ TEST(WaitForRecording, TheScopeGivesUpAtThe802ndAnswer) {
 
 TEST(UploadTrace, ReadsBlocksOfFiftyInOrder) {
   CaptureBench bench;
-  ASSERT_EQ(UploadTrace(bench.Link, 2, {}), UploadResult::Done);
+  ASSERT_EQ(UploadTrace(bench.Link, Errand(bench.Link), 2), UploadResult::Done);
   EXPECT_EQ(bench.World.Log.Texts(), (Texts{"R 256x50", "R 306x50", "R 356x50", "R 406x50",
                                             "R 456x50", "R 506x50", "R 556x50", "R 606x50"}));
   std::vector<float> samples(401);
@@ -112,7 +112,7 @@ TEST(UploadTrace, IsAbandonedBeforeItsNextFrame) {
       askedMs = bench.World.NowMs();
       return bench.World.Log.Frames().size() == 5;
     };
-    EXPECT_EQ(UploadTrace(bench.Link, 3, closing), UploadResult::Abandoned);
+    EXPECT_EQ(UploadTrace(bench.Link, Errand(bench.Link), 3, closing), UploadResult::Abandoned);
     EXPECT_EQ(bench.World.Log.Frames().size(), 5U);
     EXPECT_EQ(bench.World.NowMs() - askedMs, 201);
   }

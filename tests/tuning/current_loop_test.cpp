@@ -204,7 +204,11 @@ TEST_F(CurrentLoopTest, ClosingBreaksOffATestAndEndsTheTestMode) {
     World.At(delayMs, [&] { User.Close(Window); });
     Click();
     World.RunUntil([&] { return !Window.Loaded; }, 2000);
-    EXPECT_EQ(World.Log.Texts().back(), "W 2=0");
+    // A gain under way is still brought to its end.
+    EXPECT_EQ(World.Log.Writes(2).back(), 0);
+    for (const Slot slot : {Slot::CurrentKp, Slot::CurrentKi}) {
+      EXPECT_EQ(Device.Drive.Registers().Values[static_cast<std::size_t>(slot)], Params[slot]);
+    }
     EXPECT_FALSE(Window.Loaded);
     EXPECT_TRUE(Link.LinkIdle);
     EXPECT_EQ(TakeMessages(), Texts{});

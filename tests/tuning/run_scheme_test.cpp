@@ -103,7 +103,7 @@ TYPED_TEST(RunSchemeTest, AStormOfClicksEndsWhereItsLastWordSays) {
     EXPECT_TRUE(OneFrameAtATime(on.World));
     const std::vector<int> commands = on.World.Log.Writes(TypeParam::CommandRegister);
     testsStarted += std::count(commands.begin(), commands.end(), 2);
-    EXPECT_TRUE(on.Link.Read(Register::EncoderCounts));
+    EXPECT_EQ(on.Link.Read(Errand(on.Link), Register::EncoderCounts), Sent::Taken);
     on.User.Close(on.Window);
     EXPECT_FALSE(on.Window.Loaded);
   }

@@ -81,6 +81,12 @@ TEST_F(VelocityTest, ABadFieldIsCorrectedAndWaitsForStop) {
       {W::TopSpeed, {"", "0", "-300", "abc", "49151.5", "1e999", "nan"}, "100", 1},
       {W::Acceleration, {"", "62.5", "1e9"}, "10", 2},
       {W::RunningTime, {"", "0", "2147483648", "1e999"}, "5000", 3},
+      {W::RunningTime,
+       {"65535.499"},
+       "65535.499",
+       3,
+       "This running time does not fit the drive's two words. Use a whole number of milliseconds. "
+       "The test was not started."},
       {W::Interval, {"", "-1", "32768"}, "50", 5},
       {W::RepeatTimes, {"0", "32767.5"}, "5", 6},
       // No limit of the field, but nothing that the drive could take, nor has taken the next time.
@@ -88,7 +94,8 @@ TEST_F(VelocityTest, ABadFieldIsCorrectedAndWaitsForStop) {
        {"65536", "65536"},
        "65536",
        1,
-       "Vi: the drive takes a value of 0-65535. Nothing was sent."},
+       "Vi: the drive takes a value of 0-65535. It was not sent, and the test was not started. "
+       "Nothing else was sent."},
   };
   for (const auto& c : cases) {
     TextBox& field = Window.Text1[c.Index];
