@@ -79,6 +79,19 @@ TEST_F(CurrentLoopTest, FieldsAreCheckedWhenLeftAndCorrected) {
   }
 }
 
+// The fields stay open to the user while the words go out.
+TEST_F(CurrentLoopTest, TheWordsAreThoseOfTheClick) {
+  Open(Window);
+  TakeFrames();
+  World.At(100, [&] {
+    for (TextBox& field : Window.Text1) field.Text = "abc";
+  });
+  Click();
+  Texts frames = TakeFrames();
+  frames.resize(4);
+  EXPECT_EQ(frames, (Texts{"W 0=400", "W 1=500", "W 4=512", "W 2=1"}));
+}
+
 TEST_F(CurrentLoopTest, ARefusedFieldStillFiresTheStepWithoutAPicture) {
   Open(Window);
   TakeFrames();

@@ -81,6 +81,144 @@ TEST_F(JogTest, BothButtonsReleasedMeansStandstill) {
   }
 }
 
+// Two handlers at once: which words go out, and whether the motor turns at the end.
+TEST_F(JogTest, TheNewestPressOwnsTheMotor) {
+  Button& cw = Window.Command2;
+  Button& ccw = Window.Command3;
+  Button& start = RunButton;
+  struct Deed {
+    std::int64_t AtMs;
+    char Kind;  // '+' press, '-' release, 'c' click, '!' the line dies, 'k' the window is closed
+    Button* Target = nullptr;
+  };
+  const struct {
+    const char* What;
+    std::vector<Deed> Deeds;
+    Texts Commands;  // words to register 9
+    int AtEnd;
+  } cases[] = {
+      {"tapped, and the other held",
+       {{0, '+', &cw}, {100, '-', &cw}, {300, '+', &ccw}},
+       {"W 9=5"},
+       5},
+      {"tapped, and the other held while the word is in flight",
+       {{0, '+', &cw}, {100, '-', &cw}, {360, '+', &ccw}},
+       {"W 9=1", "W 9=5"},
+       5},
+      {"released, and the other held while the stop word is in flight",
+       {{0, '+', &cw}, {1000, '-', &cw}, {1060, '+', &ccw}},
+       {"W 9=1", "W 9=0", "W 9=5"},
+       5},
+      {"the other pressed before the release",
+       {{0, '+', &cw}, {1000, '+', &ccw}, {1100, '-', &cw}, {3000, '-', &ccw}},
+       {"W 9=1", "W 9=5", "W 9=0"},
+       0},
+      {"the other pressed and released at once, under the release",
+       {{0, '+', &cw}, {1000, '-', &cw}, {1060, '+', &ccw}, {1100, '-', &ccw}},
+       {"W 9=1", "W 9=0", "W 9=5", "W 9=0"},
+       0},
+      {"tapped, and Start at once",
+       {{0, '+', &cw}, {100, '-', &cw}, {150, 'c', &start}},
+       {"W 9=1", "W 9=0"},
+       0},
+      {"released, and Start at once",
+       {{0, '+', &cw}, {1000, '-', &cw}, {1060, 'c', &start}},
+       {"W 9=1", "W 9=0"},
+       0},
+      {"held, and Start", {{0, '+', &cw}, {1000, 'c', &start}}, {"W 9=1"}, 1},
+      {"pressed while Start writes its list", {{0, 'c', &start}, {700, '+', &cw}}, {"W 9=1"}, 1},
+      {"pressed while the run word is in flight",
+       {{0, 'c', &start}, {1930, '+', &cw}, {4000, '-', &cw}},
+       {"W 9=2", "W 9=1", "W 9=0", "W 9=0"},
+       0},
+      {"pressed in the first recording",
+       {{0, 'c', &start}, {2500, '+', &cw}, {4000, '-', &cw}},
+       {"W 9=2", "W 9=1", "W 9=0", "W 9=0"},
+       0},
+      {"pressed while Start writes its gains, and released",
+       {{0, 'c', &start}, {40, '+', &cw}, {1500, '-', &cw}},
+       {"W 9=1", "W 9=0", "W 9=0"},
+       0},
+      {"Stop under a held button",
+       {{0, 'c', &start}, {9000, '+', &cw}, {10000, 'c', &start}, {11000, '-', &cw}},
+       {"W 9=2", "W 9=1", "W 9=0", "W 9=0", "W 9=0"},
+       0},
+      {"pressed while the stop word of a test is in flight",
+       {{0, 'c', &start}, {9000, 'c', &start}, {9250, '+', &cw}},
+       {"W 9=2", "W 9=0", "W 9=1"},
+       1},
+      {"the window closed in a press whose other button was released",
+       {{0, '+', &cw}, {1000, '+', &ccw}, {1020, '-', &cw}, {1040, 'k'}, {3000, '-', &ccw}},
+       {"W 9=1", "W 9=0"},
+       0},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.What);
+    Open(Window);
+    World.Log.Clear();
+    for (const Deed& deed : c.Deeds) {
+      World.At(deed.AtMs, [this, deed] {
+        if (deed.Kind == '+') User.Press(*deed.Target);
+        if (deed.Kind == '-') User.Release(*deed.Target);
+        if (deed.Kind == 'c') (void)User.TryClick(*deed.Target);
+        if (deed.Kind == 'k') User.Close(Window);
+      });
+    }
+    // A Start that gave way waits for the release of what is still held.
+    World.At(15000, [&] {
+      Texts commands;
+      for (const std::string& frame : TakeFrames()) {
+        if (frame.starts_with("W 9=")) commands.push_back(frame);
+      }
+      EXPECT_EQ(commands, c.Commands);
+      EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], c.AtEnd);
+      EXPECT_EQ(RunButton.Caption, "Start");
+      for (Button* button : {&cw, &ccw}) User.Release(*button);
+    });
+    World.RunFor(20000);
+    EXPECT_TRUE(Link.LinkIdle);
+    EXPECT_EQ(TakeMessages(), Texts{});
+    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+    EXPECT_EQ(Window.Pointer, MousePointer::Default);
+    if (Window.Loaded) User.Close(Window);
+    EXPECT_FALSE(Window.Loaded);
+  }
+}
+
+TEST_F(JogTest, AReleaseStillStopsWhenTheLineIsLostUnderTheNextPress) {
+  User.Press(Window.Command2);
+  PressAfter(60, Window.Command3);
+  World.At(61, [&] { Device.Drive.Inject(sim::Fault::Silent, sim::Hits::Next(13)); });
+  TakeFrames();
+  User.Release(Window.Command2);
+  World.RunFor(20000);
+  EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+  EXPECT_EQ(TakeFrames().back(), "W 9=0");
+  EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
+}
+
+TEST_F(JogTest, AReleaseBehindAMessageStopsTheMotor) {
+  User.Press(Window.Command2);
+  World.OnMessage = [&](const Message&) {
+    User.Release(Window.Command2);
+    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+  };
+  World.ShowMessage({"Any", "Any"});
+  EXPECT_EQ(TakeFrames().back(), "W 9=0");
+}
+
+// A key that is held down gives Enter again and again.
+TEST_F(JogTest, EnterUnderWayCommitsNothingAgain) {
+  for (int ms = 30; ms < 130; ms += 30) World.At(ms, [&] { User.Enter(Window.Text2); });
+  World.At(140, [&] {
+    User.Type(Window.Text2, "100");
+    User.Enter(Window.Text2);
+  });
+  User.Enter(Window.Text2);
+  World.RunFor(1000);
+  EXPECT_EQ(TakeFrames(), (Texts{"W 22=167", "W 22=333"}));
+}
+
 TEST_F(JogTest, FieldsTakeDigitsAndEnterSendsThem) {
   User.Type(Window.Text2, "-1.5e9x");
   EXPECT_EQ(Window.Text2.Text, "159");

@@ -51,6 +51,7 @@ TEST_F(PositionTest, ATestFromTheOpeningToTheEndOfItsPlan) {
   EXPECT_TRUE(Link.LinkIdle);
   EXPECT_TRUE(Shell[Mark] && Shell.ChildWindowOpen);
 
+  User.Click(Window.Check1[Form3::VBak]);
   User.Click(RunButton);
   EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 13=1000", "W 19=4000", "W 22=1000", "W 21=20",
                                           "W 23=0", "W 24=40000", "W 27=200", "W 25=1", "W 26=20",
@@ -68,6 +69,7 @@ TEST_F(PositionTest, ATestFromTheOpeningToTheEndOfItsPlan) {
   ASSERT_TRUE(World.RunUntil([&] { return !Window.DataSource.Enabled(); }, 20000));
   EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 20=200", "R 28", "upload 12"}));
   EXPECT_EQ(Window.Plot.Picture1.Revision, shown);
+  EXPECT_FALSE(Trace.ShowVBak) << "as its box says";
   EXPECT_EQ(RunButton.Caption, "Stop");
   EXPECT_FALSE(Link.LinkIdle);
 
@@ -141,6 +143,10 @@ TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
        {"2147483648", "1e999"},
        "The distance is more than the drive can take: it takes at most 2147483647 pulses. Nothing "
        "was sent."},
+      {text[Form3::Distance],
+       {"65535.499", "131071.4999"},
+       "This distance does not fit the drive's two words. Use a whole number of pulses. Nothing "
+       "was sent."},
   };
   for (const auto& c : cases) {
     const std::string good = c.Field.Text;
@@ -155,6 +161,11 @@ TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
     }
     c.Field.Text = good;
   }
+  Trace.EncoderCounts = 0;
+  User.Click(RunButton);
+  EXPECT_EQ(TakeMessages(),
+            (Texts{"The drive reports 0 pulses per motor revolution, so no speed can be reckoned. "
+                   "Set the encoder resolution in Properties. Nothing was sent."}));
   EXPECT_EQ(TakeFrames(), Texts{});
   EXPECT_EQ(RunButton.Caption, "Start");
   EXPECT_TRUE(Link.LinkIdle);

@@ -213,5 +213,50 @@ TEST_F(VelocityTest, ChannelsAndColours) {
   EXPECT_FALSE(Window.Check1[W::IErr].Enabled || Window.Command4[W::VRef].Enabled);
 }
 
+// Enter in a gain, again and by chance under a Start that writes the same gain: the newer value
+// stands in field, table and drive, and the older is not sent behind it.
+TEST_F(VelocityTest, TheNewerOfTwoGainsStands) {
+  for (const bool starting : {false, true}) {
+    for (std::int64_t delayMs = 20; delayMs < 160; delayMs += 10) {
+      SCOPED_TRACE(std::to_string(delayMs) + (starting ? " under Start" : ""));
+      TextBox& field = Window.Text1[W::Vp];
+      TakeFrames();
+      field.Text = "100";
+      // Behind the read of the encoder's counts.
+      World.At(delayMs + (starting ? 171 : 0), [&] {
+        field.Text = "200";
+        User.Enter(field);
+      });
+      if (starting) {
+        ClickAfter(3000, RunButton);
+        User.Click(RunButton);
+      } else {
+        User.Enter(field);
+      }
+      World.RunFor(9000);
+      // The first may have been broken off.
+      const std::vector<int> sent = World.Log.Writes(31);
+      EXPECT_LE(sent.size(), 2U);
+      EXPECT_EQ(sent.back(), 200);
+      EXPECT_EQ(Device.Drive.Registers()[sim::Reg::VelocityKp], 200);
+      EXPECT_EQ(field.Text, "200");
+      EXPECT_EQ(Params[Slot::VelocityKpHigh], 200);
+      ExpectStopped(*this);
+      // Start knows what the drive holds.
+      EXPECT_EQ(Window.GainCopies[0], 200);
+    }
+  }
+}
+
+TEST_F(VelocityTest, ARefusedGainSaysWhatWasSentBefore) {
+  Window.Text1[W::Vp].Text = "70";
+  Window.Text1[W::Vi].Text = "70000";
+  User.Click(RunButton);
+  EXPECT_EQ(TakeFrames(), (Texts{"R 19", "W 31=70"}));
+  EXPECT_EQ(TakeMessages(),
+            (Texts{"Vi: the drive takes a value of 0-65535. It was not sent, and the test was not "
+                   "started. Sent before it, and in the drive: Vp:"}));
+}
+
 }  // namespace
 }  // namespace gainsmith::test
