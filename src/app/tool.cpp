@@ -48,6 +48,7 @@ Routes Tool::MakeRoutes() {
   routes.DownloadToDrive = [this] { driveCommands.mnuDownloadToDrive_Click(); };
   routes.ResetDrive = [this] { driveCommands.mnuReset_Click(); };
   routes.ReadFromDrive = [this] { driveCommands.ReadFromDrive_Click(); };
+  routes.LineInUse = [this] { return link.HandlerUnderWay(); };
   routes.ForgetClosingPositionWindow = [this] { trace.ClosingPositionWindow = false; };
   return routes;
 }

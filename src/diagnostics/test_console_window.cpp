@@ -61,7 +61,7 @@ void Form110::Command1_Click() {
 
 void Form110::Timer1_Timer() {
   if (link_.ErrandUnderWay()) return;
-  const Errand errand(link_, *this);
+  const Errand errand(link_, *this, Errand::Of::Tick);
   for (std::size_t i = 0; i < WatchCount; ++i) {
     const Sent sent = link_.Exchange(errand, Function::Read, WatchRegisters[i], 2, ShortExchange);
     if (sent == Sent::Off) return;

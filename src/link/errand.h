@@ -11,7 +11,8 @@
 //   gone out; never because a window was closed.
 // A setting (every parameter, and the filter's switch) is overtaken when a newer write to the same
 //   register ran inside its exchange: that counts as done. Neither a Stop nor a closing stops it:
-//   it is finished with its resends, and its failure is told.
+//   it is finished with its resends, and its failure is told. Once a handler inside it has told
+//   that the link is lost it is lost, too.
 // All else (reads, arming, polls, blocks, the words of a test's profile) is off when its window or
 //   the port was closed. Profile words are overtaken as settings are; StoreEeprom, ErrorLog and
 //   ArmRecorder take commands, none of which overtakes another.
@@ -57,7 +58,7 @@ class Errand {
  public:
   // What the handler is: ticks give way to all others, and no test starts beside one that has to do
   // with the motor (a run button's click, a jog, a stop word).
-  enum class Of { Handler, Motor };
+  enum class Of { Handler, Motor, Tick };
 
   // Of a handler of `window`, from here to the end of its scope. Both outlive it.
   Errand(Link& link, const Window& window, Of of = Of::Handler);

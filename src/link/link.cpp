@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <numeric>
 #include <utility>
 
 #include "platform/number_text.h"
@@ -118,14 +119,15 @@ void Link::WaitAfterSuccess(int driveMs) {
 // --- Errands.
 
 std::uint64_t Link::Begin(Errand::Of of) {
-  ++errands_;
-  if (of == Errand::Of::Motor) ++motorErrands_;
+  ++errands_[static_cast<std::size_t>(of)];
   return ++lastNumber_;
 }
 
-void Link::End(Errand::Of of) {
-  --errands_;
-  if (of == Errand::Of::Motor) --motorErrands_;
+void Link::End(Errand::Of of) { --errands_[static_cast<std::size_t>(of)]; }
+
+int Link::Count(Errand::Of first, Errand::Of last) const {
+  return std::accumulate(errands_.begin() + static_cast<int>(first),
+                         errands_.begin() + static_cast<int>(last) + 1, 0);
 }
 
 bool Link::IsOvertaken(const Word& word) const {
@@ -157,7 +159,7 @@ std::optional<Sent> Link::CalledOff(const Word& word) const {
       break;
     case WordKind::Setting:
       if (IsOvertaken(word)) return Sent::Overtaken;
-      if (portGone) return Sent::Lost;
+      if (portGone || lossTeller_ > errand.number_) return Sent::Lost;
       break;
     case WordKind::Other:
       if (portGone || errand.Over()) return Sent::Off;

@@ -126,9 +126,11 @@ class Link {
 
   // A timer's tick that wants the line gives way to any errand under way: otherwise ticks, each of
   // which spoils the exchange that it falls into, could keep a word from the drive for ever.
-  bool ErrandUnderWay() const { return errands_ > 0; }
+  bool ErrandUnderWay() const { return Count(Errand::Of::Handler, Errand::Of::Tick) > 0; }
   // One of a run button, a jog or a stop word.
-  bool MotorErrandUnderWay() const { return motorErrands_ > 0; }
+  bool MotorErrandUnderWay() const { return Count(Errand::Of::Motor, Errand::Of::Motor) > 0; }
+  // One that is no tick: a window that opened now would read what is about to change.
+  bool HandlerUnderWay() const { return Count(Errand::Of::Handler, Errand::Of::Motor) > 0; }
 
   // A handler that began after this errand has written the register.
   bool NewerHasWritten(const Errand& errand, Register reg) const;
@@ -165,6 +167,7 @@ class Link {
     std::uint64_t Mover = 0;
   };
 
+  int Count(Errand::Of first, Errand::Of last) const;
   std::uint64_t Begin(Errand::Of of);
   void End(Errand::Of of);
   Sent Say(const Word& word, const ExchangeOptions& options);
@@ -191,8 +194,8 @@ class Link {
   std::uint64_t portSession_ = 0;
   // Counts errands and words.
   std::uint64_t lastNumber_ = 0;
-  int errands_ = 0;
-  int motorErrands_ = 0;
+  // Errands under way by what they are of.
+  std::array<int, 3> errands_{};
   std::map<Register, LastWrite> lastWrites_;
   LineKnowledge known_;
   // The errand that told of a lost link; 0 once the drive has answered since.

@@ -22,8 +22,14 @@ std::function<void()> Commands::WhenNoTransferRuns(std::function<void()> action)
   };
 }
 
+std::function<void()> Commands::WhenLineIsFree(std::function<void()> action) {
+  return WhenNoTransferRuns([this, action = std::move(action)] {
+    if (!routes_.LineInUse()) action();
+  });
+}
+
 void Commands::RouteFileMenu() {
-  main_.mnuFileOpen.OnClick = WhenNoTransferRuns([this] { routes_.OpenConfigFile(); });
+  main_.mnuFileOpen.OnClick = WhenLineIsFree([this] { routes_.OpenConfigFile(); });
   main_.mnuSave.OnClick = WhenNoTransferRuns([this] { routes_.Save(); });
   main_.mnuSaveAs.OnClick = WhenNoTransferRuns([this] { routes_.SaveAs(); });
   main_.mnuFileClose.OnClick = WhenNoTransferRuns([this] { mnuFileClose_Click(); });
@@ -32,15 +38,15 @@ void Commands::RouteFileMenu() {
 
 void Commands::RouteDriveMenu() {
   main_.mnuConnect.OnClick = WhenNoTransferRuns([this] { world_.Show(*routes_.Connect); });
-  main_.sysConfig.OnClick = WhenNoTransferRuns([this] { sysConfig_Click(); });
-  main_.MnuCurrentLoop.OnClick = WhenNoTransferRuns([this] { MnuCurrentLoop_Click(); });
-  main_.mnuPositionLoop.OnClick = WhenNoTransferRuns([this] { mnuPositionLoop_Click(); });
-  main_.ReadFromDrive.OnClick = WhenNoTransferRuns([this] { routes_.ReadFromDrive(); });
-  main_.mnuDownloadToDrive.OnClick = WhenNoTransferRuns([this] { mnuDownloadToDrive_Click(); });
-  main_.mnuReset.OnClick = WhenNoTransferRuns([this] { mnuReset_Click(); });
-  main_.ParaDataLib.OnClick = WhenNoTransferRuns([this] { ParaDataLib_Click(); });
+  main_.sysConfig.OnClick = WhenLineIsFree([this] { sysConfig_Click(); });
+  main_.MnuCurrentLoop.OnClick = WhenLineIsFree([this] { MnuCurrentLoop_Click(); });
+  main_.mnuPositionLoop.OnClick = WhenLineIsFree([this] { mnuPositionLoop_Click(); });
+  main_.ReadFromDrive.OnClick = WhenLineIsFree([this] { routes_.ReadFromDrive(); });
+  main_.mnuDownloadToDrive.OnClick = WhenLineIsFree([this] { mnuDownloadToDrive_Click(); });
+  main_.mnuReset.OnClick = WhenLineIsFree([this] { mnuReset_Click(); });
+  main_.ParaDataLib.OnClick = WhenLineIsFree([this] { ParaDataLib_Click(); });
   main_.mnuScope.OnClick = WhenNoTransferRuns([this] { mnuScope_Click(); });
-  main_.ErrCheck.OnClick = WhenNoTransferRuns([this] { ErrCheck_Click(); });
+  main_.ErrCheck.OnClick = WhenLineIsFree([this] { ErrCheck_Click(); });
 }
 
 void Commands::RouteHelpMenu() {
@@ -60,9 +66,9 @@ void Commands::RouteHelpMenu() {
 void Commands::RouteToolBar() {
   main_[Tool1::OpenFile].OnClick = main_.mnuFileOpen.OnClick;
   main_[Tool1::SaveFile].OnClick = main_.mnuSave.OnClick;
-  main_[Tool1::Properties].OnClick = WhenNoTransferRuns([this] { PropertiesButton_Click(); });
+  main_[Tool1::Properties].OnClick = WhenLineIsFree([this] { PropertiesButton_Click(); });
   main_[Tool1::CurrentLoop].OnClick = main_.MnuCurrentLoop.OnClick;
-  main_[Tool1::PositionLoop].OnClick = WhenNoTransferRuns([this] { PositionLoopButton_Click(); });
+  main_[Tool1::PositionLoop].OnClick = WhenLineIsFree([this] { PositionLoopButton_Click(); });
   main_[Tool1::Scope].OnClick = main_.mnuScope.OnClick;
   main_[Tool1::ErrorLog].OnClick = main_.ErrCheck.OnClick;
 }
@@ -127,6 +133,7 @@ void Commands::PositionLoopButton_Click() {
 void Commands::mnuScope_Click() {
   if (!CommunicationTest()) return;
   if (!shell_.ChildWindowOpen) {
+    if (routes_.LineInUse()) return;
     shell_.ChildWindowOpen = true;
     world_.ShowModal(*routes_.Scope);
   } else if (!shell_[OpenMark::Scope]) {
@@ -174,7 +181,7 @@ void Commands::mnuReset_Click() {
 }
 
 void Commands::VelocityLoop_Click() {
-  if (shell_.BulkTransferRunning) return;
+  if (shell_.BulkTransferRunning || routes_.LineInUse()) return;
   routes_.ForgetClosingPositionWindow();
   if (!CommunicationTest()) return;
   if (!shell_.ChildWindowOpen) {
@@ -186,7 +193,8 @@ void Commands::VelocityLoop_Click() {
 }
 
 void Commands::ReadFromDrive_Click() {
-  if (!shell_.BulkTransferRunning && CommunicationTest()) routes_.ReadFromDrive();
+  if (shell_.BulkTransferRunning || routes_.LineInUse()) return;
+  if (CommunicationTest()) routes_.ReadFromDrive();
 }
 
 void Commands::TestConsole_Click() {

@@ -33,6 +33,8 @@ struct Routes {
   std::function<void()> DownloadToDrive;
   std::function<void()> ResetDrive;
   std::function<void()> ReadFromDrive;
+  // A handler is at work on the line.
+  std::function<bool()> LineInUse = [] { return false; };
   // Clears the mark by which a closing position window ends its upload.
   std::function<void()> ForgetClosingPositionWindow;
 };
@@ -68,6 +70,9 @@ class Commands {
   void RouteToolBar();
   // The handler `action`, kept from starting while a bulk transfer runs.
   std::function<void()> WhenNoTransferRuns(std::function<void()> action);
+  // Also kept from starting while a handler, perhaps of a window that is closed by now, is at work
+  // on the line: what `action` reads would be about to change.
+  std::function<void()> WhenLineIsFree(std::function<void()> action);
   // False after the message of a lost link when the port is closed.
   bool CommunicationTest();
   void Refuse(const char* text, MessageIcon icon);

@@ -166,7 +166,7 @@ void Form5::StopScope() {
 
 void Form5::Timer1_Timer() {
   if (link_.ErrandUnderWay()) return;
-  const Run run(*this);
+  const Run run(*this, Errand::Of::Tick);
   link_.LinkIdle = false;
   std::vector<float> words;
   if (Arm(run) && AwaitRecording(run) && Upload(run, words)) ShowRecording(words);

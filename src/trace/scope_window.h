@@ -66,8 +66,8 @@ struct Form5 : Window {
   // What a handler that waits began in: its errand, and the run of the last Start click.
   class Run {
    public:
-    explicit Run(Form5& scope)
-        : errand_(scope.link_, scope), scope_(scope), start_(scope.starts_) {}
+    explicit Run(Form5& scope, Errand::Of of = Errand::Of::Handler)
+        : errand_(scope.link_, scope, of), scope_(scope), start_(scope.starts_) {}
     const Errand& Of() const { return errand_; }
     // The window was closed.
     bool Closed() const { return errand_.Over(); }

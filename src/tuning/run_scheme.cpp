@@ -58,7 +58,7 @@ RunScheme::MotorErrand::MotorErrand(RunScheme& scheme)
 
 RunScheme::Tick::Tick(RunScheme& scheme)
     : pointer_{scheme},
-      errand_(scheme.p_.Line, scheme.p_.Owner),
+      errand_(scheme.p_.Line, scheme.p_.Owner, Errand::Of::Tick),
       ofTest_(scheme.tickOfTest_, !scheme.StopRequested()) {}
 
 void RunScheme::ShowPointer() {

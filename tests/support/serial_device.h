@@ -46,6 +46,26 @@ class DriveDevice : public SerialDevice {
   int bytes_ = 0;
 };
 
+// Several devices on one line: each hears everything, one at a time answers.
+class Bus : public SerialDevice {
+ public:
+  explicit Bus(std::vector<SerialDevice*> devices) : devices_(std::move(devices)) {}
+  void Receive(std::uint8_t byte, std::int64_t nowUs) override {
+    for (SerialDevice* device : devices_) device->Receive(byte, nowUs);
+  }
+  std::vector<std::uint8_t> Transmit(std::int64_t nowUs) override {
+    std::vector<std::uint8_t> all;
+    for (SerialDevice* device : devices_) {
+      const std::vector<std::uint8_t> bytes = device->Transmit(nowUs);
+      all.insert(all.end(), bytes.begin(), bytes.end());
+    }
+    return all;
+  }
+
+ private:
+  std::vector<SerialDevice*> devices_;
+};
+
 // A device that gives to every whole request what a function says, at a time of its choosing.
 class ScriptedDevice : public SerialDevice {
  public:

@@ -138,6 +138,7 @@ void VirtualWorld::Tick(Timer& timer) {
 
 void VirtualWorld::PumpEvents(std::int64_t deadlineMs) {
   if (Ended()) return;
+  DeepestWait = std::max(DeepestWait, ++pumping_);
   Timer* timer = NextTimer();
   const bool scripted = !script_.empty() && script_.front().AtMs <= deadlineMs &&
                         (timer == nullptr || script_.front().AtMs <= timers_[timer].DueMs);
@@ -152,6 +153,7 @@ void VirtualWorld::PumpEvents(std::int64_t deadlineMs) {
   } else {
     nowMs_ = std::max(nowMs_, deadlineMs + 1);
   }
+  --pumping_;
 }
 
 void VirtualWorld::SetScreenPointer(MousePointer pointer) {

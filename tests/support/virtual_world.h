@@ -27,6 +27,8 @@ class VirtualWorld : public World {
   void At(std::int64_t delayMs, std::function<void()> action);
   // Lets `ms` milliseconds and one step of the clock pass with nothing waiting: the tool at rest.
   void RunFor(std::int64_t ms);
+  // Lets the clock go on while nothing runs, as behind a message box that nobody answers.
+  void Pass(std::int64_t ms) { nowMs_ += ms; }
   // Lets time pass until `done`; false when `limitMs` have passed before.
   bool RunUntil(const std::function<bool()>& done, std::int64_t limitMs);
 
@@ -63,6 +65,8 @@ class VirtualWorld : public World {
   MousePointer ScreenPointer = MousePointer::Default;
   std::vector<MousePointer> ScreenPointers;
   int Repaints = 0;
+  // How deep handlers waited inside each other at most.
+  int DeepestWait = 0;
 
   // --- World.
 
@@ -115,6 +119,7 @@ class VirtualWorld : public World {
   void Tick(Timer& timer);
 
   std::int64_t nowMs_ = 1000;
+  int pumping_ = 0;
   std::deque<Action> script_;
   std::map<Timer*, TimerState> timers_;
   SerialDevice* device_ = nullptr;
