@@ -146,6 +146,25 @@ TEST(Nesting, APropertyChangedAtAnyMomentOfADownloadSpoilsNeither) {
   }
 }
 
+// What the window would read is about to change.
+TEST(Nesting, NoWindowOpensBesideAGainThatIsStillOnItsWay) {
+  Bench bench({}, Edition::ServiceBench);
+  bench.Connect();
+  Tool& tool = bench.tool;
+  bench.user.Click(tool.benchMenu->mnuVelocityLoop);
+  TextBox& gain = tool.velocityMode.Text1[velocityModeTune::Vp];
+  bench.user.Type(gain, "77");
+  bench.device.Drive.Inject(sim::Fault::Silent, sim::Hits::Next(2));
+  bench.world.At(20, [&] { bench.user.Close(tool.velocityMode); });
+  bench.world.At(40, [&] { bench.user.Click(tool.mdiForm1.mnuPositionLoop); });
+  bench.TakeFrames();
+  bench.user.Enter(gain);
+  EXPECT_EQ(bench.TakeFrames(), (Texts{"W 31=77", "W 31=77", "W 31=77"}));
+  EXPECT_FALSE(tool.form3.Loaded);
+  bench.user.Click(tool.mdiForm1.mnuPositionLoop);
+  EXPECT_EQ(tool.form3.Text1[Form3::VelocityKp].Text, "77");
+}
+
 TEST(Nesting, TheConnectDialogLeftOpenDoesNotSplitATransfer) {
   ConnectedBench bench;
   bench.user.Click(bench.tool.mdiForm1.mnuConnect);

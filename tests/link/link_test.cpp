@@ -331,6 +331,17 @@ TEST_F(LinkTest, ALossIsToldOnceByNestedHandlers) {
   world.At(100, [&] { lose(Errand(link)); });
   lose(errand);
   EXPECT_EQ(world.TakeMessages().size(), 1U);
+  // A setting is given up with it, a stop word is not.
+  for (const auto& [reg, frames] :
+       {std::pair{Register::CurrentKp, 1}, {Register::PositionCommand, 12}}) {
+    const Errand outer(link);
+    world.At(100, [&] { lose(Errand(link)); });
+    world.Log.Clear();
+    EXPECT_EQ(link.Write(outer, reg, 0), Sent::Lost);
+    link.TellFailure(outer);
+    EXPECT_EQ(world.Log.Writes(static_cast<int>(reg)).size(), static_cast<std::size_t>(frames));
+    EXPECT_EQ(world.TakeMessages().size(), 1U);
+  }
   const Errand next(link);
   lose(next);
   lose(next);

@@ -183,6 +183,29 @@ TEST_F(PositionTest, StopWhileStartIsStillWriting) {
 }
 
 // The click that would write gains a second time.
+// The tick that has heard the Stop still has its own stop word to say.
+TEST_F(PositionTest, AStartWaitsForATickThatHasHeardAStop) {
+  Window.Text1[Form3::RepeatTimes].Text = "9";
+  bool inTick = false;
+  Device.BeforeRequest = [&](int) {
+    if (inTick || World.Log.Writes(20).size() < 2) return;
+    inTick = true;
+    // Between two polls of the recorder.
+    World.At(600, [&] {
+      User.Click(RunButton);
+      TakeFrames();
+      EXPECT_EQ(Window.Pointer, MousePointer::Hourglass);
+      User.Click(RunButton);
+      EXPECT_EQ(RunButton.Caption, "Start");
+    });
+  };
+  User.Click(RunButton);
+  World.RunFor(12000);
+  ASSERT_TRUE(inTick);
+  EXPECT_EQ(TakeFrames().back(), "W 9=0");
+  ExpectStoppedAndUnlocked();
+}
+
 TEST_F(PositionTest, ASecondStartClickWhileGainsAreWrittenDoesNothing) {
   Window.Text1[Form3::PositionKp].Text = "120";
   Window.Text1[Form3::Kvff].Text = "90";
