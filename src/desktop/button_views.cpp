@@ -134,7 +134,7 @@ class ButtonView final : public ControlView {
   }
   // A release goes with a press that has been handled, whatever became of the window since.
   void OnLetGo() {
-    Owner().PostAlways([&record = record_, pressed = pressed_] {
+    Owner().PostUrgent([&record = record_, pressed = pressed_] {
       if (*pressed && record.OnRelease) record.OnRelease();
     });
   }

@@ -86,7 +86,17 @@ void ControlView::ReflectColours() {
 }
 
 void ControlView::Post(std::function<void()> run) {
-  window_.Post(std::move(run), [&window = window_] { window.ForgetAll(); });
+  ++posted_;
+  const QPointer<ControlView> self(this);
+  window_.Post(
+      [self, run = std::move(run)] {
+        if (self) --self->posted_;
+        run();
+      },
+      [self, &window = window_] {
+        if (self) --self->posted_;
+        window.ForgetAll();
+      });
 }
 
 ControlView* MakeControlView(WindowView& window, Control& record, QWidget* parent) {

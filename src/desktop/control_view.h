@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QPalette>
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -51,6 +52,8 @@ class ControlView : public QObject {
   // Posts `run` for the window's handlers; without input rights by then, the window's widgets go
   // back to what the records say.
   void Post(std::function<void()> run);
+  // Whether an action posted here has yet to begin.
+  bool HasPosted() const { return posted_ > 0; }
 
   WindowView& Owner() const { return window_; }
   // The colour the widget stands on or is filled with.
@@ -62,6 +65,7 @@ class ControlView : public QObject {
   WindowView& window_;
   Control& record_;
   QWidget* widget_;
+  int posted_ = 0;
   std::optional<std::string> caption_;
   std::optional<std::string> toolTip_;
   std::optional<std::string> accessibleName_;

@@ -33,7 +33,7 @@ class TextLabel final : public QLabel {
     const bool activates = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
                            event->key() == Qt::Key_Space;
     if (OnClick && activates) {
-      OnClick();
+      if (!event->isAutoRepeat()) OnClick();
     } else {
       QLabel::keyPressEvent(event);
     }
@@ -123,6 +123,8 @@ class FilteredEdit final : public QLineEdit {
  public:
   explicit FilteredEdit(QWidget* parent) : QLineEdit(parent) { setAcceptDrops(false); }
   std::function<bool(int key)> Passes;
+  // False when nobody listens to Enter here.
+  std::function<bool()> OnEnter;
   std::function<void(Qt::FocusReason reason)> OnLeft;
 
  protected:
@@ -132,17 +134,11 @@ class FilteredEdit final : public QLineEdit {
       return;
     }
     const int key = KeyOf(*event);
-    // The handler may wait, and close this very window.
-    const QPointer<FilteredEdit> self(this);
-    if (key != 0 && Passes && (!Passes(key) || !self)) {
-      event->accept();
-      return;
-    }
-    QLineEdit::keyPressEvent(event);
+    if (key == 0 || !Takes(key, event->isAutoRepeat())) QLineEdit::keyPressEvent(event);
   }
   void inputMethodEvent(QInputMethodEvent* event) override {
     for (const QChar letter : event->commitString()) {
-      if (Passes && !Passes(letter.unicode())) return;
+      if (!Passes(letter.unicode())) return;
     }
     QLineEdit::inputMethodEvent(event);
   }
@@ -166,13 +162,15 @@ class FilteredEdit final : public QLineEdit {
   }
 
  private:
+  // Whether the field itself has no more to do with the key. Enter that repeats by itself, because
+  // it is held down, commits nothing.
+  bool Takes(int key, bool repeats) {
+    return key == KeyEnter ? repeats || OnEnter() : !Passes(key);
+  }
   void PasteFiltered(const QString& text) {
-    const QPointer<FilteredEdit> self(this);
     QString passed;
     for (const QChar letter : text) {
-      if (!letter.isPrint()) continue;
-      if (!Passes || Passes(letter.unicode())) passed += letter;
-      if (!self) return;
+      if (letter.isPrint() && Passes(letter.unicode())) passed += letter;
     }
     insert(passed);
     emit textEdited(this->text());
@@ -202,11 +200,8 @@ class TextBoxView final : public ControlView {
       : ControlView(window, record, edit), record_(record), edit_(edit) {
     edit_->Passes = [this](int key) { return KeyPasses(key); };
     edit_->OnLeft = [this](Qt::FocusReason reason) { OnLeft(reason); };
-    connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) {
-      if (Owner().Detached()) return;
-      record_.Text = FromQt(text);
-      text_ = record_.Text;
-    });
+    edit_->OnEnter = [this] { return OnEnter(); };
+    connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) { OnEdited(text); });
   }
 
   void Forget() override {
@@ -216,17 +211,33 @@ class TextBoxView final : public ControlView {
 
  protected:
   void ReflectOwn() override {
-    if (Changed(text_, record_.Text)) edit_->setText(ToQt(record_.Text));
+    // The field is ahead of the record while an edit waits.
+    if (!HasPosted() && Changed(text_, record_.Text)) edit_->setText(ToQt(record_.Text));
   }
 
  private:
   bool KeyPasses(int key) {
     if (Owner().Detached()) return false;
-    if (!record_.OnKeyPress) return true;
-    // The handler may end with other widgets on the screen than it began with.
-    const QPointer<WindowView> owner(&Owner());
-    const bool passes = record_.OnKeyPress(key);
-    return passes && owner && !owner->Detached();
+    return !record_.OnKeyPress || record_.OnKeyPress(key);
+  }
+  // What Enter sets off may wait and close this very window.
+  bool OnEnter() {
+    if (!record_.OnKeyPress) return false;
+    Post([&record = record_] {
+      if (record.OnKeyPress) record.OnKeyPress(KeyEnter);
+    });
+    return true;
+  }
+  // Behind an Enter that has yet to be heard the text waits, so that Enter commits what stood there
+  // when it was pressed.
+  void OnEdited(const QString& text) {
+    if (Owner().Detached()) return;
+    text_ = FromQt(text);
+    if (HasPosted()) {
+      Post([&record = record_, text = *text_] { record.Text = text; });
+    } else {
+      record_.Text = *text_;
+    }
   }
   void OnLeft(Qt::FocusReason reason) {
     if (!record_.OnLostFocus) return;

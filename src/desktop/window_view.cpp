@@ -221,8 +221,9 @@ void WindowView::Post(std::function<void()> run, std::function<void()> dropped,
   host_.Queue.Post(std::move(action));
 }
 
-void WindowView::PostAlways(std::function<void()> run) {
+void WindowView::PostUrgent(std::function<void()> run) {
   UserAction action;
+  action.Urgent = true;
   action.Allowed = [&world = host_.TheWorld] { return !world.Ended(); };
   action.Run = std::move(run);
   host_.Queue.Post(std::move(action));

@@ -50,8 +50,8 @@ class WindowView : public QObject {
   // input then, and neither if it is gone.
   void Post(std::function<void()> run, std::function<void()> dropped = {},
             const void* mergeKey = nullptr);
-  // Posts what must run whatever became of the window, unless the program has ended.
-  void PostAlways(std::function<void()> run);
+  // Posts what must run at once and whatever became of the window, unless the program has ended.
+  void PostUrgent(std::function<void()> run);
 
   // Reflects every control anew next time.
   void ForgetAll();

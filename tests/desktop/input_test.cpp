@@ -1,4 +1,6 @@
 // User input: into the record first, then to the handler, and only what the handlers allow.
+#include <QPushButton>
+
 #include "desk.h"
 
 namespace gainsmith::test {
@@ -16,7 +18,10 @@ struct InputTest : Desk {
     window.Add(list, "Combo1").Place(150, 2400, 2000, 330);
     window.Add(button, "Command1").Place(150, 3000, 1500, 375);
     list.Items = {{"9600", 1, ""}, {"38400", 3, ""}};
+    window.Add(jog, "Command2").Place(2000, 3000, 1500, 375);
+    window.Add(link, "lblLink").Place(150, 3600, 1500, 300);
     button.Caption = "Go";
+    link.OnClick = [&] { log.push_back("link"); };
     world.Show(window);
   }
   const Message message{"A message", "T"};
@@ -24,7 +29,8 @@ struct InputTest : Desk {
   CheckBox box;
   OptionButton first, second;
   ComboBox list;
-  Button button;
+  Button button, jog;
+  Label link;
 };
 
 TEST_F(InputTest, RecordIsSetBeforeItsHandlerRuns) {
@@ -52,8 +58,51 @@ TEST_F(InputTest, KeyFilterIsAskedBeforeTheKeyTakesEffect) {
   driver.Key("Form.Text1(0)", Qt::Key_Return);
   driver.Key("Form.Text1(0)", Qt::Key_Backspace);
   driver.Settle();
-  EXPECT_EQ(log, (Lines{"49:", "120:1", "50:1", "13:12", "8:12"}));
+  EXPECT_EQ(log, (Lines{"49:", "120:1", "50:1", "8:12", "13:12"})) << "Enter is queued";
   EXPECT_EQ(field.Text, "1");
+}
+
+TEST_F(InputTest, EnterHeldDownCommitsOnceAndWhatStoodInTheField) {
+  field.OnKeyPress = [&](int key) {
+    if (key != KeyEnter) return true;
+    log.push_back(field.Text);
+    WaitMs(5);
+    return true;
+  };
+  driver.Type("Form.Text1(0)", "12");
+  driver.HoldKey("Form.Text1(0)", Qt::Key_Return, 20);
+  driver.Key("Form.Text1(0)", Qt::Key_3);
+  driver.Settle();
+  EXPECT_EQ(log, Lines{"12"}) << "a letter typed behind Enter is not committed with it";
+  EXPECT_EQ(field.Text, "123");
+  driver.Find("Form.lblLink")->setFocus();
+  driver.HoldKey("Form.lblLink", Qt::Key_Return, 20);
+  driver.Settle();
+  EXPECT_EQ(log, (Lines{"12", "link"}));
+}
+
+// Handlers that wait let in the next action; what waits for room is neither lost nor out of order.
+TEST_F(InputTest, NestedActionsHaveABoundThatReleasesDoNotWaitFor) {
+  constexpr int Clicks = 3 * InputQueue::MostNested;
+  auto& go = dynamic_cast<QPushButton&>(*driver.Find("Form.Command1"));
+  int depth = 0, deepest = 0, run = 0;
+  jog.OnPress = [&] { log.push_back("press"); };
+  jog.OnRelease = [&] { log.push_back("release at " + std::to_string(depth)); };
+  box.OnClick = [&] { log.push_back("box after " + std::to_string(run)); };
+  button.OnClick = [&] {
+    deepest = std::max(deepest, ++depth);
+    if (++run < Clicks) emit go.clicked();
+    if (run == InputQueue::MostNested) driver.Release("Form.Command2");
+    if (run == Clicks) driver.Click("Form.Check1");
+    WaitMs(2);
+    --depth;
+  };
+  driver.Press("Form.Command2");
+  driver.Settle();
+  emit go.clicked();
+  driver.WaitUntil([&] { return box.Ticked; });
+  EXPECT_EQ(deepest, InputQueue::MostNested);
+  EXPECT_EQ(log, (Lines{"press", "release at 12", "box after 36"}));
 }
 
 TEST_F(InputTest, LeavingAFieldIsToldOnceAndNotForMessagesOrCode) {
