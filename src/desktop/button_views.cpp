@@ -125,24 +125,30 @@ class ButtonView final : public ControlView {
   void ReflectOwn() override {}
 
  private:
+  // A press and its release are both heard or neither, and in this order: the release does not wait
+  // where the press did, and nothing would end what a press heard after it began.
+  struct Press {
+    bool Heard = false;
+    bool Over = false;
+  };
   void OnHold() {
-    pressed_ = std::make_shared<bool>(false);
-    Post([&record = record_, pressed = pressed_] {
-      *pressed = true;
+    press_ = std::make_shared<Press>();
+    Post([&record = record_, press = press_] {
+      if (press->Over) return;
+      press->Heard = true;
       if (record.OnPress) record.OnPress();
     });
   }
-  // A release goes with a press that has been handled, whatever became of the window since.
   void OnLetGo() {
-    Owner().PostUrgent([&record = record_, pressed = pressed_] {
-      if (*pressed && record.OnRelease) record.OnRelease();
+    Owner().PostUrgent([&record = record_, press = press_] {
+      press->Over = true;
+      if (press->Heard && record.OnRelease) record.OnRelease();
     });
   }
 
   Button& record_;
   HoldButton* button_;
-  // Whether the handler of the present press has been called.
-  std::shared_ptr<bool> pressed_ = std::make_shared<bool>(false);
+  std::shared_ptr<Press> press_;
 };
 
 class CheckBoxView final : public ControlView {

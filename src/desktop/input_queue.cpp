@@ -33,11 +33,9 @@ void InputQueue::Kick() {
 }
 
 void InputQueue::RunNext() {
-  if (holds_ > 0) return;
-  const auto next = running_ < MostNested
-                        ? actions_.begin()
-                        : std::find_if(actions_.begin(), actions_.end(),
-                                       [](const UserAction& action) { return action.Urgent; });
+  const bool wait = holds_ > 0 || running_ >= MostNested;
+  const auto next = std::find_if(actions_.begin(), actions_.end(),
+                                 [&](const UserAction& action) { return !wait || action.Urgent; });
   if (next == actions_.end()) return;
   const UserAction action = std::move(*next);
   actions_.erase(next);

@@ -32,7 +32,7 @@ class InputQueue {
   static constexpr int MostNested = 12;
 
   void Post(UserAction action);
-  // Actions wait between Hold and the Release that goes with it.
+  // Actions wait between Hold and the Release that goes with it, but for urgent ones.
   void Hold() { ++holds_; }
   void Release();
   void Clear() { actions_.clear(); }

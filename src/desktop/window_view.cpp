@@ -202,7 +202,7 @@ void WindowView::Detach() {
   topLevel_->hide();
   host_.Reflecting = false;
   detached_ = true;
-  topLevel_->deleteLater();
+  if (host_.Dialogs == 0) Delete();
 }
 
 void WindowView::Post(std::function<void()> run, std::function<void()> dropped,

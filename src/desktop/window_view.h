@@ -21,6 +21,9 @@ struct ViewHost {
   InputQueue& Queue;
   // Records are being brought onto widgets: what widgets report meanwhile is not the user's doing.
   bool Reflecting = false;
+  // Dialogs on the screen. They are children of a window that may be closed behind them, so no
+  // window is deleted meanwhile.
+  int Dialogs = 0;
 };
 
 // Whether the user may act on the window: it is loaded and no other window holds the input.
@@ -41,8 +44,9 @@ class WindowView : public QObject {
   void Show(QWidget* owner);
   void Reflect();
   // Takes the window from the screen for good and lets its widgets be deleted once the handlers
-  // that are under way have returned.
+  // that are under way have returned, if no dialog is open; Delete does so when the last is closed.
   void Detach();
+  void Delete() { topLevel_->deleteLater(); }
   bool Detached() const { return detached_; }
 
   ControlView* ViewOf(const Control& record) const;

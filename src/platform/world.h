@@ -98,7 +98,8 @@ class World {
   // Brings the records onto the screen now, for handlers that show progress without waiting.
   virtual void Repaint(Window& window) = 0;
 
-  // --- Dialogs. Other events wait until they are answered, but for painting.
+  // --- Dialogs. Other events wait until they are answered, but for painting and the release of
+  // what the user held when the dialog came up: its handler runs, and may wait, inside the dialog.
 
   virtual MessageAnswer ShowMessage(const Message& message) = 0;
   // `filter` is as "*.tvd|*.tvd|": pairs of description and pattern.

@@ -138,6 +138,10 @@ void VirtualWorld::Tick(Timer& timer) {
 
 void VirtualWorld::PumpEvents(std::int64_t deadlineMs) {
   if (Ended()) return;
+  if (messagesShown_ > 0) {
+    nowMs_ = std::max(nowMs_, deadlineMs + 1);
+    return;
+  }
   Timer* timer = NextTimer();
   const bool scripted = !script_.empty() && script_.front().AtMs <= deadlineMs &&
                         (timer == nullptr || script_.front().AtMs <= timers_[timer].DueMs);
@@ -162,7 +166,9 @@ void VirtualWorld::SetScreenPointer(MousePointer pointer) {
 MessageAnswer VirtualWorld::ShowMessage(const Message& message) {
   if (Ended()) return message.Default;
   Messages.push_back(message);
+  ++messagesShown_;
   if (OnMessage) OnMessage(message);
+  --messagesShown_;
   return Next(Answers, message.Default);
 }
 
