@@ -21,6 +21,13 @@ bool HasOutline(ControlKind kind) {
 
 }  // namespace
 
+bool WithinReach(const Control& control) {
+  for (const Control* c = &control; c != nullptr; c = c->Container) {
+    if (!c->Enabled || !c->Visible) return false;
+  }
+  return true;
+}
+
 ControlView::ControlView(WindowView& window, Control& record, QWidget* widget)
     : QObject(widget), window_(window), record_(record), widget_(widget) {
   widget_->setObjectName(ToQt(window.Record().Name + "." + record.Name));
@@ -85,18 +92,22 @@ void ControlView::ReflectColours() {
   widget_->setAutoFillBackground(back.has_value());
 }
 
-void ControlView::Post(std::function<void()> run) {
+void ControlView::Post(std::function<void()> run, Asks asks) {
   ++posted_;
   const QPointer<ControlView> self(this);
-  window_.Post(
-      [self, run = std::move(run)] {
-        if (self) --self->posted_;
-        run();
-      },
-      [self, &window = window_] {
-        if (self) --self->posted_;
-        window.ForgetAll();
-      });
+  UserAction action;
+  if (asks == Asks::Control) {
+    action.Allowed = [&record = record_] { return WithinReach(record); };
+  }
+  action.Run = [self, run = std::move(run)] {
+    if (self) --self->posted_;
+    run();
+  };
+  action.Dropped = [self, &window = window_] {
+    if (self) --self->posted_;
+    window.ForgetAll();
+  };
+  window_.Post(std::move(action));
 }
 
 ControlView* MakeControlView(WindowView& window, Control& record, QWidget* parent) {

@@ -16,6 +16,9 @@ namespace gainsmith {
 
 class WindowView;
 
+// Whether the control and all that it lies in are enabled and visible.
+bool WithinReach(const Control& control);
+
 // Belongs to its widget and is deleted with it. Holds copies of what the widget shows, so that
 // reflecting an unchanged record costs a comparison of plain data.
 class ControlView : public QObject {
@@ -49,9 +52,12 @@ class ControlView : public QObject {
   virtual void ReflectOwn() = 0;
   virtual void ReflectCaption() {}
   virtual void ReflectColours();
-  // Posts `run` for the window's handlers; without input rights by then, the window's widgets go
+  // What has to be so when the action's turn has come: that the user can reach the control, or its
+  // window at least.
+  enum class Asks { Control, Window };
+  // Posts `run` for the window's handlers; where it may not run by then, the window's widgets go
   // back to what the records say.
-  void Post(std::function<void()> run);
+  void Post(std::function<void()> run, Asks asks = Asks::Control);
   // Whether an action posted here has yet to begin.
   bool HasPosted() const { return posted_ > 0; }
 

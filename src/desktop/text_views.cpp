@@ -242,9 +242,12 @@ class TextBoxView final : public ControlView {
   void OnLeft(Qt::FocusReason reason) {
     if (!record_.OnLostFocus) return;
     const QPointer<FilteredEdit> edit(edit_);
-    Post([&record = record_, edit, reason] {
-      if (record.OnLostFocus && LeftForControl(reason, edit)) record.OnLostFocus();
-    });
+    // The user was in the field, whatever a handler has made of it since.
+    Post(
+        [&record = record_, edit, reason] {
+          if (record.OnLostFocus && LeftForControl(reason, edit)) record.OnLostFocus();
+        },
+        Asks::Window);
   }
 
   TextBox& record_;

@@ -38,7 +38,7 @@ QRect PlaceOf(const Window& record) {
 
 bool TakesInput(const World& world, const Window& window) {
   const Window* modal = world.ModalWindow();
-  return !world.Ended() && window.Loaded && (modal == nullptr || modal == &window);
+  return !world.Ended() && window.Visible && (modal == nullptr || modal == &window);
 }
 
 WindowView* WindowView::Make(ViewHost& host, Window& record) {
@@ -205,19 +205,16 @@ void WindowView::Detach() {
   if (host_.Dialogs == 0) Delete();
 }
 
-void WindowView::Post(std::function<void()> run, std::function<void()> dropped,
-                      const void* mergeKey) {
+void WindowView::Post(UserAction action) {
   if (detached_ || host_.Reflecting) return;
   const QPointer<WindowView> self(this);
-  UserAction action;
-  action.Allowed = [self] {
-    return self && !self->detached_ && TakesInput(self->host_.TheWorld, self->record_);
+  action.Allowed = [self, asked = std::move(action.Allowed)] {
+    return self && !self->detached_ && TakesInput(self->host_.TheWorld, self->record_) &&
+           (!asked || asked());
   };
-  action.Run = std::move(run);
-  action.Dropped = [self, dropped = std::move(dropped)] {
+  action.Dropped = [self, dropped = std::move(action.Dropped)] {
     if (self && !self->detached_ && dropped) dropped();
   };
-  action.MergeKey = mergeKey;
   host_.Queue.Post(std::move(action));
 }
 
@@ -232,7 +229,9 @@ void WindowView::PostUrgent(std::function<void()> run) {
 bool WindowView::eventFilter(QObject* watched, QEvent* event) {
   if (watched != topLevel_ || event->type() != QEvent::Close || detached_) return false;
   event->ignore();
-  Post([&world = host_.TheWorld, &record = record_] { world.Unload(record); });
+  UserAction action;
+  action.Run = [&world = host_.TheWorld, &record = record_] { world.Unload(record); };
+  Post(std::move(action));
   return true;
 }
 

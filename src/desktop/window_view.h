@@ -26,7 +26,7 @@ struct ViewHost {
   int Dialogs = 0;
 };
 
-// Whether the user may act on the window: it is loaded and no other window holds the input.
+// Whether the user may act on the window: it is shown and no other window holds the input.
 bool TakesInput(const World& world, const Window& window);
 
 // Belongs to its top-level widget and is deleted with it. Touches the record no more once Detach
@@ -50,10 +50,9 @@ class WindowView : public QObject {
   bool Detached() const { return detached_; }
 
   ControlView* ViewOf(const Control& record) const;
-  // Posts a handler's run for when its turn comes; `dropped` runs instead if the window takes no
-  // input then, and neither if it is gone.
-  void Post(std::function<void()> run, std::function<void()> dropped = {},
-            const void* mergeKey = nullptr);
+  // Posts an action on this window. When its turn has come it is dropped if the window takes no
+  // input, besides what it asks itself; if the window is gone, it is dropped without a word.
+  void Post(UserAction action);
   // Posts what must run at once and whatever became of the window, unless the program has ended.
   void PostUrgent(std::function<void()> run);
 

@@ -20,6 +20,8 @@ struct InputTest : Desk {
     list.Items = {{"9600", 1, ""}, {"38400", 3, ""}};
     window.Add(jog, "Command2").Place(2000, 3000, 1500, 375);
     window.Add(link, "lblLink").Place(150, 3600, 1500, 300);
+    window.Add(group, "Frame1").Place(3000, 150, 2500, 1000);
+    window.Add(inside, "Command3", &group).Place(150, 300, 1500, 375);
     button.Caption = "Go";
     link.OnClick = [&] { log.push_back("link"); };
     world.Show(window);
@@ -29,7 +31,8 @@ struct InputTest : Desk {
   CheckBox box;
   OptionButton first, second;
   ComboBox list;
-  Button button, jog;
+  Button button, jog, inside;
+  Frame group;
   Label link;
 };
 
@@ -103,6 +106,58 @@ TEST_F(InputTest, NestedActionsHaveABoundThatReleasesDoNotWaitFor) {
   driver.WaitUntil([&] { return box.Ticked; });
   EXPECT_EQ(deepest, InputQueue::MostNested);
   EXPECT_EQ(log, (Lines{"press", "release at 12", "box after 36"}));
+}
+
+// What the user does in the same breath as an action whose handler takes the control away.
+TEST_F(InputTest, ActionsDoNotReachWhatWasTakenAwayBeforeTheirTurn) {
+  FrameWindow frame;
+  frame.Name = "Main";
+  MenuItem item;
+  item.Name = "mnuGo";
+  ToolButton tool{"Go", "open", true, {}};
+  frame.Menus = {&item};
+  frame.ToolButtons = {&tool};
+  world.Show(frame);
+  const auto click = [&](const char* name) { return [&, name] { driver.Click(name); }; };
+  struct Case {
+    std::function<void()> Act;
+    std::function<void()>* Handler;
+    std::function<void()> Away, Back;
+  };
+  const auto disable = [&](auto& record, std::function<void()> act) {
+    return Case{act, &record.OnClick, [&] { record.Enabled = false; },
+                [&] { record.Enabled = true; }};
+  };
+  const std::vector<Case> cases{
+      disable(button, click("Form.Command1")),
+      disable(box, click("Form.Check1")),
+      disable(link, click("Form.lblLink")),
+      disable(list, [&] { driver.Choose("Form.Combo1", 1); }),
+      disable(item, [&] { driver.Menu("Main.mnuGo"); }),
+      disable(tool, click("Main.Toolbar1(1)")),
+      {click("Form.Command1"), &button.OnClick, [&] { button.Visible = false; },
+       [&] { button.Visible = true; }},
+      {click("Form.Command3"), &inside.OnClick, [&] { group.Enabled = false; },
+       [&] { group.Enabled = true; }},
+      {click("Form.Command3"), &inside.OnClick, [&] { group.Visible = false; },
+       [&] { group.Visible = true; }},
+      {click("Form.Command3"), &inside.OnClick, [&] { world.Hide(window); },
+       [&] { world.Show(window); }},
+  };
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    int run = 0;
+    *cases[i].Handler = [&] {
+      ++run;
+      cases[i].Away();
+    };
+    driver.Settle();
+    cases[i].Act();
+    cases[i].Act();
+    driver.Settle();
+    EXPECT_EQ(run, 1) << i;
+    cases[i].Back();
+  }
+  world.EndProgram();
 }
 
 TEST_F(InputTest, LeavingAFieldIsToldOnceAndNotForMessagesOrCode) {
