@@ -155,30 +155,23 @@ class CheckBoxView final : public ControlView {
  public:
   CheckBoxView(WindowView& window, CheckBox& record, QCheckBox* box)
       : ControlView(window, record, box), record_(record), box_(box) {
-    connect(box_, &QCheckBox::clicked, this, [this](bool ticked) {
-      Post([this, &record = record_, ticked, self = QPointer<ControlView>(this)] {
+    connect(box_, &QCheckBox::toggled, this, [this](bool ticked) {
+      Post([&record = record_, ticked] {
         record.Ticked = ticked;
-        if (self) ticked_ = ticked;
         if (record.OnClick) record.OnClick();
       });
     });
   }
 
-  void Forget() override {
-    ControlView::Forget();
-    ticked_.reset();
-  }
-
  protected:
   void ReflectCaption() override { box_->setText(ShownText(record_.Caption)); }
   void ReflectOwn() override {
-    if (Changed(ticked_, record_.Ticked)) box_->setChecked(record_.Ticked);
+    if (!HasPosted()) box_->setChecked(record_.Ticked);
   }
 
  private:
   CheckBox& record_;
   QCheckBox* box_;
-  std::optional<bool> ticked_;
 };
 
 void SelectAlone(const Window& window, OptionButton& chosen) {
@@ -193,34 +186,35 @@ class OptionButtonView final : public ControlView {
  public:
   OptionButtonView(WindowView& window, OptionButton& record, QRadioButton* button)
       : ControlView(window, record, button), record_(record), button_(button) {
-    connect(button_, &QRadioButton::clicked, this, [this] {
-      Post([&record = record_, &window = Owner().Record()] {
-        if (record.Selected) return;
-        SelectAlone(window, record);
-        if (record.OnClick) record.OnClick();
-      });
-    });
+    connect(button_, &QRadioButton::toggled, this, [this](bool on) { OnToggled(on); });
   }
 
  protected:
   void ReflectCaption() override { button_->setText(ShownText(record_.Caption)); }
   void ReflectOwn() override {
-    // While a click is on its way to the record the widget is ahead of it; both agree after that.
-    if (!Changed(selected_, record_.Selected)) return;
+    if (HasPosted() || button_->isChecked() == record_.Selected) return;
     // An exclusive group refuses to have none of its buttons on.
     button_->setAutoExclusive(false);
     button_->setChecked(record_.Selected);
     button_->setAutoExclusive(true);
   }
-  void Forget() override {
-    ControlView::Forget();
-    selected_.reset();
-  }
 
  private:
+  void OnToggled(bool on) {
+    if (!on) {
+      // By the one that was selected instead, which tells the records. Until then this one waits.
+      Post([] {}, Asks::Window);
+      return;
+    }
+    Post([&record = record_, &window = Owner().Record()] {
+      if (record.Selected) return;
+      SelectAlone(window, record);
+      if (record.OnClick) record.OnClick();
+    });
+  }
+
   OptionButton& record_;
   QRadioButton* button_;
-  std::optional<bool> selected_;
 };
 
 }  // namespace

@@ -92,8 +92,13 @@ void ControlView::ReflectColours() {
   widget_->setAutoFillBackground(back.has_value());
 }
 
-void ControlView::Post(std::function<void()> run, Asks asks) {
-  ++posted_;
+bool ControlView::MayChange() const {
+  const ViewHost& host = window_.Host();
+  return !host.Reflecting && !window_.Detached() && TakesInput(host.TheWorld, window_.Record()) &&
+         WithinReach(record_);
+}
+
+bool ControlView::Post(std::function<void()> run, Asks asks) {
   const QPointer<ControlView> self(this);
   UserAction action;
   if (asks == Asks::Control) {
@@ -103,11 +108,12 @@ void ControlView::Post(std::function<void()> run, Asks asks) {
     if (self) --self->posted_;
     run();
   };
-  action.Dropped = [self, &window = window_] {
+  action.Dropped = [self] {
     if (self) --self->posted_;
-    window.ForgetAll();
   };
-  window_.Post(std::move(action));
+  if (!window_.Post(std::move(action))) return false;
+  ++posted_;
+  return true;
 }
 
 ControlView* MakeControlView(WindowView& window, Control& record, QWidget* parent) {

@@ -9,6 +9,9 @@
 #include <QPainter>
 #include <QPointer>
 #include <QStyleOptionFocusRect>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "desktop/control_view.h"
 #include "desktop/look.h"
@@ -127,10 +130,18 @@ class FilteredEdit final : public QLineEdit {
   std::function<bool()> OnEnter;
   std::function<void(Qt::FocusReason reason)> OnLeft;
 
+  QString Passing(const QString& letters) const {
+    QString passed;
+    for (const QChar letter : letters) {
+      if (letter.isPrint() && Passes(letter.unicode())) passed += letter;
+    }
+    return passed;
+  }
+
  protected:
   void keyPressEvent(QKeyEvent* event) override {
     if (event->matches(QKeySequence::Paste)) {
-      PasteFiltered(QApplication::clipboard()->text());
+      insert(Passing(QApplication::clipboard()->text()));
       return;
     }
     const int key = KeyOf(*event);
@@ -152,7 +163,7 @@ class FilteredEdit final : public QLineEdit {
     if (auto* paste = menu->findChild<QAction*>(QStringLiteral("edit-paste"))) {
       paste->disconnect();
       connect(paste, &QAction::triggered, this,
-              [this] { PasteFiltered(QApplication::clipboard()->text()); });
+              [this] { insert(Passing(QApplication::clipboard()->text())); });
     }
     menu->popup(event->globalPos());
   }
@@ -166,14 +177,6 @@ class FilteredEdit final : public QLineEdit {
   // it is held down, commits nothing.
   bool Takes(int key, bool repeats) {
     return key == KeyEnter ? repeats || OnEnter() : !Passes(key);
-  }
-  void PasteFiltered(const QString& text) {
-    QString passed;
-    for (const QChar letter : text) {
-      if (letter.isPrint() && Passes(letter.unicode())) passed += letter;
-    }
-    insert(passed);
-    emit textEdited(this->text());
   }
 };
 
@@ -201,7 +204,8 @@ class TextBoxView final : public ControlView {
     edit_->Passes = [this](int key) { return KeyPasses(key); };
     edit_->OnLeft = [this](Qt::FocusReason reason) { OnLeft(reason); };
     edit_->OnEnter = [this] { return OnEnter(); };
-    connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) { OnEdited(text); });
+    connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) { edited_ = text; });
+    connect(edit_, &QLineEdit::textChanged, this, [this](const QString& text) { OnChanged(text); });
   }
 
   void Forget() override {
@@ -212,7 +216,8 @@ class TextBoxView final : public ControlView {
  protected:
   void ReflectOwn() override {
     // The field is ahead of the record while an edit waits.
-    if (!HasPosted() && Changed(text_, record_.Text)) edit_->setText(ToQt(record_.Text));
+    if (HasPosted() || !Changed(text_, record_.Text)) return;
+    if (const QString text = ToQt(record_.Text); text != edit_->text()) edit_->setText(text);
   }
 
  private:
@@ -228,10 +233,35 @@ class TextBoxView final : public ControlView {
     });
     return true;
   }
+  void OnChanged(const QString& text) {
+    const QString before = std::exchange(shown_, text);
+    const bool edited = std::exchange(edited_, QString()) == text;
+    if (MayChange()) {
+      Take(edited ? text : PassNew(before, text));
+    } else {
+      text_.reset();
+    }
+  }
+  // What was not typed into the field has passed no filter yet; in a text that comes as a whole,
+  // only what is new has to.
+  QString PassNew(const QString& before, const QString& text) {
+    const auto front = std::mismatch(before.begin(), before.end(), text.begin(), text.end());
+    const auto back = std::mismatch(before.rbegin(), std::make_reverse_iterator(front.first),
+                                    text.rbegin(), std::make_reverse_iterator(front.second));
+    const QString passed =
+        QString(text.begin(), front.second - text.begin()) +
+        edit_->Passing(QString(front.second, back.second.base() - front.second)) +
+        QString(back.second.base(), text.end() - back.second.base());
+    if (passed != text) {
+      const bool reflecting = std::exchange(Owner().Host().Reflecting, true);
+      edit_->setText(passed);
+      Owner().Host().Reflecting = reflecting;
+    }
+    return passed;
+  }
   // Behind an Enter that has yet to be heard the text waits, so that Enter commits what stood there
   // when it was pressed.
-  void OnEdited(const QString& text) {
-    if (Owner().Detached()) return;
+  void Take(const QString& text) {
     text_ = FromQt(text);
     if (HasPosted()) {
       Post([&record = record_, text = *text_] { record.Text = text; });
@@ -253,6 +283,9 @@ class TextBoxView final : public ControlView {
   TextBox& record_;
   FilteredEdit* edit_;
   std::optional<std::string> text_;
+  // The text as it last was in the field, and the last one that was typed or pasted into it.
+  QString shown_;
+  QString edited_;
 };
 
 }  // namespace

@@ -205,8 +205,8 @@ void WindowView::Detach() {
   if (host_.Dialogs == 0) Delete();
 }
 
-void WindowView::Post(UserAction action) {
-  if (detached_ || host_.Reflecting) return;
+bool WindowView::Post(UserAction action) {
+  if (detached_ || host_.Reflecting) return false;
   const QPointer<WindowView> self(this);
   action.Allowed = [self, asked = std::move(action.Allowed)] {
     return self && !self->detached_ && TakesInput(self->host_.TheWorld, self->record_) &&
@@ -216,6 +216,7 @@ void WindowView::Post(UserAction action) {
     if (self && !self->detached_ && dropped) dropped();
   };
   host_.Queue.Post(std::move(action));
+  return true;
 }
 
 void WindowView::PostUrgent(std::function<void()> run) {

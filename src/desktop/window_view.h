@@ -51,13 +51,11 @@ class WindowView : public QObject {
 
   ControlView* ViewOf(const Control& record) const;
   // Posts an action on this window. When its turn has come it is dropped if the window takes no
-  // input, besides what it asks itself; if the window is gone, it is dropped without a word.
-  void Post(UserAction action);
+  // input, besides what it asks itself; if the window is gone, it is dropped without a word. False,
+  // and nothing is posted, while records are being brought onto widgets.
+  bool Post(UserAction action);
   // Posts what must run at once and whatever became of the window, unless the program has ended.
   void PostUrgent(std::function<void()> run);
-
-  // Reflects every control anew next time.
-  void ForgetAll();
 
   // For control views.
   void PlaceWidget(ControlView& view, const QRect& place);
@@ -71,6 +69,8 @@ class WindowView : public QObject {
   void BuildControls();
   void LinkTabOrder();
   void ReflectWindow();
+  // Reflects every control anew next time.
+  void ForgetAll();
   void ReflectColours();
   void MoveToPlace();
 

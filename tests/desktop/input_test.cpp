@@ -1,4 +1,6 @@
 // User input: into the record first, then to the handler, and only what the handlers allow.
+#include <QApplication>
+#include <QClipboard>
 #include <QPushButton>
 
 #include "desk.h"
@@ -63,6 +65,10 @@ TEST_F(InputTest, KeyFilterIsAskedBeforeTheKeyTakesEffect) {
   driver.Settle();
   EXPECT_EQ(log, (Lines{"49:", "120:1", "50:1", "8:12", "13:12"})) << "Enter is queued";
   EXPECT_EQ(field.Text, "1");
+  QApplication::clipboard()->setText(QStringLiteral("2x\n3"));
+  driver.Key("Form.Text1(0)", Qt::Key_V, Qt::ControlModifier);
+  driver.Settle();
+  EXPECT_EQ(field.Text, "123") << "pasted letters are asked about one by one";
 }
 
 TEST_F(InputTest, EnterHeldDownCommitsOnceAndWhatStoodInTheField) {
