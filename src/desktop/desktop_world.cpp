@@ -284,7 +284,9 @@ std::optional<Colour> DesktopWorld::AskColour(Colour present) {
 }
 
 std::optional<std::string> DesktopWorld::ReadFile(const std::string& path) {
-  return ReadWholeFile(path);
+  std::optional<std::string> bytes = ReadStartOfFile(path, MostFileBytes + 1);
+  if (bytes) bytes = LimitedToMost(std::move(*bytes));
+  return bytes;
 }
 
 bool DesktopWorld::WriteFile(const std::string& path, const std::string& bytes) {

@@ -180,7 +180,7 @@ ChosenFile VirtualWorld::AskFile(const std::string& filter) {
 std::optional<std::string> VirtualWorld::ReadFile(const std::string& path) {
   const auto file = Files.find(path);
   if (file == Files.end() || Unreadable.contains(path)) return std::nullopt;
-  return file->second;
+  return LimitedToMost(file->second);
 }
 
 bool VirtualWorld::WriteFile(const std::string& path, const std::string& bytes) {
