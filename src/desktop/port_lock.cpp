@@ -24,7 +24,7 @@ QString LockFile(const QString& device, const QStringList& directories) {
   name.replace(u'/', u'_');
   for (const QString& directory : directories) {
     const QFileInfo place(directory);
-    const QString path = directory + QStringLiteral("/LCK..") + name;
+    QString path = directory + QStringLiteral("/LCK..") + name;
     if (!place.isReadable()) continue;
     if (QFileInfo::exists(path)) return path;
     if (place.isWritable()) return {};

@@ -248,10 +248,9 @@ class TextBoxView final : public ControlView {
     const auto front = std::mismatch(before.begin(), before.end(), text.begin(), text.end());
     const auto back = std::mismatch(before.rbegin(), std::make_reverse_iterator(front.first),
                                     text.rbegin(), std::make_reverse_iterator(front.second));
-    const QString passed =
-        QString(text.begin(), front.second - text.begin()) +
-        edit_->Passing(QString(front.second, back.second.base() - front.second)) +
-        QString(back.second.base(), text.end() - back.second.base());
+    QString passed = QString(text.begin(), front.second - text.begin()) +
+                     edit_->Passing(QString(front.second, back.second.base() - front.second)) +
+                     QString(back.second.base(), text.end() - back.second.base());
     if (passed != text) {
       const bool reflecting = std::exchange(Owner().Host().Reflecting, true);
       edit_->setText(passed);
