@@ -125,54 +125,53 @@ class ButtonView final : public ControlView {
   void ReflectOwn() override {}
 
  private:
+  // A press and its release are both heard or neither, and in this order: the release does not wait
+  // where the press did, and nothing would end what a press heard after it began.
+  struct Press {
+    bool Heard = false;
+    bool Over = false;
+  };
   void OnHold() {
-    pressed_ = std::make_shared<bool>(false);
-    Post([&record = record_, pressed = pressed_] {
-      *pressed = true;
+    press_ = std::make_shared<Press>();
+    Post([&record = record_, press = press_] {
+      if (press->Over) return;
+      press->Heard = true;
       if (record.OnPress) record.OnPress();
     });
   }
-  // A release goes with a press that has been handled, whatever became of the window since.
   void OnLetGo() {
-    Owner().PostAlways([&record = record_, pressed = pressed_] {
-      if (*pressed && record.OnRelease) record.OnRelease();
+    Owner().PostUrgent([&record = record_, press = press_] {
+      press->Over = true;
+      if (press->Heard && record.OnRelease) record.OnRelease();
     });
   }
 
   Button& record_;
   HoldButton* button_;
-  // Whether the handler of the present press has been called.
-  std::shared_ptr<bool> pressed_ = std::make_shared<bool>(false);
+  std::shared_ptr<Press> press_;
 };
 
 class CheckBoxView final : public ControlView {
  public:
   CheckBoxView(WindowView& window, CheckBox& record, QCheckBox* box)
       : ControlView(window, record, box), record_(record), box_(box) {
-    connect(box_, &QCheckBox::clicked, this, [this](bool ticked) {
-      Post([this, &record = record_, ticked, self = QPointer<ControlView>(this)] {
+    connect(box_, &QCheckBox::toggled, this, [this](bool ticked) {
+      Post([&record = record_, ticked] {
         record.Ticked = ticked;
-        if (self) ticked_ = ticked;
         if (record.OnClick) record.OnClick();
       });
     });
   }
 
-  void Forget() override {
-    ControlView::Forget();
-    ticked_.reset();
-  }
-
  protected:
   void ReflectCaption() override { box_->setText(ShownText(record_.Caption)); }
   void ReflectOwn() override {
-    if (Changed(ticked_, record_.Ticked)) box_->setChecked(record_.Ticked);
+    if (!HasPosted()) box_->setChecked(record_.Ticked);
   }
 
  private:
   CheckBox& record_;
   QCheckBox* box_;
-  std::optional<bool> ticked_;
 };
 
 void SelectAlone(const Window& window, OptionButton& chosen) {
@@ -187,34 +186,35 @@ class OptionButtonView final : public ControlView {
  public:
   OptionButtonView(WindowView& window, OptionButton& record, QRadioButton* button)
       : ControlView(window, record, button), record_(record), button_(button) {
-    connect(button_, &QRadioButton::clicked, this, [this] {
-      Post([&record = record_, &window = Owner().Record()] {
-        if (record.Selected) return;
-        SelectAlone(window, record);
-        if (record.OnClick) record.OnClick();
-      });
-    });
+    connect(button_, &QRadioButton::toggled, this, [this](bool on) { OnToggled(on); });
   }
 
  protected:
   void ReflectCaption() override { button_->setText(ShownText(record_.Caption)); }
   void ReflectOwn() override {
-    // While a click is on its way to the record the widget is ahead of it; both agree after that.
-    if (!Changed(selected_, record_.Selected)) return;
+    if (HasPosted() || button_->isChecked() == record_.Selected) return;
     // An exclusive group refuses to have none of its buttons on.
     button_->setAutoExclusive(false);
     button_->setChecked(record_.Selected);
     button_->setAutoExclusive(true);
   }
-  void Forget() override {
-    ControlView::Forget();
-    selected_.reset();
-  }
 
  private:
+  void OnToggled(bool on) {
+    if (!on) {
+      // By the one that was selected instead, which tells the records. Until then this one waits.
+      Post([] {}, Asks::Window);
+      return;
+    }
+    Post([&record = record_, &window = Owner().Record()] {
+      if (record.Selected) return;
+      SelectAlone(window, record);
+      if (record.OnClick) record.OnClick();
+    });
+  }
+
   OptionButton& record_;
   QRadioButton* button_;
-  std::optional<bool> selected_;
 };
 
 }  // namespace

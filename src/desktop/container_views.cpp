@@ -122,11 +122,10 @@ class TabsView final : public ControlView {
       pane_->Pages.push_back(new QWidget(pane_));
       pane_->Bar->addTab(ShownText(page));
     }
+    pane_->ShowPage(pane_->Bar->currentIndex());
     connect(pane_->Bar, &QTabBar::currentChanged, this, [this](int page) {
       pane_->ShowPage(page);
-      if (Owner().Host().Reflecting || Owner().Detached()) return;
-      record_.CurrentPage = page;
-      currentPage_ = page;
+      if (MayChange()) record_.CurrentPage = page;
     });
   }
 
@@ -135,11 +134,7 @@ class TabsView final : public ControlView {
   QWidget* FocusWidget() override { return pane_->Bar; }
 
  protected:
-  void ReflectOwn() override {
-    if (!Changed(currentPage_, record_.CurrentPage)) return;
-    pane_->Bar->setCurrentIndex(record_.CurrentPage);
-    pane_->ShowPage(record_.CurrentPage);
-  }
+  void ReflectOwn() override { pane_->Bar->setCurrentIndex(record_.CurrentPage); }
   void ReflectColours() override {
     ControlView::ReflectColours();
     // The style draws tabs lighter than the buttons of a dark palette; the pages are not.
@@ -153,7 +148,6 @@ class TabsView final : public ControlView {
  private:
   Tabs& record_;
   TabsPane* pane_;
-  std::optional<int> currentPage_;
 };
 
 }  // namespace

@@ -21,6 +21,13 @@ bool HasOutline(ControlKind kind) {
 
 }  // namespace
 
+bool WithinReach(const Control& control) {
+  for (const Control* c = &control; c != nullptr; c = c->Container) {
+    if (!c->Enabled || !c->Visible) return false;
+  }
+  return true;
+}
+
 ControlView::ControlView(WindowView& window, Control& record, QWidget* widget)
     : QObject(widget), window_(window), record_(record), widget_(widget) {
   widget_->setObjectName(ToQt(window.Record().Name + "." + record.Name));
@@ -85,8 +92,28 @@ void ControlView::ReflectColours() {
   widget_->setAutoFillBackground(back.has_value());
 }
 
-void ControlView::Post(std::function<void()> run) {
-  window_.Post(std::move(run), [&window = window_] { window.ForgetAll(); });
+bool ControlView::MayChange() const {
+  const ViewHost& host = window_.Host();
+  return !host.Reflecting && !window_.Detached() && TakesInput(host.TheWorld, window_.Record()) &&
+         WithinReach(record_);
+}
+
+bool ControlView::Post(std::function<void()> run, Asks asks) {
+  const QPointer<ControlView> self(this);
+  UserAction action;
+  if (asks == Asks::Control) {
+    action.Allowed = [&record = record_] { return WithinReach(record); };
+  }
+  action.Run = [self, run = std::move(run)] {
+    if (self) --self->posted_;
+    run();
+  };
+  action.Dropped = [self] {
+    if (self) --self->posted_;
+  };
+  if (!window_.Post(std::move(action))) return false;
+  ++posted_;
+  return true;
 }
 
 ControlView* MakeControlView(WindowView& window, Control& record, QWidget* parent) {

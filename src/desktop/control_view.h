@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QPalette>
+#include <QPointer>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -15,8 +16,16 @@ namespace gainsmith {
 
 class WindowView;
 
+// Whether the control and all that it lies in are enabled and visible.
+bool WithinReach(const Control& control);
+
 // Belongs to its widget and is deleted with it. Holds copies of what the widget shows, so that
 // reflecting an unchanged record costs a comparison of plain data.
+//
+// A widget shows what its record holds, however it was changed: by mouse and keyboard, by what a
+// handler makes of the change, or by a program that works the widget itself (a screen reader, voice
+// control). So views listen to the widget's state, not to gestures, and compare with it where it
+// may have changed without them.
 class ControlView : public QObject {
  public:
   // The record outlives the window's stay on the screen.
@@ -26,8 +35,7 @@ class ControlView : public QObject {
   QWidget& Widget() const { return *widget_; }
   // Brings what changed in the record onto the widget.
   void Reflect();
-  // Reflects everything next time, whether it changed or not: the user has changed the widget and
-  // the record did not follow, or the palette has changed.
+  // Reflects everything next time, whether it changed or not: the palette has changed.
   virtual void Forget();
   // Parent and origin (in pixels, to be subtracted) of controls that lie in this one.
   virtual QWidget* PageParent(int /*page*/) { return widget_; }
@@ -48,9 +56,18 @@ class ControlView : public QObject {
   virtual void ReflectOwn() = 0;
   virtual void ReflectCaption() {}
   virtual void ReflectColours();
-  // Posts `run` for the window's handlers; without input rights by then, the window's widgets go
-  // back to what the records say.
-  void Post(std::function<void()> run);
+  // What has to be so when the action's turn has come: that the user can reach the control, or its
+  // window at least.
+  enum class Asks { Control, Window };
+  // Posts `run` for the window's handlers. False, and nothing is posted, while records are being
+  // brought onto widgets: what those report then is not the user's doing.
+  bool Post(std::function<void()> run, Asks asks = Asks::Control);
+  // Whether an action posted here has yet to begin: the widget may be ahead of its record, and is
+  // brought back to it only when the action has run or was dropped.
+  bool HasPosted() const { return posted_ > 0; }
+  // Whether the user may change the widget now, and this is the user's doing. Where not, the widget
+  // goes back to what the record says.
+  bool MayChange() const;
 
   WindowView& Owner() const { return window_; }
   // The colour the widget stands on or is filled with.
@@ -62,6 +79,7 @@ class ControlView : public QObject {
   WindowView& window_;
   Control& record_;
   QWidget* widget_;
+  int posted_ = 0;
   std::optional<std::string> caption_;
   std::optional<std::string> toolTip_;
   std::optional<std::string> accessibleName_;

@@ -58,21 +58,23 @@ Qt::CursorShape ShapeOf(MousePointer pointer) {
 
 }  // namespace
 
-// While one stands, timers and user actions wait, and the pointer is the ordinary one.
+// While one stands, timers and user actions wait, but for the releases of held buttons, whose
+// handlers may bring up another dialog; and the pointer is the ordinary one.
 class DesktopWorld::DialogScope {
  public:
   explicit DialogScope(DesktopWorld& world) : world_(world), parent_(QApplication::activeWindow()) {
     world_.BeforeSleep();
     world_.timers_.Hold();
     world_.queue_.Hold();
-    if (world_.screenPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
+    ++world_.host_.Dialogs;
+    world_.ShowScreenPointer();
   }
   DialogScope(const DialogScope&) = delete;
   DialogScope& operator=(const DialogScope&) = delete;
   ~DialogScope() {
-    if (world_.screenPointer_ != MousePointer::Default) {
-      QApplication::setOverrideCursor(ShapeOf(world_.screenPointer_));
-    }
+    --world_.host_.Dialogs;
+    world_.ShowScreenPointer();
+    world_.DeleteClosed();
     // Not every window system does.
     if (parent_) parent_->activateWindow();
     world_.queue_.Release();
@@ -100,7 +102,7 @@ DesktopWorld::~DesktopWorld() {
   }
   queue_.Clear();
   for (const auto& topLevel : topLevels_) delete topLevel;
-  if (screenPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
+  if (shownPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
 }
 
 bool DesktopWorld::OpenPort(int portNumber, const std::string& settings) {
@@ -220,10 +222,25 @@ void DesktopWorld::FocusPending() {
 }
 
 void DesktopWorld::SetScreenPointer(MousePointer pointer) {
-  if (pointer == screenPointer_ || Ended()) return;
-  if (screenPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
+  if (Ended()) return;
   screenPointer_ = pointer;
+  ShowScreenPointer();
+}
+
+void DesktopWorld::ShowScreenPointer() {
+  const MousePointer pointer = host_.Dialogs > 0 ? MousePointer::Default : screenPointer_;
+  if (pointer == shownPointer_) return;
+  if (shownPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
+  shownPointer_ = pointer;
   if (pointer != MousePointer::Default) QApplication::setOverrideCursor(ShapeOf(pointer));
+}
+
+// Windows that were closed behind dialogs.
+void DesktopWorld::DeleteClosed() {
+  if (host_.Dialogs > 0) return;
+  for (const auto& view : views_) {
+    if (view && view->Detached()) view->Delete();
+  }
 }
 
 int DesktopWorld::ScreenWidthTwips() {
@@ -267,7 +284,9 @@ std::optional<Colour> DesktopWorld::AskColour(Colour present) {
 }
 
 std::optional<std::string> DesktopWorld::ReadFile(const std::string& path) {
-  return ReadWholeFile(path);
+  std::optional<std::string> bytes = ReadStartOfFile(path, MostFileBytes + 1);
+  if (bytes) bytes = LimitedToMost(std::move(*bytes));
+  return bytes;
 }
 
 bool DesktopWorld::WriteFile(const std::string& path, const std::string& bytes) {

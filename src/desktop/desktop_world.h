@@ -73,6 +73,8 @@ class DesktopWorld : public World, private QObject {
   const WindowView* ViewOfWidget(const QWidget* widget) const;
   QWidget* MainWidget() const;
   void FocusPending();
+  void ShowScreenPointer();
+  void DeleteClosed();
 
   std::string programDirectory_;
   EventPump pump_;
@@ -85,6 +87,8 @@ class DesktopWorld : public World, private QObject {
   std::vector<QPointer<QWidget>> topLevels_;
   Control* pendingFocus_ = nullptr;
   MousePointer screenPointer_ = MousePointer::Default;
+  // The pointer that is set in Qt: dialogs have the ordinary one.
+  MousePointer shownPointer_ = MousePointer::Default;
   QElapsedTimer sinceRepaint_;
 };
 

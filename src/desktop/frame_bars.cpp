@@ -46,6 +46,21 @@ struct Bars {
   std::vector<ToolEntry> Tools;
 };
 
+bool WithinReach(const MenuItem& item) { return item.Enabled && item.Visible; }
+bool WithinReach(const ToolButton& button) { return button.Enabled; }
+
+template <typename Record>
+std::function<void()> Choosing(WindowView& view, Record& record) {
+  return [&view, &record] {
+    UserAction action;
+    action.Allowed = [&record] { return WithinReach(record); };
+    action.Run = [&record] {
+      if (record.OnClick) record.OnClick();
+    };
+    view.Post(std::move(action));
+  };
+}
+
 void AddMenuItem(Bars& bars, WindowView& view, QWidget& parent, MenuItem& item) {
   if (item.Caption == "-") {
     auto* separator = new QAction(&parent);
@@ -57,11 +72,7 @@ void AddMenuItem(Bars& bars, WindowView& view, QWidget& parent, MenuItem& item) 
   if (item.Items.empty()) {
     action = new QAction(&parent);
     action->setShortcut(QKeySequence(ToQt(item.Shortcut)));
-    QObject::connect(action, &QAction::triggered, &view, [&view, &item] {
-      view.Post([&item] {
-        if (item.OnClick) item.OnClick();
-      });
-    });
+    QObject::connect(action, &QAction::triggered, &view, Choosing(view, item));
   } else {
     auto* menu = new QMenu(&parent);
     menu->setObjectName(ToQt(view.Record().Name + "." + item.Name));
@@ -77,11 +88,7 @@ void AddMenuItem(Bars& bars, WindowView& view, QWidget& parent, MenuItem& item) 
 void AddToolButton(Bars& bars, WindowView& view, QToolBar& bar, ToolButton& button) {
   auto* action = new QAction(ProgramIcon(button.Icon), ShownText(button.ToolTip), &bar);
   action->setToolTip(ShownText(button.ToolTip));
-  QObject::connect(action, &QAction::triggered, &view, [&view, &button] {
-    view.Post([&button] {
-      if (button.OnClick) button.OnClick();
-    });
-  });
+  QObject::connect(action, &QAction::triggered, &view, Choosing(view, button));
   bar.addAction(action);
   QWidget* widget = bar.widgetForAction(action);
   widget->setObjectName(

@@ -2,6 +2,7 @@
 #include "desktop/input_queue.h"
 
 #include <QAbstractEventDispatcher>
+#include <algorithm>
 #include <utility>
 
 namespace gainsmith {
@@ -19,7 +20,10 @@ void InputQueue::Post(UserAction action) {
 
 void InputQueue::Release() {
   --holds_;
-  if (holds_ > 0) return;
+  if (holds_ == 0) KickAll();
+}
+
+void InputQueue::KickAll() {
   for (std::size_t i = 0; i < actions_.size(); ++i) Kick();
 }
 
@@ -29,14 +33,21 @@ void InputQueue::Kick() {
 }
 
 void InputQueue::RunNext() {
-  if (holds_ > 0 || actions_.empty()) return;
-  const UserAction action = std::move(actions_.front());
-  actions_.pop_front();
+  const bool wait = holds_ > 0 || running_ >= MostNested;
+  const auto next = std::find_if(actions_.begin(), actions_.end(),
+                                 [&](const UserAction& action) { return !wait || action.Urgent; });
+  if (next == actions_.end()) return;
+  const UserAction action = std::move(*next);
+  actions_.erase(next);
+  ++running_;
   if (!action.Allowed || action.Allowed()) {
     action.Run();
   } else if (action.Dropped) {
     action.Dropped();
   }
+  --running_;
+  // There is room for one again, and the events of those that waited have been used up.
+  if (running_ == MostNested - 1) KickAll();
   // The handler may have taken longer than a wait around it, or ended the program: whoever sleeps
   // next looks at the clock again first.
   QAbstractEventDispatcher::instance()->wakeUp();

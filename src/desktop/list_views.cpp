@@ -4,6 +4,7 @@
 #include <QLineEdit>
 #include <QTableWidget>
 #include <QWheelEvent>
+#include <utility>
 
 #include "desktop/control_view.h"
 #include "desktop/look.h"
@@ -36,34 +37,39 @@ class ComboBoxView final : public ControlView {
     box_->setEditable(record.Editable);
     box_->setInsertPolicy(QComboBox::NoInsert);
     box_->setFocusPolicy(Qt::StrongFocus);
-    connect(box_, &QComboBox::activated, this, [this](int index) { OnChosen(index); });
-    if (!record.Editable) return;
-    connect(box_->lineEdit(), &QLineEdit::textEdited, this, [this](const QString& text) {
-      if (Owner().Detached()) return;
-      record_.Text = FromQt(text);
-      record_.ListIndex = -1;
-      text_ = record_.Text;
-      listIndex_ = record_.ListIndex;
+    connect(box_, &QComboBox::currentIndexChanged, this,
+            [this](int index) { changed_ = index >= 0 && PostChoice(index); });
+    // A user's choice comes here too, behind its change; alone when it is what was chosen before.
+    connect(box_, &QComboBox::activated, this, [this](int index) {
+      if (!std::exchange(changed_, false)) PostChoice(index);
     });
+    if (!record.Editable) return;
+    connect(box_->lineEdit(), &QLineEdit::textChanged, this,
+            [this](const QString& text) { PostText(text); });
   }
 
   void Forget() override {
     ControlView::Forget();
     listIndex_.reset();
-    text_.reset();
   }
 
  protected:
   void ReflectOwn() override {
+    if (HasPosted()) return;
     if (Changed(items_, record_.Items)) {
       ReflectItems();
       listIndex_.reset();
-      text_.reset();
     }
-    if (Changed(listIndex_, record_.ListIndex) && box_->currentIndex() != record_.ListIndex) {
+    const bool indexChanged = Changed(listIndex_, record_.ListIndex);
+    if (!record_.Editable) {
       box_->setCurrentIndex(record_.ListIndex);
+      return;
     }
-    if (record_.Editable && Changed(text_, record_.Text)) box_->setEditText(ToQt(record_.Text));
+    // A typed text leaves the widget at the entry that was chosen before it.
+    const QString text = ToQt(record_.Text);
+    if (!indexChanged && box_->currentText() == text) return;
+    box_->setCurrentIndex(record_.ListIndex);
+    box_->setEditText(text);
   }
 
  private:
@@ -77,11 +83,21 @@ class ComboBoxView final : public ControlView {
       }
     }
   }
-  void OnChosen(int index) {
-    Post([&record = record_, index] {
+  bool PostChoice(int index) {
+    return Post([this, self = QPointer<ControlView>(this), &record = record_, index] {
+      if (self) changed_ = false;
       if (index < 0 || index >= static_cast<int>(record.Items.size())) return;
       record.Choose(index);
       if (record.OnClick) record.OnClick();
+    });
+  }
+  // The text of an entry that is being chosen comes here too, ahead of the choice.
+  void PostText(const QString& text) {
+    Post([this, self = QPointer<ControlView>(this), &record = record_, typed = FromQt(text)] {
+      if (record.Text == typed) return;
+      record.Text = typed;
+      record.ListIndex = -1;
+      if (self) listIndex_ = record.ListIndex;
     });
   }
 
@@ -89,7 +105,8 @@ class ComboBoxView final : public ControlView {
   QuietComboBox* box_;
   std::optional<std::vector<ListItem>> items_;
   std::optional<int> listIndex_;
-  std::optional<std::string> text_;
+  // The widget has told of a change whose choice may follow in the same breath.
+  bool changed_ = false;
 };
 
 class GridView final : public ControlView {
@@ -108,11 +125,7 @@ class GridView final : public ControlView {
     table_->horizontalHeader()->setHighlightSections(false);
     table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     table_->horizontalHeader()->setStretchLastSection(true);
-    connect(table_, &QTableWidget::currentCellChanged, this, [this](int row) {
-      if (Owner().Host().Reflecting || Owner().Detached()) return;
-      record_.CurrentRow = row;
-      currentRow_ = row;
-    });
+    connect(table_, &QTableWidget::itemSelectionChanged, this, [this] { OnSelected(); });
   }
 
  protected:
@@ -122,10 +135,19 @@ class GridView final : public ControlView {
       ReflectRows();
       currentRow_.reset();
     }
-    if (Changed(currentRow_, record_.CurrentRow)) table_->setCurrentCell(record_.CurrentRow, 1);
+    if (!Changed(currentRow_, record_.CurrentRow)) return;
+    table_->clearSelection();
+    table_->setCurrentCell(record_.CurrentRow, 1);
   }
 
  private:
+  void OnSelected() {
+    currentRow_.reset();
+    const auto selected = table_->selectionModel()->selectedRows();
+    if (selected.isEmpty() || !MayChange()) return;
+    record_.CurrentRow = selected.constFirst().row();
+    currentRow_ = record_.CurrentRow;
+  }
   void ReflectColumns() {
     QStringList headings;
     for (const GridColumn& column : record_.Columns) headings.push_back(ShownText(column.Heading));

@@ -91,14 +91,16 @@ class PictureBoxView final : public ControlView {
     const double right = event.position().x() / area_->width();
     const double down = event.position().y() / area_->height();
     const auto call = [&](auto PictureBox::*handler, int button, const void* mergeKey) {
-      Owner().Post(
-          [&record = record_, handler, button, right, down] {
-            if (!(record.*handler)) return;
-            const PictureScale& scale = record.Scale;
-            (record.*handler)(button, static_cast<float>(scale.Left + right * scale.Width),
-                              static_cast<float>(scale.Top + down * scale.Height));
-          },
-          {}, mergeKey);
+      UserAction action;
+      action.Allowed = [&record = record_] { return WithinReach(record); };
+      action.Run = [&record = record_, handler, button, right, down] {
+        if (!(record.*handler)) return;
+        const PictureScale& scale = record.Scale;
+        (record.*handler)(button, static_cast<float>(scale.Left + right * scale.Width),
+                          static_cast<float>(scale.Top + down * scale.Height));
+      };
+      action.MergeKey = mergeKey;
+      Owner().Post(std::move(action));
     };
     switch (event.type()) {
       case QEvent::MouseButtonPress:

@@ -6,6 +6,8 @@
 #include <QSerialPortInfo>
 #include <algorithm>
 
+#include "desktop/port_lock.h"
+
 namespace gainsmith {
 namespace {
 
@@ -38,10 +40,13 @@ QString Product(const QSerialPortInfo& port) {
 
 QString WithAccess(const QString& text, const QString& path) {
   const QFileInfo device(path);
-  if (device.isReadable() && device.isWritable()) return text;
-  return text + QStringLiteral(
-                    ": access is forbidden. Add yourself to the group dialout "
-                    "(sudo usermod -aG dialout $USER) and log in again.");
+  if (!device.isReadable() || !device.isWritable()) {
+    return text + QStringLiteral(
+                      ": access is forbidden. Add yourself to the group dialout "
+                      "(sudo usermod -aG dialout $USER) and log in again.");
+  }
+  const QString note = LockNote(path, SystemLockKeeping());
+  return note.isEmpty() ? text : text + QStringLiteral(": ") + note;
 }
 
 }  // namespace

@@ -9,6 +9,9 @@
 #include <QPainter>
 #include <QPointer>
 #include <QStyleOptionFocusRect>
+#include <algorithm>
+#include <iterator>
+#include <utility>
 
 #include "desktop/control_view.h"
 #include "desktop/look.h"
@@ -33,7 +36,7 @@ class TextLabel final : public QLabel {
     const bool activates = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter ||
                            event->key() == Qt::Key_Space;
     if (OnClick && activates) {
-      OnClick();
+      if (!event->isAutoRepeat()) OnClick();
     } else {
       QLabel::keyPressEvent(event);
     }
@@ -123,26 +126,30 @@ class FilteredEdit final : public QLineEdit {
  public:
   explicit FilteredEdit(QWidget* parent) : QLineEdit(parent) { setAcceptDrops(false); }
   std::function<bool(int key)> Passes;
+  // False when nobody listens to Enter here.
+  std::function<bool()> OnEnter;
   std::function<void(Qt::FocusReason reason)> OnLeft;
+
+  QString Passing(const QString& letters) const {
+    QString passed;
+    for (const QChar letter : letters) {
+      if (letter.isPrint() && Passes(letter.unicode())) passed += letter;
+    }
+    return passed;
+  }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override {
     if (event->matches(QKeySequence::Paste)) {
-      PasteFiltered(QApplication::clipboard()->text());
+      insert(Passing(QApplication::clipboard()->text()));
       return;
     }
     const int key = KeyOf(*event);
-    // The handler may wait, and close this very window.
-    const QPointer<FilteredEdit> self(this);
-    if (key != 0 && Passes && (!Passes(key) || !self)) {
-      event->accept();
-      return;
-    }
-    QLineEdit::keyPressEvent(event);
+    if (key == 0 || !Takes(key, event->isAutoRepeat())) QLineEdit::keyPressEvent(event);
   }
   void inputMethodEvent(QInputMethodEvent* event) override {
     for (const QChar letter : event->commitString()) {
-      if (Passes && !Passes(letter.unicode())) return;
+      if (!Passes(letter.unicode())) return;
     }
     QLineEdit::inputMethodEvent(event);
   }
@@ -156,7 +163,7 @@ class FilteredEdit final : public QLineEdit {
     if (auto* paste = menu->findChild<QAction*>(QStringLiteral("edit-paste"))) {
       paste->disconnect();
       connect(paste, &QAction::triggered, this,
-              [this] { PasteFiltered(QApplication::clipboard()->text()); });
+              [this] { insert(Passing(QApplication::clipboard()->text())); });
     }
     menu->popup(event->globalPos());
   }
@@ -166,16 +173,10 @@ class FilteredEdit final : public QLineEdit {
   }
 
  private:
-  void PasteFiltered(const QString& text) {
-    const QPointer<FilteredEdit> self(this);
-    QString passed;
-    for (const QChar letter : text) {
-      if (!letter.isPrint()) continue;
-      if (!Passes || Passes(letter.unicode())) passed += letter;
-      if (!self) return;
-    }
-    insert(passed);
-    emit textEdited(this->text());
+  // Whether the field itself has no more to do with the key. Enter that repeats by itself, because
+  // it is held down, commits nothing.
+  bool Takes(int key, bool repeats) {
+    return key == KeyEnter ? repeats || OnEnter() : !Passes(key);
   }
 };
 
@@ -202,11 +203,9 @@ class TextBoxView final : public ControlView {
       : ControlView(window, record, edit), record_(record), edit_(edit) {
     edit_->Passes = [this](int key) { return KeyPasses(key); };
     edit_->OnLeft = [this](Qt::FocusReason reason) { OnLeft(reason); };
-    connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) {
-      if (Owner().Detached()) return;
-      record_.Text = FromQt(text);
-      text_ = record_.Text;
-    });
+    edit_->OnEnter = [this] { return OnEnter(); };
+    connect(edit_, &QLineEdit::textEdited, this, [this](const QString& text) { edited_ = text; });
+    connect(edit_, &QLineEdit::textChanged, this, [this](const QString& text) { OnChanged(text); });
   }
 
   void Forget() override {
@@ -216,29 +215,76 @@ class TextBoxView final : public ControlView {
 
  protected:
   void ReflectOwn() override {
-    if (Changed(text_, record_.Text)) edit_->setText(ToQt(record_.Text));
+    // The field is ahead of the record while an edit waits.
+    if (HasPosted() || !Changed(text_, record_.Text)) return;
+    if (const QString text = ToQt(record_.Text); text != edit_->text()) edit_->setText(text);
   }
 
  private:
   bool KeyPasses(int key) {
     if (Owner().Detached()) return false;
-    if (!record_.OnKeyPress) return true;
-    // The handler may end with other widgets on the screen than it began with.
-    const QPointer<WindowView> owner(&Owner());
-    const bool passes = record_.OnKeyPress(key);
-    return passes && owner && !owner->Detached();
+    return !record_.OnKeyPress || record_.OnKeyPress(key);
+  }
+  // What Enter sets off may wait and close this very window.
+  bool OnEnter() {
+    if (!record_.OnKeyPress) return false;
+    Post([&record = record_] {
+      if (record.OnKeyPress) record.OnKeyPress(KeyEnter);
+    });
+    return true;
+  }
+  void OnChanged(const QString& text) {
+    const QString before = std::exchange(shown_, text);
+    const bool edited = std::exchange(edited_, QString()) == text;
+    if (MayChange()) {
+      Take(edited ? text : PassNew(before, text));
+    } else {
+      text_.reset();
+    }
+  }
+  // What was not typed into the field has passed no filter yet; in a text that comes as a whole,
+  // only what is new has to.
+  QString PassNew(const QString& before, const QString& text) {
+    const auto front = std::mismatch(before.begin(), before.end(), text.begin(), text.end());
+    const auto back = std::mismatch(before.rbegin(), std::make_reverse_iterator(front.first),
+                                    text.rbegin(), std::make_reverse_iterator(front.second));
+    QString passed = QString(text.begin(), front.second - text.begin()) +
+                     edit_->Passing(QString(front.second, back.second.base() - front.second)) +
+                     QString(back.second.base(), text.end() - back.second.base());
+    if (passed != text) {
+      const bool reflecting = std::exchange(Owner().Host().Reflecting, true);
+      edit_->setText(passed);
+      Owner().Host().Reflecting = reflecting;
+    }
+    return passed;
+  }
+  // Behind an Enter that has yet to be heard the text waits, so that Enter commits what stood there
+  // when it was pressed.
+  void Take(const QString& text) {
+    text_ = FromQt(text);
+    if (HasPosted()) {
+      Post([&record = record_, text = *text_] { record.Text = text; });
+    } else {
+      record_.Text = *text_;
+    }
   }
   void OnLeft(Qt::FocusReason reason) {
     if (!record_.OnLostFocus) return;
     const QPointer<FilteredEdit> edit(edit_);
-    Post([&record = record_, edit, reason] {
-      if (record.OnLostFocus && LeftForControl(reason, edit)) record.OnLostFocus();
-    });
+    // The user was in the field, whatever a handler has made of it since.
+    Post(
+        [&record = record_, edit, reason] {
+          if (record.OnLostFocus && LeftForControl(reason, edit)) record.OnLostFocus();
+        },
+        Asks::Window);
   }
 
   TextBox& record_;
   FilteredEdit* edit_;
   std::optional<std::string> text_;
+  // The text as it last was in the field, and the last one that was typed or pasted into it.
+  QString shown_;
+  QString edited_;
 };
 
 }  // namespace

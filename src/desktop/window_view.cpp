@@ -38,7 +38,7 @@ QRect PlaceOf(const Window& record) {
 
 bool TakesInput(const World& world, const Window& window) {
   const Window* modal = world.ModalWindow();
-  return !world.Ended() && window.Loaded && (modal == nullptr || modal == &window);
+  return !world.Ended() && window.Visible && (modal == nullptr || modal == &window);
 }
 
 WindowView* WindowView::Make(ViewHost& host, Window& record) {
@@ -202,27 +202,26 @@ void WindowView::Detach() {
   topLevel_->hide();
   host_.Reflecting = false;
   detached_ = true;
-  topLevel_->deleteLater();
+  if (host_.Dialogs == 0) Delete();
 }
 
-void WindowView::Post(std::function<void()> run, std::function<void()> dropped,
-                      const void* mergeKey) {
-  if (detached_ || host_.Reflecting) return;
+bool WindowView::Post(UserAction action) {
+  if (detached_ || host_.Reflecting) return false;
   const QPointer<WindowView> self(this);
-  UserAction action;
-  action.Allowed = [self] {
-    return self && !self->detached_ && TakesInput(self->host_.TheWorld, self->record_);
+  action.Allowed = [self, asked = std::move(action.Allowed)] {
+    return self && !self->detached_ && TakesInput(self->host_.TheWorld, self->record_) &&
+           (!asked || asked());
   };
-  action.Run = std::move(run);
-  action.Dropped = [self, dropped = std::move(dropped)] {
+  action.Dropped = [self, dropped = std::move(action.Dropped)] {
     if (self && !self->detached_ && dropped) dropped();
   };
-  action.MergeKey = mergeKey;
   host_.Queue.Post(std::move(action));
+  return true;
 }
 
-void WindowView::PostAlways(std::function<void()> run) {
+void WindowView::PostUrgent(std::function<void()> run) {
   UserAction action;
+  action.Urgent = true;
   action.Allowed = [&world = host_.TheWorld] { return !world.Ended(); };
   action.Run = std::move(run);
   host_.Queue.Post(std::move(action));
@@ -231,7 +230,9 @@ void WindowView::PostAlways(std::function<void()> run) {
 bool WindowView::eventFilter(QObject* watched, QEvent* event) {
   if (watched != topLevel_ || event->type() != QEvent::Close || detached_) return false;
   event->ignore();
-  Post([&world = host_.TheWorld, &record = record_] { world.Unload(record); });
+  UserAction action;
+  action.Run = [&world = host_.TheWorld, &record = record_] { world.Unload(record); };
+  Post(std::move(action));
   return true;
 }
 

@@ -21,9 +21,12 @@ struct ViewHost {
   InputQueue& Queue;
   // Records are being brought onto widgets: what widgets report meanwhile is not the user's doing.
   bool Reflecting = false;
+  // Dialogs on the screen. They are children of a window that may be closed behind them, so no
+  // window is deleted meanwhile.
+  int Dialogs = 0;
 };
 
-// Whether the user may act on the window: it is loaded and no other window holds the input.
+// Whether the user may act on the window: it is shown and no other window holds the input.
 bool TakesInput(const World& world, const Window& window);
 
 // Belongs to its top-level widget and is deleted with it. Touches the record no more once Detach
@@ -41,20 +44,18 @@ class WindowView : public QObject {
   void Show(QWidget* owner);
   void Reflect();
   // Takes the window from the screen for good and lets its widgets be deleted once the handlers
-  // that are under way have returned.
+  // that are under way have returned, if no dialog is open; Delete does so when the last is closed.
   void Detach();
+  void Delete() { topLevel_->deleteLater(); }
   bool Detached() const { return detached_; }
 
   ControlView* ViewOf(const Control& record) const;
-  // Posts a handler's run for when its turn comes; `dropped` runs instead if the window takes no
-  // input then, and neither if it is gone.
-  void Post(std::function<void()> run, std::function<void()> dropped = {},
-            const void* mergeKey = nullptr);
-  // Posts what must run whatever became of the window, unless the program has ended.
-  void PostAlways(std::function<void()> run);
-
-  // Reflects every control anew next time.
-  void ForgetAll();
+  // Posts an action on this window. When its turn has come it is dropped if the window takes no
+  // input, besides what it asks itself; if the window is gone, it is dropped without a word. False,
+  // and nothing is posted, while records are being brought onto widgets.
+  bool Post(UserAction action);
+  // Posts what must run at once and whatever became of the window, unless the program has ended.
+  void PostUrgent(std::function<void()> run);
 
   // For control views.
   void PlaceWidget(ControlView& view, const QRect& place);
@@ -68,6 +69,8 @@ class WindowView : public QObject {
   void BuildControls();
   void LinkTabOrder();
   void ReflectWindow();
+  // Reflects every control anew next time.
+  void ForgetAll();
   void ReflectColours();
   void MoveToPlace();
 

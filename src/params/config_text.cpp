@@ -42,7 +42,7 @@ std::optional<std::string> FormatConfig(const ParameterStore& store) {
     text += ParameterKeys[i];
     text += Separator;
     if (!(value < 0)) text += ' ';
-    text += PlainText(value);
+    text += FileText(value);
     text += " \r\n";
   }
   return text;

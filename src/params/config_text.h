@@ -13,8 +13,8 @@
 
 namespace gainsmith {
 
-// The text of the table; every value reads back as the same float. Nothing when a value is not
-// finite: no text would give it back.
+// The text of the table. Every value that a register can hold reads back as the same float, any
+// other one to seven digits. Nothing when a value is not finite: no text would give it back.
 std::optional<std::string> FormatConfig(const ParameterStore& store);
 
 // Reads the first 51 lines into the table, slot by slot. A line ends in CR LF, LF, CR or with the

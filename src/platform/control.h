@@ -103,6 +103,8 @@ struct TextBox : Control {
   TextBox() : Control(ControlKind::TextBox) {}
   std::string Text;
   // Asked with each key before it takes effect; false drops the key. Without a handler all pass.
+  // KeyEnter never becomes part of the text: its call is an action as a click is, and may wait. For
+  // any other key the handler only answers.
   std::function<bool(int key)> OnKeyPress;
   std::function<void()> OnLostFocus;
 

@@ -78,19 +78,33 @@ bool RoundsUp(std::string_view digits, std::size_t count, Tie tie) {
   return count > 0 && (digits[count - 1] - '0') % 2 == 1;
 }
 
-// `value`, which is finite, with exactly `decimals` digits behind the point.
-std::string RoundedText(double value, int decimals, Tie tie) {
-  // 15 significant digits as "d.dddddddddddddde+xx": the digits and where their point stands.
+// A number's significant digits, the first of them worth 10 to the power of Exponent.
+struct Decimal {
+  std::string Digits;
+  int Exponent = 0;
+};
+
+// The decimal of a value's size, with as many digits as are asked for (as to_chars is asked), or
+// with the fewest that read back.
+template <typename Float, typename... Precision>
+Decimal DecimalOf(Float value, Precision... precision) {
+  // "d.dde+xx"
   std::array<char, 40> buffer{};
   const auto printed = std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
-                                     std::chars_format::scientific, 14);
+                                     std::chars_format::scientific, precision...);
   const std::string_view text(buffer.data(), static_cast<std::size_t>(printed.ptr - buffer.data()));
   const std::size_t e = text.find('e');
-  std::string digits;
+  Decimal decimal;
   for (char c : text.substr(0, e)) {
-    if (IsDigit(c)) digits.push_back(c);
+    if (IsDigit(c)) decimal.Digits.push_back(c);
   }
-  const int exponent = std::atoi(buffer.data() + e + 1);
+  decimal.Exponent = std::atoi(buffer.data() + e + 1);
+  return decimal;
+}
+
+// `value`, which is finite, with exactly `decimals` digits behind the point.
+std::string RoundedText(double value, int decimals, Tie tie) {
+  const auto [digits, exponent] = DecimalOf(value, 14);
 
   // Digits kept: those before the point and `decimals` behind it.
   const int kept = exponent + 1 + decimals;
@@ -140,6 +154,26 @@ std::string PlainText(float value) {
   const auto printed =
       std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, std::chars_format::fixed);
   return {buffer.data(), printed.ptr};
+}
+
+std::string FileText(float value) {
+  constexpr std::size_t MostDigits = 7;
+  if (value == 0) return "0";
+  auto [digits, exponent] = DecimalOf(value);
+  if (digits.size() > MostDigits) {
+    Decimal rounded = DecimalOf(value, static_cast<int>(MostDigits) - 1);
+    rounded.Digits.resize(rounded.Digits.find_last_not_of('0') + 1);
+    digits = rounded.Digits;
+    exponent = rounded.Exponent;
+  }
+  if (exponent < 0) {
+    digits.insert(0, static_cast<std::size_t>(-exponent), '0');
+    exponent = 0;
+  }
+  const auto whole = static_cast<std::size_t>(exponent) + 1;
+  if (digits.size() < whole) digits.append(whole - digits.size(), '0');
+  if (digits.size() > whole) digits.insert(whole, ".");
+  return value < 0 ? "-" + digits : digits;
 }
 
 double LeadingNumber(std::string_view text) {

@@ -30,6 +30,10 @@ double RoundHalfAwayFromZero(double value, int decimals);
 // (300 gives "300", 0.1F gives "0.1").
 std::string PlainText(float value);
 
+// A number as files hold it: the same, but rounded to seven significant digits where it has more
+// (1234566.5 gives "1234566", 1/3 gives "0.3333333"). `value` is finite.
+std::string FileText(float value);
+
 // The number at the start of a text: blanks skipped, then sign, digits, one point, exponent. What
 // follows is ignored; a text without a number there gives 0, and so do "inf", "nan" and "0x1F". A
 // number beyond the range of a double gives infinity with its sign.

@@ -77,6 +77,14 @@ Window* World::ModalWindow() const {
   return modal == loaded_.rend() ? nullptr : *modal;
 }
 
+std::string World::LimitedToMost(std::string bytes) {
+  if (bytes.size() <= MostFileBytes) return bytes;
+  // A line that is cut would be read as another number than it holds.
+  const std::size_t lastEnd = bytes.find_last_of("\r\n", MostFileBytes - 1);
+  bytes.resize(lastEnd == std::string::npos ? 0 : lastEnd + 1);
+  return bytes;
+}
+
 void World::EndProgram() {
   if (ended_) return;
   if (IsPortOpen()) ClosePort();

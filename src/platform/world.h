@@ -4,6 +4,7 @@
 // that moves only when the logic waits. All calls come from one thread. Nothing here throws.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -98,7 +99,8 @@ class World {
   // Brings the records onto the screen now, for handlers that show progress without waiting.
   virtual void Repaint(Window& window) = 0;
 
-  // --- Dialogs. Other events wait until they are answered, but for painting.
+  // --- Dialogs. Other events wait until they are answered, but for painting and the release of
+  // what the user held when the dialog came up: its handler runs, and may wait, inside the dialog.
 
   virtual MessageAnswer ShowMessage(const Message& message) = 0;
   // `filter` is as "*.tvd|*.tvd|": pairs of description and pattern.
@@ -111,7 +113,11 @@ class World {
 
   // Directory of the program with no separator at its end; all fixed files lie there.
   virtual std::string ProgramDirectory() = 0;
-  // The bytes of a file; nothing when it can't be read (missing, forbidden, a directory).
+  // The most that is read of a file: many times what any file of the tool takes.
+  static constexpr std::size_t MostFileBytes = 1U << 20U;
+  // The bytes of a plain file; nothing when it can't be read (missing, forbidden, a directory, a
+  // device). Of a file that is larger than MostFileBytes, the whole lines in its first
+  // MostFileBytes; the rest is never read.
   virtual std::optional<std::string> ReadFile(const std::string& path) = 0;
   // Writes a file whole or not at all (temporary file, then rename); false leaves the old one.
   virtual bool WriteFile(const std::string& path, const std::string& bytes) = 0;
@@ -131,6 +137,10 @@ class World {
   bool Ended() const { return ended_; }
 
  protected:
+  // What ReadFile gives of a file that begins with `bytes`: all of it, or its first
+  // MostFileBytes + 1 at least.
+  static std::string LimitedToMost(std::string bytes);
+
   // The window's record says that it is visible (and perhaps modal): bring it to the screen.
   virtual void WindowShown(Window& window) = 0;
   // The window is no longer visible, or no longer loaded.

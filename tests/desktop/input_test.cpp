@@ -1,4 +1,8 @@
 // User input: into the record first, then to the handler, and only what the handlers allow.
+#include <QApplication>
+#include <QClipboard>
+#include <QPushButton>
+
 #include "desk.h"
 
 namespace gainsmith::test {
@@ -16,7 +20,12 @@ struct InputTest : Desk {
     window.Add(list, "Combo1").Place(150, 2400, 2000, 330);
     window.Add(button, "Command1").Place(150, 3000, 1500, 375);
     list.Items = {{"9600", 1, ""}, {"38400", 3, ""}};
+    window.Add(jog, "Command2").Place(2000, 3000, 1500, 375);
+    window.Add(link, "lblLink").Place(150, 3600, 1500, 300);
+    window.Add(group, "Frame1").Place(3000, 150, 2500, 1000);
+    window.Add(inside, "Command3", &group).Place(150, 300, 1500, 375);
     button.Caption = "Go";
+    link.OnClick = [&] { log.push_back("link"); };
     world.Show(window);
   }
   const Message message{"A message", "T"};
@@ -24,7 +33,9 @@ struct InputTest : Desk {
   CheckBox box;
   OptionButton first, second;
   ComboBox list;
-  Button button;
+  Button button, jog, inside;
+  Frame group;
+  Label link;
 };
 
 TEST_F(InputTest, RecordIsSetBeforeItsHandlerRuns) {
@@ -52,8 +63,107 @@ TEST_F(InputTest, KeyFilterIsAskedBeforeTheKeyTakesEffect) {
   driver.Key("Form.Text1(0)", Qt::Key_Return);
   driver.Key("Form.Text1(0)", Qt::Key_Backspace);
   driver.Settle();
-  EXPECT_EQ(log, (Lines{"49:", "120:1", "50:1", "13:12", "8:12"}));
+  EXPECT_EQ(log, (Lines{"49:", "120:1", "50:1", "8:12", "13:12"})) << "Enter is queued";
   EXPECT_EQ(field.Text, "1");
+  QApplication::clipboard()->setText(QStringLiteral("2x\n3"));
+  driver.Key("Form.Text1(0)", Qt::Key_V, Qt::ControlModifier);
+  driver.Settle();
+  EXPECT_EQ(field.Text, "123") << "pasted letters are asked about one by one";
+}
+
+TEST_F(InputTest, EnterHeldDownCommitsOnceAndWhatStoodInTheField) {
+  field.OnKeyPress = [&](int key) {
+    if (key != KeyEnter) return true;
+    log.push_back(field.Text);
+    WaitMs(5);
+    return true;
+  };
+  driver.Type("Form.Text1(0)", "12");
+  driver.HoldKey("Form.Text1(0)", Qt::Key_Return, 20);
+  driver.Key("Form.Text1(0)", Qt::Key_3);
+  driver.Settle();
+  EXPECT_EQ(log, Lines{"12"}) << "a letter typed behind Enter is not committed with it";
+  EXPECT_EQ(field.Text, "123");
+  driver.Find("Form.lblLink")->setFocus();
+  driver.HoldKey("Form.lblLink", Qt::Key_Return, 20);
+  driver.Settle();
+  EXPECT_EQ(log, (Lines{"12", "link"}));
+}
+
+// Handlers that wait let in the next action; what waits for room is neither lost nor out of order.
+TEST_F(InputTest, NestedActionsHaveABoundThatReleasesDoNotWaitFor) {
+  constexpr int Clicks = 3 * InputQueue::MostNested;
+  auto& go = dynamic_cast<QPushButton&>(*driver.Find("Form.Command1"));
+  int depth = 0, deepest = 0, run = 0;
+  jog.OnPress = [&] { log.push_back("press"); };
+  jog.OnRelease = [&] { log.push_back("release at " + std::to_string(depth)); };
+  box.OnClick = [&] { log.push_back("box after " + std::to_string(run)); };
+  button.OnClick = [&] {
+    deepest = std::max(deepest, ++depth);
+    if (++run < Clicks) emit go.clicked();
+    if (run == InputQueue::MostNested) driver.Release("Form.Command2");
+    if (run == Clicks) driver.Click("Form.Check1");
+    WaitMs(2);
+    --depth;
+  };
+  driver.Press("Form.Command2");
+  driver.Settle();
+  emit go.clicked();
+  driver.WaitUntil([&] { return box.Ticked; });
+  EXPECT_EQ(deepest, InputQueue::MostNested);
+  EXPECT_EQ(log, (Lines{"press", "release at 12", "box after 36"}));
+}
+
+// What the user does in the same breath as an action whose handler takes the control away.
+TEST_F(InputTest, ActionsDoNotReachWhatWasTakenAwayBeforeTheirTurn) {
+  FrameWindow frame;
+  frame.Name = "Main";
+  MenuItem item;
+  item.Name = "mnuGo";
+  ToolButton tool{"Go", "open", true, {}};
+  frame.Menus = {&item};
+  frame.ToolButtons = {&tool};
+  world.Show(frame);
+  const auto click = [&](const char* name) { return [&, name] { driver.Click(name); }; };
+  struct Case {
+    std::function<void()> Act;
+    std::function<void()>* Handler;
+    std::function<void()> Away, Back;
+  };
+  const auto disable = [&](auto& record, std::function<void()> act) {
+    return Case{act, &record.OnClick, [&] { record.Enabled = false; },
+                [&] { record.Enabled = true; }};
+  };
+  const std::vector<Case> cases{
+      disable(button, click("Form.Command1")),
+      disable(box, click("Form.Check1")),
+      disable(link, click("Form.lblLink")),
+      disable(list, [&] { driver.Choose("Form.Combo1", 1); }),
+      disable(item, [&] { driver.Menu("Main.mnuGo"); }),
+      disable(tool, click("Main.Toolbar1(1)")),
+      {click("Form.Command1"), &button.OnClick, [&] { button.Visible = false; },
+       [&] { button.Visible = true; }},
+      {click("Form.Command3"), &inside.OnClick, [&] { group.Enabled = false; },
+       [&] { group.Enabled = true; }},
+      {click("Form.Command3"), &inside.OnClick, [&] { group.Visible = false; },
+       [&] { group.Visible = true; }},
+      {click("Form.Command3"), &inside.OnClick, [&] { world.Hide(window); },
+       [&] { world.Show(window); }},
+  };
+  for (std::size_t i = 0; i < cases.size(); ++i) {
+    int run = 0;
+    *cases[i].Handler = [&] {
+      ++run;
+      cases[i].Away();
+    };
+    driver.Settle();
+    cases[i].Act();
+    cases[i].Act();
+    driver.Settle();
+    EXPECT_EQ(run, 1) << i;
+    cases[i].Back();
+  }
+  world.EndProgram();
 }
 
 TEST_F(InputTest, LeavingAFieldIsToldOnceAndNotForMessagesOrCode) {

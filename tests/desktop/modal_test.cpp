@@ -12,6 +12,7 @@ struct ModalTest : Desk {
   ModalTest() {
     window.Add(open, "Command1").Place(150, 150, 1500, 375);
     window.Add(field, "Text1").Place(150, 600, 1500, 300);
+    window.Add(jog, "Command2").Place(150, 1050, 1500, 375);
     dialog.Add(done, "Command1").Place(150, 150, 1500, 375);
     open.OnClick = [&] { log.push_back("main"); };
     done.OnClick = [&] { log.push_back("dialog"); };
@@ -19,7 +20,7 @@ struct ModalTest : Desk {
   }
   const Message question{"Sure?", "Torvane", MessageButtons::YesNo, MessageIcon::Information,
                          MessageAnswer::No};
-  Button open, done;
+  Button open, done, jog;
   TextBox field;
   // Declared after the world: taken from the screen before it goes.
   PlainWindow dialog{"Box"};
@@ -95,6 +96,68 @@ TEST_F(ModalTest, MessagesGiveTheAnswerAndHoldBackEverythingElse) {
   EXPECT_EQ(driver.Dialogs.Messages[0].Text, question.Text);
   EXPECT_EQ(driver.Dialogs.Messages[0].Title, question.Title);
   window.Timers.clear();
+}
+
+// A motor may turn as long as the button is held: its release does not wait for an answer.
+TEST_F(ModalTest, ReleasesAreDeliveredBehindEveryDialog) {
+  jog.OnPress = [&] { log.push_back("press"); };
+  jog.OnRelease = [&] {
+    log.push_back("release");
+    WaitMs(5);
+    world.ShowMessage({"Lost", "Torvane"});
+    log.push_back("released");
+  };
+  const std::vector<std::function<void()>> dialogs{
+      [&] { world.ShowMessage(question); },
+      [&] { world.AskOpenFile("*.tvd|*.tvd"); },
+      [&] { world.AskSaveFile("*.tvd|*.tvd"); },
+      [&] { world.AskColour(0); },
+  };
+  int shown = 0;
+  driver.Dialogs.OnDialog = [&] {
+    if (++shown == 1) {
+      driver.WaitUntil([&] { return !log.empty() && log.back() == "released"; }, 1'000);
+      log.push_back("answered");
+    }
+  };
+  world.SetScreenPointer(MousePointer::Hourglass);
+  for (std::size_t i = 0; i < dialogs.size(); ++i) {
+    log.clear();
+    shown = 0;
+    driver.Press("Form.Command2");
+    driver.Settle();
+    dialogs[i]();
+    driver.Settle();
+    EXPECT_EQ(log, (Lines{"press", "release", "released", "answered"})) << i;
+  }
+  world.SetScreenPointer(MousePointer::Default);
+  EXPECT_EQ(QApplication::overrideCursor(), nullptr) << "put back as often as it was set aside";
+}
+
+TEST_F(ModalTest, PressThatADialogOvertookIsNotHeardAfterItsRelease) {
+  jog.OnPress = [&] { log.push_back("press"); };
+  jog.OnRelease = [&] { log.push_back("release"); };
+  open.OnClick = [&] { world.ShowMessage(question); };
+  driver.Click("Form.Command1");
+  driver.Press("Form.Command2");
+  driver.Settle();
+  driver.Release("Form.Command2");
+  driver.Settle();
+  EXPECT_EQ(log, Lines{});
+}
+
+TEST_F(ModalTest, MessageOutlivesTheWindowThatAReleaseCloses) {
+  jog.OnPress = [] {};
+  jog.OnRelease = [&] { world.Unload(window); };
+  driver.Dialogs.OnDialog = [&] {
+    driver.Settle();
+    log.push_back(driver.IsShown("Form") ? "open" : "closed");
+  };
+  driver.Dialogs.Answers = {MessageAnswer::Yes};
+  driver.Press("Form.Command2");
+  driver.Settle();
+  EXPECT_EQ(world.ShowMessage(question), MessageAnswer::Yes);
+  EXPECT_EQ(log, Lines{"closed"});
 }
 
 TEST_F(ModalTest, FileDialogsGiveThePathWithTheFirstFiltersExtension) {

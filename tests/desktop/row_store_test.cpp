@@ -1,6 +1,4 @@
-// The grid's row store on a real file, and the files of the world.
-#include <sys/stat.h>
-
+// The grid's row store on a real file.
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
@@ -65,19 +63,6 @@ TEST_F(RowStoreTest, FilesThatCannotServeAreLeftAloneAndMemoryServes) {
   }
   EXPECT_EQ(world.ReadFile(Path("garbage")), garbage);
   EXPECT_EQ(world.ReadFile(Path("foreign")), foreign);
-}
-
-TEST_F(RowStoreTest, FilesAreReadAndWrittenWhole) {
-  const std::string bytes("a\0b\r\n\xff", 6);
-  ASSERT_TRUE(world.WriteFile(Path("f"), "old, and longer than the new"));
-  ASSERT_TRUE(world.WriteFile(Path("f"), bytes));
-  EXPECT_EQ(world.ReadFile(Path("f")), bytes);
-  EXPECT_EQ(world.ReadFile(Path("missing")), std::nullopt);
-  EXPECT_EQ(world.ReadFile(Path(".")), std::nullopt);
-  EXPECT_FALSE(world.WriteFile(Path("no/such/place"), bytes));
-  ASSERT_EQ(mkfifo(Path("fifo").c_str(), 0600), 0);
-  EXPECT_FALSE(world.WriteFile(Path("fifo"), bytes));
-  EXPECT_EQ(world.ReadFile(Path("fifo")), std::nullopt);
 }
 
 }  // namespace

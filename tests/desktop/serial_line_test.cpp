@@ -6,10 +6,13 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <ctime>
 
 #include "desk.h"
+#include "desktop/port_lock.h"
 
 namespace gainsmith::test {
 namespace {
@@ -119,6 +122,66 @@ TEST_F(SerialLineTest, PortsThatCannotBeOpenedAndWhatTheListSaysOfThem) {
   Pull();
   EXPECT_FALSE(Open()) << "a link that leads nowhere";
   EXPECT_NE(world.DescribePort(1).find("not connected"), std::string::npos);
+}
+
+TEST_F(SerialLineTest, ADescriptionSaysWhoHoldsThePortAndHowToFreeIt) {
+  const QString locks = QString::fromStdString(Path("locks"));
+  const QString file = locks + "/LCK..ttyUSB0";
+  LockKeeping keeping;
+  keeping.Directories = {locks + "/none", locks};
+  bool removable = false;
+  keeping.MayRemove = [&](const QString& path) { return removable && path == file; };
+  keeping.Running = [](qint64 process) -> std::optional<QString> {
+    if (process == 42) return QString();
+    return process == 41 ? std::optional<QString>("minicom") : std::nullopt;
+  };
+  keeping.OwnProcess = 7;
+  QDir().mkpath(locks);
+  EXPECT_EQ(LockNote("/dev/ttyUSB0", keeping), "");
+
+  const QString remove = "remove its lock (sudo rm " + file + ").";
+  const struct {
+    const char* Lock;
+    QString Note;
+    bool MayRemove = false;
+  } cases[] = {
+      {"        41\n", "in use by minicom (process 41)."},
+      {"41\nminicom-wrapped\nhost\n", "in use by minicom (process 41)."},
+      {"41\ntoollet\nhost\n",
+       "locked by toollet (process 41, now minicom). If toollet has ended, " + remove},
+      {"42\ntoollet\n", "in use by process 42."},
+      {"43\n", "left locked by a program that has ended. To use the port, " + remove},
+      {"43\n", "", true},
+      {"7\n", ""},
+      {"", "locked by another program. If none uses the port, " + remove},
+      {"-1\n", "locked by another program. If none uses the port, " + remove},
+  };
+  for (const auto& [lock, note, mayRemove] : cases) {
+    ASSERT_TRUE(world.WriteFile(file.toStdString(), lock));
+    removable = mayRemove;
+    EXPECT_EQ(LockNote("/dev/ttyUSB0", keeping), note) << lock;
+    EXPECT_EQ(LockNote("/dev/ttyUSB1", keeping), "");
+  }
+  ASSERT_TRUE(QFile::rename(file, locks + "/LCK..serial_by-id_x"));
+  EXPECT_NE(LockNote("/dev/serial/by-id/x", keeping), "");
+}
+
+// The lock of the line that the tool itself has open, and what the system tells of it.
+TEST_F(SerialLineTest, TheRealLockIsFoundWhereSerialPortsLeaveIt) {
+  ASSERT_TRUE(Open());
+  const QString device = QFile::symLinkTarget(QString::fromStdString(Path("COM1")));
+  LockKeeping keeping = SystemLockKeeping();
+  EXPECT_EQ(LockNote(device, keeping), "");
+  keeping.OwnProcess = 0;
+  EXPECT_EQ(LockNote(device, keeping), QStringLiteral("in use by desktop_test (process %1).")
+                                           .arg(QCoreApplication::applicationPid()));
+  // Another program's, that runs as long as the system does.
+  const QString name = "/LCK.." + device.mid(5).replace('/', '_');
+  for (const QString& place : keeping.Directories) {
+    QFile lock(place + name);
+    if (lock.exists() && lock.open(QIODevice::WriteOnly)) lock.write("1\n");
+  }
+  EXPECT_NE(world.DescribePort(1).find("process 1)."), std::string::npos) << world.DescribePort(1);
 }
 
 }  // namespace

@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <random>
+
+#include "params/parameter_table.h"
 
 namespace gainsmith::test {
 namespace {
@@ -27,6 +30,7 @@ std::string WithLine12(const std::string& line) {
 TEST(ConfigText, StandsToTheByte) {
   ParameterStore store;
   store[Slot::CurrentKp] = 1000;
+  store[Slot::CurrentKi] = 1234566.5F;
   store[Slot::VelocityKpHigh] = -12.5F;
   store[Slot::PulseEdge] = 322;
   store[Slot::Resistance] = 2.54F;
@@ -36,7 +40,7 @@ TEST(ConfigText, StandsToTheByte) {
   store.ParameterValues[51] = 77;
   const std::string text = FormatConfig(store).value();
   EXPECT_EQ(text,
-            "0& 1000 \r\n1& 0 \r\n1F&-12.5 \r\n20& 0 \r\nD& 0 \r\n6& 0 \r\n7& 0 \r\n8& 0 \r\n"
+            "0& 1000 \r\n1& 1234566 \r\n1F&-12.5 \r\n20& 0 \r\nD& 0 \r\n6& 0 \r\n7& 0 \r\n8& 0 \r\n"
             "21& 0 \r\nE& 0 \r\nF& 0 \r\n12& 0 \r\n2E& 0 \r\n2F& 0 \r\n30& 0 \r\n2A& 0 \r\n"
             "2B& 0 \r\n2C& 0 \r\n2D& 0 \r\n31& 0 \r\n13& 0 \r\n22& 0 \r\n*& 322 \r\n*& 0 \r\n"
             "*& 0 \r\n*& 0 \r\n*& 0 \r\n*& 0 \r\n*& 0 \r\nFC& 0 \r\nF7& 2.54 \r\nF8& 0 \r\n"
@@ -45,7 +49,16 @@ TEST(ConfigText, StandsToTheByte) {
             "27& 0 \r\n3A& 0 \r\nMaxCurrent& 0 \r\nRatedCurrent& 2.8 \r\n");
 }
 
-TEST(ConfigText, WhatIsWrittenReadsBackToTheBit) {
+TEST(ConfigText, WhatTheDriveCanHoldReadsBackToTheBitAndAllElseToSevenDigits) {
+  ParameterStore loaded;
+  for (unsigned raw = 0; raw <= 0xffff; raw += 85) {
+    ParameterStore store;
+    for (const ParameterRow& row : ParameterRows()) {
+      store[row.Index] = RawToValue(row.Index, static_cast<std::uint16_t>(raw));
+    }
+    ASSERT_TRUE(ParseConfig(FormatConfig(store).value(), loaded));
+    EXPECT_EQ(loaded.ParameterValues, store.ParameterValues) << raw;
+  }
   std::mt19937 bits(1);
   for (int round = 0; round < 200; ++round) {
     ParameterStore store;
@@ -55,9 +68,13 @@ TEST(ConfigText, WhatIsWrittenReadsBackToTheBit) {
         value = std::bit_cast<float>(static_cast<std::uint32_t>(bits()));
       } while (!std::isfinite(value));
     }
-    ParameterStore loaded;
     ASSERT_TRUE(ParseConfig(FormatConfig(store).value(), loaded));
-    EXPECT_EQ(loaded.ParameterValues, store.ParameterValues);
+    for (std::size_t i = 0; i < ParameterCount; ++i) {
+      const double value = store.ParameterValues[i];
+      constexpr double SmallestNormal = 1.2e-38;
+      const double most = 6e-7 * std::max(std::abs(value), SmallestNormal);
+      EXPECT_NEAR(loaded.ParameterValues[i], value, most);
+    }
   }
   for (const float value : {NAN, INFINITY}) {
     ParameterStore store;

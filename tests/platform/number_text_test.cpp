@@ -72,6 +72,27 @@ TEST(NumberText, PlainTextReadsBackToTheSameFloat) {
   }
 }
 
+TEST(NumberText, FilesHoldSevenDigitsAtMost) {
+  const std::pair<float, const char*> cases[] = {
+      {0, "0"},
+      {-0.0F, "0"},
+      {1000, "1000"},
+      {-12.5F, "-12.5"},
+      {0.00001F, "0.00001"},
+      {1234566.5F, "1234566"},
+      {1234567.5F, "1234568"},
+      {-0.12345678F, "-0.1234568"},
+      {1.0F / 3, "0.3333333"},
+      {0.99999994F, "0.9999999"},
+      {9999999.0F, "9999999"},
+      {99999992.0F, "99999990"},
+      {16777216.0F, "16777220"},
+      {3.4028235e38F, "340282300000000000000000000000000000000"},
+      {1e-45F, "0.000000000000000000000000000000000000000000001"},
+  };
+  for (const auto& [value, text] : cases) EXPECT_EQ(FileText(value), text);
+}
+
 TEST(NumberText, AFieldIsReadByItsLeadingNumber) {
   const std::pair<const char*, double> cases[] = {
       {"", 0},        {"abc", 0},     {"  12", 12},  {"12abc", 12},       {"5.01 A", 5.01},

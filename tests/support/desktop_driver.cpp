@@ -44,6 +44,12 @@ QAction* FindAction(const std::string& name) {
   return nullptr;
 }
 
+// What a key alone types.
+QString LetterOf(int key) {
+  if (key == Qt::Key_Return) return QStringLiteral("\r");
+  return key <= 0x7f ? QString(QChar(key)).toLower() : QString();
+}
+
 }  // namespace
 
 DesktopDriver::DesktopDriver(World& world) : world_(world) {}
@@ -205,7 +211,18 @@ void DesktopDriver::Type(const std::string& name, const std::string& text) {
 
 void DesktopDriver::Key(const std::string& name, int key, Qt::KeyboardModifiers modifiers) {
   With(name, [&](QWidget& widget) {
-    KeyClick(widget, key, key == Qt::Key_Return ? QStringLiteral("\r") : QString(), modifiers);
+    KeyClick(widget, key, modifiers == Qt::NoModifier ? LetterOf(key) : QString(), modifiers);
+  });
+}
+
+void DesktopDriver::HoldKey(const std::string& name, int key, int repeats) {
+  With(name, [&](QWidget& widget) {
+    QWindow* window = widget.window()->windowHandle();
+    const QString text = LetterOf(key);
+    for (int i = 0; i <= repeats; ++i) {
+      qt_handleKeyEvent(window, QEvent::KeyPress, key, Qt::NoModifier, text, i > 0, 1);
+      qt_handleKeyEvent(window, QEvent::KeyRelease, key, Qt::NoModifier, text, i < repeats, 1);
+    }
   });
 }
 

@@ -52,6 +52,8 @@ class DesktopDriver : private QObject {
   // Replaces the text of a field, key by key.
   void Type(const std::string& name, const std::string& text);
   void Key(const std::string& name, int key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+  // The key goes down, repeats by itself `repeats` times, and comes up.
+  void HoldKey(const std::string& name, int key, int repeats);
   void Choose(const std::string& name, int index);
   void TurnPage(const std::string& name, int page);
   void Menu(const std::string& name);

@@ -138,6 +138,10 @@ void VirtualWorld::Tick(Timer& timer) {
 
 void VirtualWorld::PumpEvents(std::int64_t deadlineMs) {
   if (Ended()) return;
+  if (messagesShown_ > 0) {
+    nowMs_ = std::max(nowMs_, deadlineMs + 1);
+    return;
+  }
   DeepestWait = std::max(DeepestWait, ++pumping_);
   Timer* timer = NextTimer();
   const bool scripted = !script_.empty() && script_.front().AtMs <= deadlineMs &&
@@ -164,7 +168,9 @@ void VirtualWorld::SetScreenPointer(MousePointer pointer) {
 MessageAnswer VirtualWorld::ShowMessage(const Message& message) {
   if (Ended()) return message.Default;
   Messages.push_back(message);
+  ++messagesShown_;
   if (OnMessage) OnMessage(message);
+  --messagesShown_;
   return Next(Answers, message.Default);
 }
 
@@ -176,7 +182,7 @@ ChosenFile VirtualWorld::AskFile(const std::string& filter) {
 std::optional<std::string> VirtualWorld::ReadFile(const std::string& path) {
   const auto file = Files.find(path);
   if (file == Files.end() || Unreadable.contains(path)) return std::nullopt;
-  return file->second;
+  return LimitedToMost(file->second);
 }
 
 bool VirtualWorld::WriteFile(const std::string& path, const std::string& bytes) {

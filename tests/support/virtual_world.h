@@ -40,7 +40,8 @@ class VirtualWorld : public World {
   std::deque<MessageAnswer> Answers;
   std::deque<ChosenFile> ChosenFiles;
   std::deque<std::optional<Colour>> ChosenColours;
-  // Called while a message is on the screen.
+  // Called while a message is on the screen. A release of a held button is all that may happen
+  // there; what its handler waits for comes, timers and scripted actions do not.
   std::function<void(const Message&)> OnMessage;
 
   // Files by path. Paths in the two sets can't be read or written.
@@ -120,6 +121,7 @@ class VirtualWorld : public World {
 
   std::int64_t nowMs_ = 1000;
   int pumping_ = 0;
+  int messagesShown_ = 0;
   std::deque<Action> script_;
   std::map<Timer*, TimerState> timers_;
   SerialDevice* device_ = nullptr;
