@@ -31,7 +31,8 @@ void Commands::RouteFileMenu() {
 }
 
 void Commands::RouteDriveMenu() {
-  main_.mnuConnect.OnClick = WhenNoTransferRuns([this] { world_.Show(*routes_.Connect); });
+  // Also during a transfer: it starts none, and its Close ends the one that runs.
+  main_.mnuConnect.OnClick = [this] { world_.Show(*routes_.Connect); };
   main_.sysConfig.OnClick = WhenNoTransferRuns([this] { sysConfig_Click(); });
   main_.MnuCurrentLoop.OnClick = WhenNoTransferRuns([this] { MnuCurrentLoop_Click(); });
   main_.mnuPositionLoop.OnClick = WhenNoTransferRuns([this] { mnuPositionLoop_Click(); });
