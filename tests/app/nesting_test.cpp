@@ -198,6 +198,38 @@ TEST(Nesting, CloseEndsATransferAtAnyMoment) {
   }
 }
 
+TEST(Nesting, APropertiesWindowLeftOpenClosesWhenItNoLongerHolds) {
+  const struct {
+    const char* What;
+    std::function<void(Bench&)> Do;
+    const char* Why;  // nullptr: it stays
+  } cases[] = {
+      {"download", Transfers[0].Give, nullptr},
+      {"reset", Transfers[1].Give, "a file was loaded"},
+      {"open", Transfers[2].Give, "a file was loaded"},
+      {"read", Transfers[3].Give, "the drive's settings were read anew"},
+      {"grid", [](Bench& bench) { UseGrid(bench, &Form8::Command2); }, "a file was loaded"},
+      {"port closed", [](Bench& bench) { bench.Connect(); }, "the connection was closed"},
+      {"another drive",
+       [](Bench& bench) {
+         bench.user.Click(bench.tool.mdiForm1.mnuConnect);
+         bench.user.Choose(bench.tool.form2.Combo1[Form2::DeviceList], 2);
+       },
+       "another device number was chosen"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.What);
+    ConnectedBench bench;
+    const Tool& tool = bench.tool;
+    bench.user.Click(bench.tool.mdiForm1[Tool1::Properties]);
+    c.Do(bench);
+    EXPECT_EQ(tool.sysConfig.Loaded, c.Why == nullptr);
+    EXPECT_EQ(
+        tool.mdiForm1.lblNotice.Caption,
+        c.Why == nullptr ? "" : std::string("The Properties window was closed: ") + c.Why + ".");
+  }
+}
+
 TEST(Nesting, TheConnectionClosedUnderAWindowThatLoads) {
   ConnectedBench bench;
   Tool& tool = bench.tool;
