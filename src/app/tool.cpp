@@ -18,8 +18,8 @@ Tool::Tool(World& world, Edition edition)
       form4(world, link, shell),
       form5(world, link, parameters, shell, trace),
       form110(world, link),
-      form8(world, link, parameters, shell, transfer),
-      sysConfig(world, link, parameters, mdiForm1),
+      form8(world, link, parameters, shell, mdiForm1, transfer),
+      sysConfig(world, link, parameters, shell, mdiForm1),
       velocityMode(world, link, parameters, shell, trace),
       commands(world, shell, mdiForm1, MakeRoutes()),
       world_(world) {

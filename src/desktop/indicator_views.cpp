@@ -19,7 +19,8 @@ constexpr int StatusBarHeightPixels = 24;
 class LampDisc final : public QWidget {
  public:
   using QWidget::QWidget;
-  QColor Light;
+  // None: an empty socket.
+  std::optional<QColor> Light;
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -28,14 +29,19 @@ class LampDisc final : public QWidget {
     const qreal side = std::min(width(), height()) - 2.0;
     QRectF disc(0, 0, side, side);
     disc.moveCenter(QRectF(rect()).center());
-    QRadialGradient shade(disc.center() - QPointF(side / 6, side / 6), side * 0.7);
-    shade.setColorAt(0, Light.lighter(150));
-    shade.setColorAt(0.45, Light);
-    shade.setColorAt(1, Light.darker(150));
     QColor rim = palette().color(QPalette::WindowText);
     rim.setAlphaF(0.45F);
     painter.setPen(QPen(rim, 1));
-    painter.setBrush(shade);
+    if (Light) {
+      QRadialGradient shade(disc.center() - QPointF(side / 6, side / 6), side * 0.7);
+      shade.setColorAt(0, Light->lighter(150));
+      shade.setColorAt(0.45, *Light);
+      shade.setColorAt(1, Light->darker(150));
+      painter.setBrush(shade);
+    } else {
+      rim.setAlphaF(0.08F);
+      painter.setBrush(rim);
+    }
     painter.drawEllipse(disc);
   }
 };
@@ -47,7 +53,7 @@ class LampView final : public ControlView {
 
  protected:
   void ReflectColours() override {
-    disc_->Light = FixedColour(Record().BackColor).value_or(QColor(Qt::gray));
+    disc_->Light = FixedColour(Record().BackColor);
     disc_->update();
   }
   void ReflectOwn() override {}

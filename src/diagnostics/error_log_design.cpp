@@ -56,7 +56,6 @@ void Form4::DesignBoard() {
     const int entry = static_cast<int>(i) / BitsPerEntry;
     const int bit = static_cast<int>(i) % BitsPerEntry;
     Lamp& lamp = Add(Shape1[i], Indexed("Shape1", i));
-    lamp.BackColor = ErrorAbsent;
     lamp.Parked = bit >= ErrorKinds;
     if (lamp.Parked) continue;
     lamp.AccessibleName = std::string(KindCaptions[static_cast<std::size_t>(bit)]) + ", entry " +

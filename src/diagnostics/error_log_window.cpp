@@ -83,8 +83,11 @@ bool Form4::Form_Unload() {
   Timer1.Stop();
   closeAsked_ = false;
   shell_.ChildWindowOpen = false;
-  // The next visit starts with a clean board, whatever drive it may find.
-  for (int entry = 0; entry < ErrorLogEntries; ++entry) ShowEntry(entry, 0);
+  // The next visit knows nothing before it has read, whatever drive it may find.
+  for (Lamp& lamp : Shape1) {
+    lamp.BackColor = DefaultColour;
+    lamp.ToolTip.clear();
+  }
   return true;
 }
 

@@ -24,8 +24,8 @@ struct Form4 : Window {
   enum CommandIndex : std::size_t { EraseCurrentError = 0, EraseAllErrors = 1 };
   enum ColumnLabelIndex : std::size_t { ErrorCounter = 10 };
 
-  // Lamp of bit `bit` of entry `entry`: Shape1[16 x entry + bit]. Those of the bits from 10 on are
-  // parked and never set.
+  // Lamp of bit `bit` of entry `entry`: Shape1[16 x entry + bit]. It has no colour of its own until
+  // its entry has been read. Those of the bits from 10 on are parked and never set.
   std::array<Lamp, ErrorLogEntries * BitsPerEntry> Shape1;
   std::array<Label, ErrorKinds> Label1;
   std::array<Label, ErrorLogEntries + 1> Label2;

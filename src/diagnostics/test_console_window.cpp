@@ -54,9 +54,13 @@ void Form110::Command1_Click() {
     Timer1.Start();
     Command1.Caption = StopCaption;
   } else {
-    Timer1.Stop();
-    Command1.Caption = StartCaption;
+    StopWatching();
   }
+}
+
+void Form110::StopWatching() {
+  Timer1.Stop();
+  Command1.Caption = StartCaption;
 }
 
 void Form110::Timer1_Timer() {
@@ -64,7 +68,10 @@ void Form110::Timer1_Timer() {
   const Errand errand(link_, *this, Errand::Of::Tick);
   for (std::size_t i = 0; i < WatchCount; ++i) {
     const Sent sent = link_.Exchange(errand, Function::Read, WatchRegisters[i], 2, ShortExchange);
-    if (sent == Sent::Off) return;
+    if (sent == Sent::Off) {
+      if (!errand.Over()) StopWatching();
+      return;
+    }
     if (sent == Sent::Lost) {
       world_.ShowMessage({FailureText, FailureText});
       return;

@@ -32,7 +32,8 @@ struct Form110 : Window {
   void Command1_Click();
   // Runs the checksum over the numbers of the file ACCTxt in the program's directory.
   void Command2_Click();
-  // Reads the five locations; the first that fails ends the tick with a message.
+  // Reads the five locations; the first that fails ends the tick with a message. With the port
+  // closed it stops the watching.
   void Timer1_Timer();
 
   // The numbers of `text` (0 to 255, apart by blanks, commas or line ends) but for the last two,
@@ -42,6 +43,7 @@ struct Form110 : Window {
 
  private:
   void Design();
+  void StopWatching();
 
   World& world_;
   Link& link_;

@@ -1,6 +1,8 @@
 // Form2: see the header.
 #include "link/connect_window.h"
 
+#include <utility>
+
 #include "params/drive_flags.h"
 #include "platform/number_text.h"
 
@@ -24,6 +26,17 @@ Form2::Form2(World& world, Link& link, ParameterStore& store, ShellState& shell,
 void Form2::Form_Load() {
   LeftTwips = static_cast<int>(shell_.QuarterScreenWidth);
   TopTwips = static_cast<int>(shell_.QuarterScreenHeight);
+  FillLists();
+  const bool open = world_.IsPortOpen();
+  Combo1[PortList].Choose(open ? openedPort_ : 0);
+  Combo1[BaudList].Choose(open ? openedBaud_ : 2);
+  Combo1[DeviceList].Choose(open ? link_.DeviceAddress : 1);
+  if (!open) TakeChoices();
+  openPort.Caption = open ? "Close" : "Open";
+  Combo1[PortList].Enabled = !open;
+}
+
+void Form2::FillLists() {
   for (ComboBox& list : Combo1) list.Items.clear();
   for (int port = 1; port <= LastPort; ++port) {
     Combo1[PortList].Items.push_back({"COM" + std::to_string(port), port, ""});
@@ -33,14 +46,10 @@ void Form2::Form_Load() {
   for (int device = 0; device <= LastDevice; ++device) {
     Combo1[DeviceList].Items.push_back({std::to_string(device), device, ""});
   }
-  Combo1[PortList].Choose(0);
-  Combo1[BaudList].Choose(2);
-  Combo1[DeviceList].Choose(1);
-  for (std::size_t i = 0; i < Combo1.size(); ++i) Combo1_Click(i);
+}
 
-  const bool open = world_.IsPortOpen();
-  openPort.Caption = open ? "Close" : "Open";
-  Combo1[PortList].Enabled = !open;
+void Form2::TakeChoices() {
+  for (std::size_t i = 0; i < Combo1.size(); ++i) Combo1_Click(i);
 }
 
 void Form2::DescribePorts() {
@@ -57,24 +66,33 @@ void Form2::Combo1_Click(std::size_t index) {
       link_.SerialSettings = list.Text + Framing;
       break;
     default:
-      // The second half of a transfer must not go to another drive than the first.
-      if (shell_.BulkTransferRunning) {
-        list.Choose(link_.DeviceAddress);
-        return;
-      }
-      link_.DeviceAddress = static_cast<std::uint8_t>(LeadingNumber(list.Text));
-      // It holds from the next frame on, also for a connection that is open.
-      if (world_.IsPortOpen()) main_.lblConnectionDetail.Caption = PortText();
+      TakeDevice();
       break;
   }
+}
+
+void Form2::TakeDevice() {
+  ComboBox& list = Combo1[DeviceList];
+  // The second half of a transfer must not go to another drive than the first.
+  if (shell_.BulkTransferRunning) {
+    list.Choose(link_.DeviceAddress);
+    return;
+  }
+  const auto chosen = static_cast<std::uint8_t>(LeadingNumber(list.Text));
+  const bool changed = chosen != std::exchange(link_.DeviceAddress, chosen);
+  if (!changed || !world_.IsPortOpen()) return;
+  // It holds from the next frame on.
+  main_.lblConnectionDetail.Caption = PortText();
+  main_.OnSettingsReplaced("another device number was chosen");
 }
 
 void Form2::Command1_Click() { world_.Unload(*this); }
 
 void Form2::openPort_Click() {
-  if (shell_.BulkTransferRunning) return;
+  const bool open = world_.IsPortOpen();
+  if (!openPort.Enabled || (!open && shell_.BulkTransferRunning)) return;
   openPort.Enabled = false;
-  if (world_.IsPortOpen()) {
+  if (open) {
     Close();
   } else {
     Open();
@@ -89,11 +107,14 @@ void Form2::Close() {
   main_.DisableDriveMenus();
   main_.DisableToolbarButtons();
   main_.ShowPort("");
-  main_.ShowNotice("");
+  main_.ShowNotice(Notice::Transfer, "");
+  main_.OnSettingsReplaced("the connection was closed");
   DescribePorts();
 }
 
 void Form2::Open() {
+  TakeChoices();
+  main_.ShowNotice(Notice::Window, "");
   // From the first frame on the drive is taken: nothing else may use it or this button.
   const TransferMark mark(shell_);
   if (!MakeContact()) {
@@ -101,6 +122,7 @@ void Form2::Open() {
     return;
   }
   openPort.Caption = "Close";
+  openPort.Enabled = true;
   Combo1[PortList].Enabled = true;
   world_.Hide(*this);
   transfer_.readDrive();
@@ -116,12 +138,17 @@ void Form2::ReportFailure() {
        "have selected the right serial port.",
        "Communication Error", MessageButtons::Ok, MessageIcon::Critical});
   if (world_.IsPortOpen()) link_.ClosePort();
+  // The dialog may have been opened anew meanwhile, over a port that was open then.
+  openPort.Caption = "Open";
+  Combo1[PortList].Enabled = true;
   main_.ShowPort("");
   DescribePorts();
 }
 
 bool Form2::MakeContact() {
   if (!link_.OpenPort()) return false;
+  openedPort_ = Combo1[PortList].ListIndex;
+  openedBaud_ = Combo1[BaudList].ListIndex;
   const double baud = LeadingNumber(link_.SerialSettings);
   const std::string behind = world_.DescribePort(link_.PortNumber);
   openedAs_ = "COM" + std::to_string(link_.PortNumber) +
@@ -134,8 +161,7 @@ bool Form2::MakeContact() {
   const Sent sent = link_.ReadRegistersRetry(errand, link_.DeviceAddress, Register::Flags, 1);
   if (sent == Sent::Off) return false;
   if (sent == Sent::Taken) {
-    store_.DriveFlagsWord = link_.Raw();
-    store_[Slot::PulseEdge] = link_.Raw();
+    TakeWholeDriveFlags(store_, link_.Raw());
     ApplyOperatingMode();
   }
   // Only a silent drive counts so far; after failed checks the connection goes on with what came.

@@ -35,20 +35,24 @@ struct Form2 : Window {
   // and never shown.
   std::string FirstIdentity, SecondIdentity;
 
-  // Fills the lists and chooses COM1, 38400 baud and device 1, with the effect of a choice.
+  // Fills the lists. With the port closed it chooses COM1, 38400 baud and device 1, with the effect
+  // of a choice; with the port open it shows what is in force, and changes nothing.
   void Form_Load() override;
   // Takes the chosen entry of a list into the link's state. While a bulk transfer runs the device
   // number stays, and its list shows it again.
   void Combo1_Click(std::size_t index);
-  // Opens the connection, or closes it. Opening waits for the drive, hides the window and reads
-  // all settings; a failure before that leaves the port closed and the window open. Does nothing
-  // while a bulk transfer runs.
+  // Opens the connection with what the lists show, or closes it. Opening waits for the drive, hides
+  // the window and reads all settings; a failure before that leaves the port closed and the window
+  // open. While a bulk transfer runs there is no opening; closing ends the transfer.
   void openPort_Click();
   void Command1_Click();
 
  private:
   void Design();
+  void FillLists();
   void DescribePorts();
+  void TakeChoices();
+  void TakeDevice();
   void Open();
   void Close();
   void ReportFailure();
@@ -67,6 +71,9 @@ struct Form2 : Window {
   BulkTransfer& transfer_;
   // Port, device behind it and line speed of the open connection, in words.
   std::string openedAs_;
+  // Entries of the port and line speed lists that it was opened with.
+  int openedPort_ = 0;
+  int openedBaud_ = 0;
 };
 
 }  // namespace gainsmith

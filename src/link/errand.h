@@ -96,6 +96,9 @@ struct ExchangeOptions {
   int DriveMs = StandardDriveMs;
   // Wait before each frame, in ms.
   int PauseBeforeMs = 0;
+  // Waits besides the usual ones, in ms: before the reply is looked at, and behind that.
+  int BeforeReplyMs = 0;
+  int AfterReplyMs = 0;
   // Asked before each frame with the number of frames that have gone out: true calls the errand
   // off. May be empty.
   std::function<bool(int framesSent)> Withdrawn = {};

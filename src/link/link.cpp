@@ -76,7 +76,13 @@ void Link::ReceiveReply(std::uint8_t address, Function function, FrameNumber fra
     if (giveUp) return;
     WaitMs(ExpectedReplyLength / BitsPerMs + 50);
   }
-  RxBuffer = world_.ReadAll();
+  std::vector<std::uint8_t> reply = world_.ReadAll();
+  // The device has gone between the count and the read.
+  if (reply.size() != static_cast<std::size_t>(ExpectedReplyLength)) {
+    ++LinkErrorCount;
+    return;
+  }
+  RxBuffer = std::move(reply);
   WaitMs(ExpectedReplyLength / BitsPerMs + 50);
 
   // An exchange that ran inside the wait has replaced the reply by its own.
@@ -97,12 +103,15 @@ std::int16_t Link::ReplyWaitMs(int driveMs) const {
   return static_cast<std::int16_t>(ExpectedReplyLength * 10 / BitsPerMs + driveMs);
 }
 
-Link::Outcome Link::Attempt(const Word& word, int driveMs) {
+Link::Outcome Link::Attempt(const Word& word, const ExchangeOptions& options) {
   const auto frame = SendFrame(word.Address, word.Function, word.Target, word.Value);
   if (!frame) return Outcome::Refused;
-  if (*frame == frameNumber_) WaitMs(ReplyWaitMs(driveMs));
+  if (*frame == frameNumber_) WaitMs(ReplyWaitMs(options.DriveMs));
+  if (*frame == frameNumber_ && options.BeforeReplyMs > 0) WaitMs(options.BeforeReplyMs);
   ReceiveReply(word.Address, word.Function, *frame);
-  return LinkErrorCount == 0 ? Outcome::Done : Outcome::Failed;
+  const Outcome outcome = LinkErrorCount == 0 ? Outcome::Done : Outcome::Failed;
+  if (options.AfterReplyMs > 0) WaitMs(options.AfterReplyMs);
+  return outcome;
 }
 
 void Link::WaitAfterSuccess(int driveMs) {
@@ -206,7 +215,7 @@ Sent Link::Say(const Word& word, const ExchangeOptions& options) {
     if (frames == options.MostFrames) return End(word, Sent::Lost);
     if (frames > 0) ++known_.Resends;
     NoteWrite(word);
-    const Outcome outcome = Attempt(word, options.DriveMs);
+    const Outcome outcome = Attempt(word, options);
     if (outcome == Outcome::Refused) return Sent::Lost;
     if (outcome == Outcome::Done) break;
     ++known_.LostReplies;

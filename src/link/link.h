@@ -177,7 +177,7 @@ class Link {
   // The last moving word to the register is that of a handler that began after this errand.
   bool NewerMoves(const Errand& errand, Register reg) const;
   // One request and its reply.
-  Outcome Attempt(const Word& word, int driveMs);
+  Outcome Attempt(const Word& word, const ExchangeOptions& options);
   void NoteWrite(const Word& word);
   Sent End(const Word& word, Sent sent);
   // The wait that closes a good exchange. Its reply is still the caller's afterwards, whatever ran

@@ -11,6 +11,10 @@ namespace {
 
 bool IsFlagSlot(Slot slot) { return RowOf(slot).Source == Register::Flags; }
 
+std::string OutOf(int done) {
+  return std::to_string(done) + " of " + std::to_string(TransferSteps);
+}
+
 // As many names as fit a line or two; the rest as a number.
 std::string NamesOf(const std::vector<Slot>& slots) {
   constexpr std::size_t Most = 6;
@@ -26,9 +30,14 @@ std::string NamesOf(const std::vector<Slot>& slots) {
 
 bool BulkTransfer::readDrive() {
   const TransferMark mark(shell_);
+  const Errand errand(link_);
   waiting_.ShowWaitingMessage("Reading Current Drive Settings");
-  if (!ReadAllParameters()) {
-    ReportReadFailure();
+  if (!ReadAllParameters(errand)) {
+    if (closed_) {
+      waiting_.CloseWaitingMessage();
+    } else {
+      ReportReadFailure(errand);
+    }
     return false;
   }
   waiting_.CloseWaitingMessage();
@@ -38,15 +47,15 @@ bool BulkTransfer::readDrive() {
   return true;
 }
 
-bool BulkTransfer::ReadAllParameters() {
+bool BulkTransfer::ReadAllParameters(const Errand& errand) {
   const TransferMark mark(shell_);
-  const Errand errand(link_);
-  constexpr const char* What = "Reading settings";
-  main_.ShowNotice("");
+  const bool wasOpen = world_.IsPortOpen();
+  main_.ShowNotice(Notice::Transfer, "");
+  main_.OnSettingsReplaced("the drive's settings were read anew");
   int done = 0;
   for (const Slot slot : ReadOrder()) {
-    main_.ShowActivity(What, done, TransferSteps);
-    if (link_.Read(errand, RowOf(slot).Source) != Sent::Taken) break;
+    main_.ShowActivity("Reading settings", done, TransferSteps);
+    if (link_.Read(errand, RowOf(slot).Source, CountingRetries()) != Sent::Taken) break;
     if (slot == Slot::PulseEdge) {
       TakeDriveFlags(store_, link_.Raw());
     } else {
@@ -57,13 +66,45 @@ bool BulkTransfer::ReadAllParameters() {
     ++done;
   }
   main_.EndActivity();
-  return done == TransferSteps;
+  if (done == TransferSteps) main_.ShowNotice(Notice::Table, "");
+  const bool closed = EndsClosed(wasOpen, "while settings were read: " + OutOf(done) +
+                                              " came in, the others are as they were.");
+  return !closed && done == TransferSteps;
 }
 
-void BulkTransfer::ReportReadFailure() {
+void BulkTransfer::ReportReadFailure(const Errand& errand) {
   main_.Pointer = MousePointer::ArrowQuestion;
   waiting_.CloseWaitingMessage();
-  world_.ShowMessage(LinkFailureMessage(link_));
+  link_.TellFailure(errand);
+}
+
+bool BulkTransfer::EndsClosed(bool wasOpen, const std::string& howFar) {
+  closed_ = wasOpen && !world_.IsPortOpen();
+  ShowSilence(false);
+  if (closed_) main_.ShowNotice(Notice::Transfer, "The connection was closed " + howFar);
+  return closed_;
+}
+
+void BulkTransfer::EndWaiting() {
+  waiting_.CloseWaitingMessage();
+  world_.SetScreenPointer(MousePointer::Default);
+}
+
+void BulkTransfer::ShowSilence(bool silent) {
+  main_.ShowNotice(Notice::Silence,
+                   silent ? "The drive is not answering. To end this, choose Drive, Connect and "
+                            "press Close."
+                          : "");
+}
+
+ExchangeOptions BulkTransfer::CountingRetries() {
+  // One spoilt reply is no silence.
+  constexpr int Patience = 3;
+  return {.Withdrawn = [this](int framesSent) {
+    ReadRetryCount = static_cast<std::int16_t>(framesSent);
+    ShowSilence(ReadRetryCount >= Patience);
+    return false;
+  }};
 }
 
 float BulkTransfer::ValueToSend(Slot slot) const {
@@ -72,7 +113,7 @@ float BulkTransfer::ValueToSend(Slot slot) const {
 
 std::string BulkTransfer::UnpackableRows() const {
   // A whole flags word goes out alone; otherwise each flag's slot has its part in the word.
-  const bool wholeWord = RoundHalfToEven(store_[Slot::PulseEdge]) > 1;
+  const bool wholeWord = store_.HoldsFlagsWord;
   std::string rows;
   for (const ParameterRow& row : ParameterRows()) {
     const bool sent = row.WriteStep != 0 || (IsFlagSlot(row.Index) && !wholeWord);
@@ -84,11 +125,11 @@ std::string BulkTransfer::UnpackableRows() const {
 
 bool BulkTransfer::DownloadAllParameters() {
   const TransferMark mark(shell_);
-  main_.ShowNotice("");
+  main_.ShowNotice(Notice::Transfer, "");
+  closed_ = false;
   const std::string unpackable = UnpackableRows();
   if (!unpackable.empty()) {
-    waiting_.CloseWaitingMessage();
-    world_.SetScreenPointer(MousePointer::Default);
+    EndWaiting();
     world_.ShowMessage(
         {"Nothing was sent to the drive. These settings have values that it can't "
          "take:" +
@@ -98,47 +139,53 @@ bool BulkTransfer::DownloadAllParameters() {
   }
 
   const Errand errand(link_);
+  const bool wasOpen = world_.IsPortOpen();
   constexpr std::int32_t BetweenWritesMs = 50;
   std::vector<Slot> notTaken;
   int done = 0;
   for (const Slot slot : WriteOrder()) {
     if (done > 0) link_.WaitMs(BetweenWritesMs);
+    if (wasOpen && !world_.IsPortOpen()) break;
     main_.ShowActivity("Writing settings", done, TransferSteps);
-    const Sent sent = link_.WriteRegisterRetry(errand, link_.DeviceAddress, RowOf(slot).Source,
-                                               ValueToSend(slot));
+    const float value = ValueToSend(slot);
+    const Sent sent =
+        link_.WriteRegisterRetry(errand, link_.DeviceAddress, RowOf(slot).Source, value);
+    if (wasOpen && !world_.IsPortOpen()) break;
     if (!Stands(sent)) notTaken.push_back(slot);
+    if (sent == Sent::Taken && slot == Slot::PulseEdge) {
+      store_.DriveFlagsWord = static_cast<float>(RoundHalfToEven(value));
+    }
+    ShowSilence(!Stands(sent));
     ++done;
   }
   main_.EndActivity();
-  ShowSettingsNotTaken(notTaken);
+  const int taken = done - static_cast<int>(notTaken.size());
+  if (EndsClosed(wasOpen, "while settings were written: " + OutOf(taken) +
+                              " reached the drive. Nothing was stored.")) {
+    EndWaiting();
+    return false;
+  }
+  if (!notTaken.empty()) {
+    main_.ShowNotice(Notice::Transfer, "The drive did not take: " + NamesOf(notTaken));
+  }
   return true;
-}
-
-void BulkTransfer::ShowSettingsNotTaken(const std::vector<Slot>& slots) {
-  if (!slots.empty()) main_.ShowNotice("The drive did not take: " + NamesOf(slots));
 }
 
 bool BulkTransfer::SaveToEeprom() {
   const TransferMark mark(shell_);
-  constexpr std::int32_t StoringMs = 1000;
-  constexpr std::int32_t AfterReplyMs = 500;
-  constexpr std::int16_t RetryLimit = ExchangeOptions::Standard - 2;
-  for (ReadRetryCount = 0;; ++ReadRetryCount) {
-    const auto frame =
-        link_.SendFrame(link_.DeviceAddress, Function::Write, Register::StoreEeprom, 1);
-    link_.WaitMs(link_.ReplyWaitMs());
-    link_.WaitMs(StoringMs);
-    link_.ReceiveReply(link_.DeviceAddress, Function::Write, frame.value());
-    // Taken before the wait: another window's exchange may run inside it.
-    const bool stored = link_.LinkErrorCount == 0;
-    link_.WaitMs(AfterReplyMs);
-    if (stored) {
-      link_.WaitMs(link_.ReplyWaitMs());
-      return true;
-    }
-    if (ReadRetryCount > RetryLimit) break;
+  const Errand errand(link_);
+  const bool wasOpen = world_.IsPortOpen();
+  ExchangeOptions store = CountingRetries();
+  store.BeforeReplyMs = 1000;
+  store.AfterReplyMs = 500;
+  const Sent sent = link_.Write(errand, Register::StoreEeprom, 1, store);
+  if (EndsClosed(wasOpen,
+                 "while the drive stored its settings: it may lose them when it is "
+                 "switched off.")) {
+    return false;
   }
-  world_.ShowMessage(LinkFailureMessage(link_));
+  if (sent == Sent::Taken) return true;
+  link_.TellFailure(errand);
   return false;
 }
 

@@ -2,7 +2,8 @@
 //
 // Always one register at a time, in the orders of the parameter table. Each operation runs to its
 // end inside the call; its waits let events run, and while it runs commands that use the drive are
-// shut out (TransferMark).
+// shut out (TransferMark). What ends it before its time is the closing of the port: it sends and
+// shows no more then, and the main window says how far it came (Closed).
 #pragma once
 
 #include <cstdint>
@@ -43,26 +44,30 @@ class BulkTransfer {
   BulkTransfer& operator=(const BulkTransfer&) = delete;
 
   // Reads all settings into the table under the waiting window. True enables the drive menus and
-  // the tool bar; false after ReportReadFailure, with the settings read so far in the table, the
-  // port still open and the menus as they were.
+  // the tool bar; false after ReportReadFailure or when it was Closed, with the settings read so
+  // far in the table and the menus as they were.
   bool readDrive();
 
   // The exchanges of readDrive and nothing around them: no window, no message, no menu. At most 12
   // frames a register. False at the first register that does not answer.
-  bool ReadAllParameters();
+  bool ReadAllParameters(const Errand& errand);
 
   // Leaves the main window under a question mark pointer until a command changes it.
-  void ReportReadFailure();
+  void ReportReadFailure(const Errand& errand);
 
   // Writes all settings but those that never travel, at most four frames each; a setting that the
-  // drive does not take is skipped (Link::WriteFailed is set) and named in the main window. False,
-  // with nothing sent and after a message that names the rows, when the table holds a value that
-  // cannot be packed: the waiting window and the hourglass are gone then, and the caller ends.
+  // drive does not take is skipped (Link::WriteFailed is set) and named in the main window. False
+  // when it was Closed, or, with nothing sent and after a message that names the rows, when the
+  // table holds a value that cannot be packed: the waiting window and the hourglass are gone then,
+  // and the caller ends.
   bool DownloadAllParameters();
 
   // Stores the drive's working values in its EEPROM, at most 12 frames. False after the message of
-  // a lost link.
+  // a lost link, or when it was Closed.
   bool SaveToEeprom();
+
+  // The port was closed under the operation that ended last.
+  bool Closed() const { return closed_; }
 
   // Stores, and tells the success of a download (true) or a reset (false).
   void ReportWriteResult(bool isDownload);
@@ -71,7 +76,10 @@ class BulkTransfer {
   // The rows whose values cannot be packed, one a line; empty: the table can be sent.
   std::string UnpackableRows() const;
   float ValueToSend(Slot slot) const;
-  void ShowSettingsNotTaken(const std::vector<Slot>& slots);
+  // Of an operation that ends: whether the port was closed under it, which began with the port
+  // `wasOpen`. The main window says `howFar` then.
+  bool EndsClosed(bool wasOpen, const std::string& howFar);
+  void EndWaiting();
 
   World& world_;
   Link& link_;
@@ -79,8 +87,12 @@ class BulkTransfer {
   ShellState& shell_;
   MDIForm1& main_;
   frmWaitingMessage& waiting_;
-  // Resends of the store under way.
+  // Counts the resends of the present register in a read and in a store; tells when to say that
+  // the drive is silent.
+  ExchangeOptions CountingRetries();
+  void ShowSilence(bool silent);
   std::int16_t ReadRetryCount = 0;
+  bool closed_ = false;
 };
 
 }  // namespace gainsmith

@@ -2,8 +2,36 @@
 #include "params/config_file.h"
 
 #include "params/config_text.h"
+#include "params/drive_flags.h"
 
 namespace gainsmith {
+namespace {
+
+// Both separators count.
+std::string LastSegment(const std::string& path) {
+  const std::size_t separator = path.find_last_of("/\\");
+  return separator == std::string::npos ? path : path.substr(separator + 1);
+}
+
+}  // namespace
+
+bool LoadConfigFile(World& world, const std::string& path, ParameterStore& store, MDIForm1& main) {
+  const std::optional<std::string> text = world.ReadFile(path);
+  if (!text) return false;
+  const auto before = store.ParameterValues;
+  const bool whole = ParseConfig(*text, store);
+  if (!whole && store.ParameterValues == before) return false;
+  TakeFileFlags(store);
+  main.OnSettingsReplaced("a file was loaded");
+  main.ShowNotice(Notice::Table,
+                  whole ? ""
+                        : LastSegment(path) +
+                              " could not be read to its end: the tool now holds a mixture of its "
+                              "settings and the earlier ones. Do not save or download it. Open a "
+                              "whole file, or close the connection and open it again to read the "
+                              "drive.");
+  return whole;
+}
 
 MessageAnswer ConfigFiles::Tell(const char* text, MessageIcon icon) {
   return world_.ShowMessage({text, MainTitle, MessageButtons::Ok, icon});
@@ -14,8 +42,7 @@ void ConfigFiles::OpenConfigFile() {
   if (chosen.Result == ChosenFile::Outcome::Cancelled) return;
   const bool failed = chosen.Result == ChosenFile::Outcome::Failed;
   if (!failed && chosen.Path.empty()) return;
-  const std::optional<std::string> text = failed ? std::nullopt : world_.ReadFile(chosen.Path);
-  if (!text || !ParseConfig(*text, store_)) {
+  if (failed || !LoadConfigFile(world_, chosen.Path, store_, main_)) {
     Tell("Fatal error(s) happened when opening the source file.", MessageIcon::Critical);
     return;
   }
@@ -73,9 +100,8 @@ void ConfigFiles::mnuSave_Click() {
 }
 
 bool ConfigFiles::LoadDefaultSettings() {
-  const std::optional<std::string> text =
-      world_.ReadFile(world_.ProgramDirectory() + "/default.ini");
-  if (text && ParseConfig(*text, store_)) return true;
+  const std::string path = world_.ProgramDirectory() + "/default.ini";
+  if (LoadConfigFile(world_, path, store_, main_)) return true;
   waiting_.CloseWaitingMessage();
   main_.Pointer = MousePointer::Default;
   Tell("Default settings have been crashed. Contact Torvane or your distributor",
@@ -85,8 +111,7 @@ bool ConfigFiles::LoadDefaultSettings() {
 
 std::string ConfigFiles::FileNameOnly(const std::string& path) {
   main_.CurrentConfigFile = path;
-  const std::size_t separator = path.find_last_of("/\\");
-  return separator == std::string::npos ? path : path.substr(separator + 1);
+  return LastSegment(path);
 }
 
 void ConfigFiles::UseFile(const std::string& path) {

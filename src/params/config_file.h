@@ -15,6 +15,11 @@ namespace gainsmith {
 inline constexpr const char* OpenFilter = "*.tvd|*.tvd|";
 inline constexpr const char* SaveFilter = "*.tvd|*.tvd";
 
+// Loads the configuration file `path` into the table. False when it can't be read to its end: the
+// lines before the bad one are in the table then, and the main window says so until the next
+// complete read or load.
+bool LoadConfigFile(World& world, const std::string& path, ParameterStore& store, MDIForm1& main);
+
 class ConfigFiles {
  public:
   ConfigFiles(World& world, ParameterStore& store, ShellState& shell, MDIForm1& main,

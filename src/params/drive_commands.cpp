@@ -39,6 +39,7 @@ void DriveCommands::mnuReset_Click() {
   waiting_.CloseWaitingMessage();
   transfer_.ReportWriteResult(false);
   world_.SetScreenPointer(MousePointer::Default);
+  if (transfer_.Closed()) return;
   main_.ShowBaseCaption();
   main_.CurrentConfigFile.clear();
 }

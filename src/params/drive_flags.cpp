@@ -19,6 +19,7 @@ std::optional<std::uint16_t> ModeBits(double mode) {
 
 void TakeDriveFlags(ParameterStore& store, std::uint16_t word) {
   store.DriveFlagsWord = word;
+  store.HoldsFlagsWord = false;
   for (const FlagBit& bit : FlagBits) store[bit.Index] = (word & bit.Mask) != 0 ? 1.0F : 0.0F;
   switch (word & flags::ModeMask) {
     case flags::PositionMode:
@@ -38,10 +39,22 @@ void TakeDriveFlags(ParameterStore& store, std::uint16_t word) {
 void TakeWholeDriveFlags(ParameterStore& store, std::uint16_t word) {
   TakeDriveFlags(store, word);
   store[Slot::PulseEdge] = word;
+  store.HoldsFlagsWord = true;
+}
+
+void TakeFileFlags(ParameterStore& store) {
+  bool othersClear = store[Slot::OperatingMode] == PositionModeValue;
+  for (const FlagBit& bit : FlagBits) {
+    if (bit.Index != Slot::PulseEdge) othersClear = othersClear && store[bit.Index] == 0;
+  }
+  const double first = RoundHalfToEven(store[Slot::PulseEdge]);
+  const bool pulseModeAlone =
+      first == flags::PulseMode && othersClear && store.DriveFlagsWord == flags::PulseMode;
+  store.HoldsFlagsWord = first > 1 || pulseModeAlone;
 }
 
 float FlagsToSend(const ParameterStore& store) {
-  if (RoundHalfToEven(store[Slot::PulseEdge]) > 1) return store[Slot::PulseEdge];
+  if (store.HoldsFlagsWord) return store[Slot::PulseEdge];
   auto word = static_cast<std::uint16_t>(store.DriveFlagsWord);
   for (const FlagBit& bit : FlagBits) {
     const bool set = RoundHalfToEven(store[bit.Index]) != 0;

@@ -42,6 +42,8 @@ inline constexpr std::array<FlagBit, 6> FlagBits{{
     {flags::InPosition, Slot::InPositionPolarity},
 }};
 
+// The three ways in which slot PulseEdge is filled; each says whether it holds the word or the bit.
+
 // Keeps the word as DriveFlagsWord and expands it into the slots from PulseEdge to
 // DirectionPolarity. Both mode bits set leave OperatingMode as it was.
 void TakeDriveFlags(ParameterStore& store, std::uint16_t word);
@@ -49,10 +51,15 @@ void TakeDriveFlags(ParameterStore& store, std::uint16_t word);
 // The same as the properties window leaves it: PulseEdge holds the whole word.
 void TakeWholeDriveFlags(ParameterStore& store, std::uint16_t word);
 
+// A file has filled the slots, perhaps the first of them only. It does not say what its PulseEdge
+// is: above 1 it is the whole word; 1 is the whole word where the other flags are 0 and the last
+// DriveFlagsWord was 1 too.
+void TakeFileFlags(ParameterStore& store);
+
 // What a download sends for the slots from PulseEdge to DirectionPolarity, all of which can be
-// packed. PulseEdge above 1 is a whole flags word and is sent as it is. Otherwise it is
-// DriveFlagsWord with the bits of the slots put in (0 clears, anything else sets); bits without a
-// slot are kept, and so are the mode bits where OperatingMode is not 0, 1 or 2.
+// packed. A whole flags word is sent as it is. Otherwise it is DriveFlagsWord with the bits of the
+// slots put in (0 clears, anything else sets); bits without a slot are kept, and so are the mode
+// bits where OperatingMode is not 0, 1 or 2.
 float FlagsToSend(const ParameterStore& store);
 
 }  // namespace gainsmith

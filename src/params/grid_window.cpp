@@ -19,9 +19,9 @@ constexpr int AllRows = static_cast<int>(ParameterCount);
 
 }  // namespace
 
-Form8::Form8(World& world, Link& link, ParameterStore& store, ShellState& shell,
+Form8::Form8(World& world, Link& link, ParameterStore& store, ShellState& shell, MDIForm1& main,
              BulkTransfer& transfer)
-    : world_(world), link_(link), store_(store), shell_(shell), transfer_(transfer) {
+    : world_(world), link_(link), store_(store), shell_(shell), main_(main), transfer_(transfer) {
   Design();
 }
 
@@ -59,8 +59,9 @@ void Form8::readdata_Click() {
   const Stay stay(*this);
   BeginWork(Timer1);
   if (RowsInDatabase) DeleteRows();
-  if (!transfer_.ReadAllParameters()) {
-    world_.ShowMessage(LinkFailureMessage(link_));
+  const Errand errand(link_);
+  if (!transfer_.ReadAllParameters(errand)) {
+    if (!transfer_.Closed()) link_.TellFailure(errand);
     link_.LoadFailed = true;
   }
   if (stay.Over()) return;
@@ -97,16 +98,17 @@ void Form8::EEProm_Click() {
       MessageAnswer::Yes) {
     return;
   }
-  EepromFailed = !transfer_.SaveToEeprom();
+  const bool stored = transfer_.SaveToEeprom();
+  if (transfer_.Closed()) return;
+  EepromFailed = !stored;
   Tell(EepromFailed ? "Fail in writing parameters to EEPROM !" : "Write Completed EEprom!",
        "Prompt!", MessageIcon::None);
   EepromFailed = false;
 }
 
 bool Form8::LoadFile(const ChosenFile& chosen) {
-  if (chosen.Result != ChosenFile::Outcome::Chosen) return false;
-  const std::optional<std::string> text = world_.ReadFile(chosen.Path);
-  return text && ParseConfig(*text, store_);
+  return chosen.Result == ChosenFile::Outcome::Chosen &&
+         LoadConfigFile(world_, chosen.Path, store_, main_);
 }
 
 void Form8::Command1_Click() {
@@ -163,11 +165,13 @@ void Form8::CountUp(Timer& display, int last, float phase) {
   ProgressBar1.Min = 0;
   ProgressBar1.Max = last;
   const double perPercent = last / 100.0;
+  int shown = -1;
   for (int step = 0; step <= last; ++step) {
     ProgressBar1.Value = step;
-    const std::string percent = FixedText(RoundHalfToEven(step / perPercent), 0) + "%";
-    if (percent == Label3.Caption) continue;
-    Label3.Caption = percent;
+    const int percent = static_cast<int>(RoundHalfToEven(step / perPercent));
+    if (percent == shown) continue;
+    shown = percent;
+    Label3.Caption = std::to_string(percent) + "%";
     world_.Repaint(*this);
   }
   ProgressPhase = phase;

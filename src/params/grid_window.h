@@ -19,7 +19,8 @@
 namespace gainsmith {
 
 struct Form8 : Window {
-  Form8(World& world, Link& link, ParameterStore& store, ShellState& shell, BulkTransfer& transfer);
+  Form8(World& world, Link& link, ParameterStore& store, ShellState& shell, MDIForm1& main,
+        BulkTransfer& transfer);
 
   // The heading.
   Label Label1;
@@ -50,7 +51,8 @@ struct Form8 : Window {
 
   void Form_Load() override;
   bool Form_Unload() override;
-  // Reads all settings into the table and the rows; a failure closes the window.
+  // Reads all settings into the table and the rows; a failure closes the window, and so does the
+  // closing of the port under it.
   void readdata_Click();
   // Writes the table to the drive; without rows it only says what to do first.
   void writedata_Click();
@@ -86,6 +88,7 @@ struct Form8 : Window {
   Link& link_;
   ParameterStore& store_;
   ShellState& shell_;
+  MDIForm1& main_;
   BulkTransfer& transfer_;
 };
 

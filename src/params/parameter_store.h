@@ -30,7 +30,7 @@ enum class Slot : std::size_t {
   InPosition = 19,
   EncoderCounts = 20,
   PolePairs = 21,
-  PulseEdge = 22,  // after the properties window: the whole flags word
+  PulseEdge = 22,  // or the whole flags word: HoldsFlagsWord
   OperatingMode = 23,
   EnablePolarity = 24,
   AlarmPolarity = 25,
@@ -70,6 +70,9 @@ struct ParameterStore {
   std::array<float, ParameterCount + 1> ParameterValues{};
   // The last raw value of the flags register.
   float DriveFlagsWord = 0;
+  // Slot PulseEdge holds the whole flags word, not only the bit of the pulse edge. Kept by whoever
+  // fills that slot (params/drive_flags.h).
+  bool HoldsFlagsWord = false;
 
   float& operator[](Slot slot) { return ParameterValues[static_cast<std::size_t>(slot)]; }
   float operator[](Slot slot) const { return ParameterValues[static_cast<std::size_t>(slot)]; }

@@ -1,6 +1,7 @@
 // sysConfigFrm: the fields that go to the drive on Enter.
 #include <algorithm>
 
+#include "params/bulk_transfer.h"
 #include "params/parameter_table.h"
 #include "platform/number_text.h"
 #include "properties/properties_fields.h"
@@ -33,7 +34,6 @@ bool sysConfigFrm::NumberField_KeyPress(TextBox& field, int key) {
 }
 
 void sysConfigFrm::CommitField(TextBox& field) {
-  const Errand errand(link_, *this);
   const MotorField& row = *FindRow(MotorFields, *this, field);
   double value = LeadingNumber(field.Text);
   if (value >= row.Limit || value < 0) {
@@ -41,14 +41,22 @@ void sysConfigFrm::CommitField(TextBox& field) {
     value = 0;
     field.Text = "0";
   }
+  const Commit commit(field);
+  if (commit.Repeats()) return;
+  const TransferMark mark(shell_);
+  const Errand errand(link_, *this);
   const int scale = RowOf(row.Kept).Scale;
   const double raw = RoundHalfToEven(value, row.WrittenDecimals) * scale;
   values_[row.Kept] = static_cast<float>(raw / scale);
-  const Sent sent = link_.Write(errand, RowOf(row.Kept).Source, static_cast<float>(raw));
-  if (sent == Sent::Lost) ReportFailure(errand);
+  if (link_.Write(errand, RowOf(row.Kept).Source, static_cast<float>(raw)) == Sent::Lost) {
+    ReportFailure(errand);
+  }
 }
 
 void sysConfigFrm::CommitAnalogField(TextBox& field) {
+  const Commit commit(field);
+  if (commit.Repeats()) return;
+  const TransferMark mark(shell_);
   const Errand errand(link_, *this);
   const AnalogField& row = *FindRow(AnalogFields, *this, field);
   double value = LeadingNumber(field.Text);

@@ -2,6 +2,7 @@
 #include <array>
 #include <string>
 
+#include "params/bulk_transfer.h"
 #include "params/parameter_table.h"
 #include "platform/number_text.h"
 #include "properties/properties_fields.h"
@@ -10,17 +11,19 @@
 namespace gainsmith {
 
 void sysConfigFrm::Form_Load() {
+  const TransferMark mark(shell_);
   const Errand errand(link_, *this);
   LeftTwips = 3000;
   TopTwips = 2000;
+  main_.ShowNotice(Notice::Window, "");
+  // What an earlier window or a connect left there is no failure of this load.
+  link_.ReadFailed = false;
   ResetControls();
   const bool whole = LoadMotor(errand) && LoadGearAndOthers(errand) && LoadDeadBand(errand) &&
                      LoadFlags(errand) && LoadAnalog(errand) && LoadCurrentLimits(errand);
-  // `err` has reported and closed the window in the middle of a read; the failure of that read is
-  // not to be reported again by the next visit.
-  if (!whole && !Loaded) link_.ReadFailed = false;
   // The connection was closed under the load: there is nothing left to show.
   if (!world_.IsPortOpen()) world_.Unload(*this);
+  if (whole && link_.ReadFailed) ReportFailure(errand);
   // A read that failed has left its mark. A tuning window that was opened under the load would not
   // close any more.
   link_.LinkIdle = true;
@@ -42,36 +45,37 @@ void sysConfigFrm::ResetControls() {
   }
 }
 
-// False when the window was closed while it waited.
-bool sysConfigFrm::Read(Register reg, const Errand& errand) {
+std::optional<sysConfigFrm::Reading> sysConfigFrm::Read(Register reg, const Errand& errand) {
   const Sent sent = link_.ReadRegistersRetry(errand, link_.DeviceAddress, reg, 1);
-  return sent != Sent::Off && !errand.Over();
+  if (sent == Sent::Off || errand.Over()) return std::nullopt;
+  const std::uint16_t raw = link_.RxBuffer.empty() ? std::uint16_t{0} : link_.Raw();
+  return Reading{raw, sent == Sent::Taken};
 }
 
-// Of the last reply, whatever it was a reply to.
-std::uint16_t sysConfigFrm::LastRaw() const {
-  return link_.RxBuffer.empty() ? std::uint16_t{0} : link_.Raw();
+std::optional<sysConfigFrm::Reading> sysConfigFrm::ReadSlot(Slot slot, const Errand& errand) {
+  const std::optional<Reading> read = Read(RowOf(slot).Source, errand);
+  if (read && read->Good) values_[slot] = RawToValue(slot, read->Raw);
+  return read;
 }
 
 bool sysConfigFrm::LoadMotor(const Errand& errand) {
-  if (!Read(Register::RatedPower, errand)) return false;
-  values_[Slot::RatedPower] = LastRaw();
-  const std::string watts = std::to_string(LastRaw());
+  const auto power = ReadSlot(Slot::RatedPower, errand);
+  if (!power) return false;
+  const std::string watts = std::to_string(power->Raw);
   for (std::size_t i = 0; i < Combo1.Items.size(); ++i) {
     if (Combo1.Items[i].Text == watts) Combo1.Choose(static_cast<int>(i));
   }
   for (const MotorField& row : MotorFields) {
-    if (!Read(RowOf(row.Kept).Source, errand)) return false;
-    const float value = RawToValue(row.Kept, LastRaw());
-    (this->*row.Field).Text = FixedText(value, row.ShownDecimals);
-    values_[row.Kept] = value;
+    const auto read = ReadSlot(row.Kept, errand);
+    if (!read) return false;
+    (this->*row.Field).Text = FixedText(RawToValue(row.Kept, read->Raw), row.ShownDecimals);
   }
 
-  if (!Read(Register::PolePairs, errand)) return false;
-  polePairs_ = LastRaw();
-  values_[Slot::PolePairs] = LastRaw();
+  const auto poles = ReadSlot(Slot::PolePairs, errand);
+  if (!poles) return false;
+  polePairs_ = poles->Raw;
   cboMotorPolePair.ListIndex = -1;
-  cboMotorPolePair.Text = std::to_string(LastRaw());
+  cboMotorPolePair.Text = std::to_string(poles->Raw);
   for (std::size_t i = 0; i < cboMotorPolePair.Items.size(); ++i) {
     const bool listed = cboMotorPolePair.Items[i].Text == cboMotorPolePair.Text;
     if (listed) cboMotorPolePair.ListIndex = static_cast<int>(i);
@@ -81,28 +85,28 @@ bool sysConfigFrm::LoadMotor(const Errand& errand) {
 
 bool sysConfigFrm::LoadGearAndOthers(const Errand& errand) {
   for (const PlainField& row : PlainFields) {
-    if (!Read(RowOf(row.Kept).Source, errand)) return false;
-    text1_[row.Index] = LastRaw();
-    values_[row.Kept] = LastRaw();
-    Text1[row.Index].Text = std::to_string(LastRaw());
+    const auto read = ReadSlot(row.Kept, errand);
+    if (!read) return false;
+    text1_[row.Index] = read->Raw;
+    Text1[row.Index].Text = std::to_string(read->Raw);
   }
   return true;
 }
 
 bool sysConfigFrm::LoadDeadBand(const Errand& errand) {
-  if (!Read(Register::AnalogDeadBand, errand)) return false;
-  values_[Slot::AnalogDeadBand] = LastRaw();
-  Text1[DeadBand].Text = std::to_string(LastRaw());
-  return true;
+  const auto read = ReadSlot(Slot::AnalogDeadBand, errand);
+  if (read) Text1[DeadBand].Text = std::to_string(read->Raw);
+  return read.has_value();
 }
 
 bool sysConfigFrm::LoadFlags(const Errand& errand) {
-  if (!Read(Register::Flags, errand)) return false;
+  const auto read = Read(Register::Flags, errand);
+  if (!read) return false;
   if (link_.ReadFailed) {
     err.Start();
   } else {
-    TakeWholeDriveFlags(values_, LastRaw());
-    SelectOptions(LastRaw());
+    TakeWholeDriveFlags(values_, read->Raw);
+    SelectOptions(read->Raw);
   }
   FollowOperatingMode();
   return true;
@@ -142,22 +146,21 @@ void sysConfigFrm::FollowOperatingMode() {
 bool sysConfigFrm::LoadAnalog(const Errand& errand) {
   if (!LoadDeadBand(errand)) return false;
   for (const AnalogField& row : AnalogFields) {
-    if (!Read(RowOf(row.Kept).Source, errand)) return false;
-    const float value = RawToValue(row.Kept, LastRaw());
-    (this->*row.Field).Text = FixedText(value, row.Decimals);
-    values_[row.Kept] = value;
+    const auto read = ReadSlot(row.Kept, errand);
+    if (!read) return false;
+    (this->*row.Field).Text = FixedText(RawToValue(row.Kept, read->Raw), row.Decimals);
   }
-  if (!Read(Register::InputSmoothing, errand)) return false;
-  values_[Slot::InputSmoothing] = LastRaw();
-  if (LastRaw() < Combo2.Items.size()) Combo2.Choose(LastRaw());
+  const auto mode = ReadSlot(Slot::InputSmoothing, errand);
+  if (!mode) return false;
+  if (mode->Raw < Combo2.Items.size()) Combo2.Choose(mode->Raw);
   return LoadSwitch(TwoAxesInterpolation, errand) && LoadSwitch(ReversePolarity, errand);
 }
 
 bool sysConfigFrm::LoadSwitch(CheckIndex index, const Errand& errand) {
   const Slot slot = index == TwoAxesInterpolation ? Slot::Interpolation : Slot::AnalogReverse;
-  if (!Read(RowOf(slot).Source, errand)) return false;
-  values_[slot] = LastRaw();
-  if (LastRaw() == 0) return true;
+  const auto read = ReadSlot(slot, errand);
+  if (!read) return false;
+  if (!read->Good || read->Raw == 0) return true;
   // A box that becomes ticked is a click, also from here: it writes back what was read.
   Check1[index].Ticked = true;
   Check1_Click(index);
@@ -166,13 +169,13 @@ bool sysConfigFrm::LoadSwitch(CheckIndex index, const Errand& errand) {
 
 bool sysConfigFrm::LoadCurrentLimits(const Errand& errand) {
   for (const LimitField& row : LimitFields) {
-    if (!Read(RowOf(row.Kept).Source, errand)) return false;
-    const float value = RawToValue(row.Kept, LastRaw());
+    const auto read = ReadSlot(row.Kept, errand);
+    if (!read) return false;
+    const float value = RawToValue(row.Kept, read->Raw);
     const bool shown = value > 0;
     (this->*row.Field).Visible = shown;
     (this->*row.Caption).Visible = shown;
     if (shown) (this->*row.Field).Text = PlainText(value);
-    values_[row.Kept] = value;
   }
   return true;
 }

@@ -1,4 +1,5 @@
 // sysConfigFrm: OK, which checks, puts the options into the flags word and writes.
+#include "params/bulk_transfer.h"
 #include "params/parameter_table.h"
 #include "platform/number_text.h"
 #include "properties/properties_fields.h"
@@ -8,10 +9,11 @@ namespace gainsmith {
 
 void sysConfigFrm::cmdOK_Click() {
   if (!ValidateProperties()) return;
+  const Stay stay(*this);
   cmdOK.Enabled = false;
   Pointer = MousePointer::Hourglass;
   ApplyFlagOptions();
-  if (WriteProperties()) world_.Unload(*this);
+  if (WriteProperties() && !stay.Over()) world_.Unload(*this);
   cmdOK.Enabled = true;
   Pointer = MousePointer::Default;
 }
@@ -60,44 +62,45 @@ void sysConfigFrm::ApplyFlagOptions() {
   values_.DriveFlagsWord = static_cast<float>(word);
 }
 
-bool sysConfigFrm::WriteSetting(Slot slot, double value, double raw, const Errand& errand) {
-  values_[slot] = static_cast<float>(value);
-  if (link_.Write(errand, RowOf(slot).Source, static_cast<float>(raw)) == Sent::Lost) {
-    ReportFailure(errand);
-    return false;
-  }
-  return !errand.Over();
-}
-
-bool sysConfigFrm::WriteProperties() {
-  const Errand errand(link_, *this);
+std::vector<sysConfigFrm::Setting> sysConfigFrm::TakeSettings() {
+  std::vector<Setting> settings;
   const double polePairs = LeadingNumber(cboMotorPolePair.Text);
   if (polePairs != polePairs_) {
     polePairs_ = polePairs;
-    if (!WriteSetting(Slot::PolePairs, polePairs, polePairs, errand)) return false;
+    settings.push_back({Slot::PolePairs, polePairs, polePairs});
   }
   for (const LimitField& row : LimitFields) {
     const TextBox& field = this->*row.Field;
     if (!field.Visible) continue;
     const int scale = RowOf(row.Kept).Scale;
     const double raw = RoundHalfToEven(LeadingNumber(field.Text), 2) * scale;
-    if (!WriteSetting(row.Kept, raw / scale, raw, errand)) return false;
+    settings.push_back({row.Kept, raw / scale, raw});
   }
   for (const PlainField& row : PlainFields) {
     const double value = LeadingNumber(Text1[row.Index].Text);
-    if (value == text1_[row.Index]) continue;
-    if (!WriteSetting(row.Kept, value, value, errand)) return false;
+    if (value != text1_[row.Index]) settings.push_back({row.Kept, value, value});
   }
+  return settings;
+}
 
-  TakeWholeDriveFlags(values_, static_cast<std::uint16_t>(values_.DriveFlagsWord));
-  // What an earlier download left there is not the fault of this write.
-  link_.WriteFailed = false;
-  link_.WriteRegisterRetry(errand, link_.DeviceAddress, Register::Flags, values_.DriveFlagsWord);
-  if (link_.WriteFailed) {
+bool sysConfigFrm::WriteProperties() {
+  const TransferMark mark(shell_);
+  const Errand errand(link_, *this);
+  const auto word = static_cast<std::uint16_t>(values_.DriveFlagsWord);
+  for (const Setting& setting : TakeSettings()) {
+    values_[setting.Kept] = static_cast<float>(setting.Value);
+    const auto raw = static_cast<float>(setting.Raw);
+    if (link_.Write(errand, RowOf(setting.Kept).Source, raw) == Sent::Lost) {
+      ReportFailure(errand);
+      return false;
+    }
+  }
+  TakeWholeDriveFlags(values_, word);
+  if (link_.WriteRegisterRetry(errand, link_.DeviceAddress, Register::Flags, word) == Sent::Lost) {
     ReportFailure(errand);
     return false;
   }
-  return !errand.Over();
+  return true;
 }
 
 }  // namespace gainsmith

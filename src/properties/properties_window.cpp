@@ -2,12 +2,13 @@
 // fields that commit on Enter have files of their own.
 #include "properties/properties_window.h"
 
-#include <utility>
+#include "params/bulk_transfer.h"
 
 namespace gainsmith {
 
-sysConfigFrm::sysConfigFrm(World& world, Link& link, ParameterStore& values, MDIForm1& main)
-    : world_(world), link_(link), values_(values), main_(main) {
+sysConfigFrm::sysConfigFrm(World& world, Link& link, ParameterStore& values, ShellState& shell,
+                           MDIForm1& main)
+    : world_(world), link_(link), values_(values), shell_(shell), main_(main) {
   Design();
   Wire();
 }
@@ -25,6 +26,7 @@ void sysConfigFrm::Wire() {
   cmdOK.OnClick = [this] { cmdOK_Click(); };
   Command2.OnClick = [this] { Command2_Click(); };
   err.OnTimer = [this] { err_Timer(); };
+  main_.OnSettingsReplaced = [this](const std::string& why) { CloseOutdated(why); };
 }
 
 void sysConfigFrm::Command2_Click() { world_.Unload(*this); }
@@ -46,7 +48,14 @@ void sysConfigFrm::ReportFailure(const Errand& errand) {
   world_.Unload(*this);
 }
 
+void sysConfigFrm::CloseOutdated(const std::string& why) {
+  if (!Loaded) return;
+  main_.ShowNotice(Notice::Window, "The Properties window was closed: " + why + ".");
+  world_.Unload(*this);
+}
+
 void sysConfigFrm::Combo1_Click() {
+  const TransferMark mark(shell_);
   const Errand errand(link_, *this);
   const auto watts = static_cast<float>(Combo1.ChosenData());
   values_[Slot::RatedPower] = watts;
@@ -68,6 +77,7 @@ void sysConfigFrm::Check1_Click(CheckIndex index) {
 }
 
 void sysConfigFrm::Check2_Click() {
+  const TransferMark mark(shell_);
   const Errand errand(link_, *this);
   link_.LinkIdle = false;
   const Sent sent = link_.Write(errand, Register::FilterSwitch, Check2.Ticked ? 0 : 1);
@@ -75,14 +85,12 @@ void sysConfigFrm::Check2_Click() {
   link_.LinkIdle = true;
 }
 
-// Tells a failure at once, and leaves WriteFailed to those whose failure it may still hold.
-bool sysConfigFrm::WriteAtOnce(Register reg, float value) {
+void sysConfigFrm::WriteAtOnce(Register reg, float value) {
+  const TransferMark mark(shell_);
   const Errand errand(link_, *this);
-  const bool earlier = std::exchange(link_.WriteFailed, false);
-  link_.WriteRegisterRetry(errand, link_.DeviceAddress, reg, value);
-  const bool failed = std::exchange(link_.WriteFailed, earlier);
-  if (failed) link_.TellFailure(errand);
-  return !failed;
+  if (link_.WriteRegisterRetry(errand, link_.DeviceAddress, reg, value) != Sent::Lost) return;
+  link_.TellFailure(errand);
+  link_.LinkIdle = true;
 }
 
 }  // namespace gainsmith

@@ -3,11 +3,15 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "link/link.h"
 #include "params/parameter_store.h"
 #include "platform/world.h"
 #include "shell/main_window.h"
+#include "shell/shell_state.h"
 
 namespace gainsmith {
 
@@ -15,8 +19,13 @@ namespace gainsmith {
 // way. Some settings go to the drive with OK, others at once: on Enter, a choice or a click.
 // Nothing is stored in the EEPROM. Many controls are parked: they are loaded and act as any other,
 // and are never on show.
+//
+// Its load and each of its handlers that write count as a bulk transfer while they run: nothing
+// else begins that would change what they work on. A handler that writes comes to its end also when
+// the window is closed under it. The window closes by itself, and the main window says why, when
+// what it shows no longer holds (MDIForm1::OnSettingsReplaced).
 struct sysConfigFrm : Window {
-  sysConfigFrm(World& world, Link& link, ParameterStore& values, MDIForm1& main);
+  sysConfigFrm(World& world, Link& link, ParameterStore& values, ShellState& shell, MDIForm1& main);
 
   // Option1. There is no Option1(3): a set pulse mode bit has no option.
   enum OptionIndex : std::size_t {
@@ -90,8 +99,9 @@ struct sysConfigFrm : Window {
 
   // --- Load and failure.
 
-  // Reads all registers of the window. Failures are not looked at one by one: a field shows the
-  // reply that stood last. The one check stands at the flags word and starts `err`.
+  // Reads all registers of the window. After a read that failed its field shows the reply that
+  // stood last, and its slot keeps its value. The failure is looked at twice: at the flags word,
+  // where it starts `err`, and at the end, where it is reported at once.
   void Form_Load() override;
   void err_Timer();
   // Undoes nothing.
@@ -104,9 +114,9 @@ struct sysConfigFrm : Window {
   bool ValidateProperties();
   // Puts the options of the shown frames into DriveFlagsWord; all other bits stay.
   void ApplyFlagOptions();
-  // Writes what changed, the two current limits (where they are shown) and the flags word. False
-  // when a write failed, after its report, or when the window was closed meanwhile; earlier
-  // settings are in the drive then, later ones not.
+  // Writes what changed, the two current limits (where they are shown) and the flags word, as they
+  // stand at its beginning. False when a write failed, after its report: earlier settings are in
+  // the drive then, later ones not.
   bool WriteProperties();
 
   // --- What acts at once.
@@ -131,9 +141,24 @@ struct sysConfigFrm : Window {
   void DesignAnalog();
   void Wire();
 
+  // What a read of the load gave.
+  struct Reading {
+    // Of the reply that stood last, whatever it was a reply to.
+    std::uint16_t Raw;
+    bool Good;
+  };
+  // A setting that OK is to write.
+  struct Setting {
+    Slot Kept;
+    double Value;
+    double Raw;
+  };
+
   void ResetControls();
-  bool Read(Register reg, const Errand& errand);
-  std::uint16_t LastRaw() const;
+  // Nothing when the window or the port was closed: the load ends.
+  std::optional<Reading> Read(Register reg, const Errand& errand);
+  // The same of the slot's register; a good value goes into the slot.
+  std::optional<Reading> ReadSlot(Slot slot, const Errand& errand);
   bool LoadMotor(const Errand& errand);
   bool LoadGearAndOthers(const Errand& errand);
   bool LoadDeadBand(const Errand& errand);
@@ -145,13 +170,16 @@ struct sysConfigFrm : Window {
   bool LoadCurrentLimits(const Errand& errand);
 
   bool Refuse(Control& field, const char* text);
-  bool WriteSetting(Slot slot, double value, double raw, const Errand& errand);
-  bool WriteAtOnce(Register reg, float value);
+  // What OK has to write, in order, but for the flags word.
+  std::vector<Setting> TakeSettings();
+  void WriteAtOnce(Register reg, float value);
   void ReportFailure(const Errand& errand);
+  void CloseOutdated(const std::string& why);
 
   World& world_;
   Link& link_;
   ParameterStore& values_;
+  ShellState& shell_;
   MDIForm1& main_;
   // As read at the load (and, of the pole pairs, as written since), so that OK sees a change.
   double polePairs_ = 0;

@@ -37,7 +37,8 @@ void Commands::RouteFileMenu() {
 }
 
 void Commands::RouteDriveMenu() {
-  main_.mnuConnect.OnClick = WhenNoTransferRuns([this] { world_.Show(*routes_.Connect); });
+  // Also during a transfer: it starts none, and its Close ends the one that runs.
+  main_.mnuConnect.OnClick = [this] { world_.Show(*routes_.Connect); };
   main_.sysConfig.OnClick = WhenLineIsFree([this] { sysConfig_Click(); });
   main_.MnuCurrentLoop.OnClick = WhenLineIsFree([this] { MnuCurrentLoop_Click(); });
   main_.mnuPositionLoop.OnClick = WhenLineIsFree([this] { mnuPositionLoop_Click(); });

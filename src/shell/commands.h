@@ -1,7 +1,8 @@
 // Commands: what the menus and the tool bar of the main window do, and when they may.
 //
-// A command looks, in this order, at a bulk transfer under way (then it does nothing), at the port
-// (communication test) and at the mark of a window that holds the drive (exclusion test).
+// A command looks, in this order, at a bulk transfer under way (then it does nothing, unless it is
+// Connect, Exit or Help), at the port (communication test) and at the mark of a window that holds
+// the drive (exclusion test).
 #pragma once
 
 #include <functional>

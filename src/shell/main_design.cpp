@@ -98,7 +98,7 @@ void MDIForm1::PlaceClientArea() {
   lblHint.Place(left, top + 900, BlockTwips, 300);
   lblActivity.Place(left, top + 1500, BlockTwips, 300);
   prgActivity.Place(left, top + 1830, BlockTwips, 120);
-  lblNotice.Place(left, top + 2280, BlockTwips, 1200);
+  lblNotice.Place(left, top + 2280, BlockTwips, 2400);
   for (Label* label : {&lblConnection, &lblConnectionDetail, &lblHint, &lblActivity, &lblNotice}) {
     label->Alignment = TextAlignment::Centre;
   }

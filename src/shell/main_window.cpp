@@ -24,7 +24,8 @@ void MDIForm1::Form_Load() {
   PlaceClientArea();
   ShowPort("");
   EndActivity();
-  ShowNotice("");
+  notices_.fill("");
+  ShowNotice(Notice::Table, "");
 }
 
 bool MDIForm1::Form_Unload() {
@@ -82,9 +83,14 @@ void MDIForm1::EndActivity() {
   prgActivity.Visible = false;
 }
 
-void MDIForm1::ShowNotice(const std::string& text) {
-  lblNotice.Caption = text;
-  lblNotice.Visible = !text.empty();
+void MDIForm1::ShowNotice(Notice about, const std::string& text) {
+  notices_[static_cast<std::size_t>(about)] = text;
+  lblNotice.Caption.clear();
+  for (const std::string& notice : notices_) {
+    if (notice.empty()) continue;
+    lblNotice.Caption += (lblNotice.Caption.empty() ? "" : "\n") + notice;
+  }
+  lblNotice.Visible = !lblNotice.Caption.empty();
 }
 
 }  // namespace gainsmith

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
 
 #include "platform/world.h"
@@ -19,6 +20,14 @@ enum class Tool1 : std::size_t {
   PositionLoop = 5,
   Scope = 6,
   ErrorLog = 7,
+};
+
+// What a notice of the main window is about; it shows one of each, in this order.
+enum class Notice : std::size_t {
+  Table,     // the settings that the tool holds
+  Silence,   // a drive that does not answer a transfer that is under way
+  Transfer,  // how the last bulk transfer ended
+  Window,    // a window that was closed
 };
 
 struct MDIForm1 : FrameWindow {
@@ -64,8 +73,14 @@ struct MDIForm1 : FrameWindow {
   // A bulk transfer has done `done` of `total`; `what` says what it does ("Reading settings").
   void ShowActivity(const std::string& what, int done, int total);
   void EndActivity();
-  // Something the user should know that no message box tells; empty takes it away.
-  void ShowNotice(const std::string& text);
+  // Something the user should know that no message box tells; it stays until another text takes
+  // its place, or an empty one.
+  void ShowNotice(Notice about, const std::string& text);
+
+  // Raised when the table is about to be filled anew, or when the connection ends or goes to
+  // another drive: what the properties window shows, if it is open, no longer holds. `why` is as "a
+  // file was opened".
+  std::function<void(const std::string& why)> OnSettingsReplaced = [](const std::string&) {};
 
  private:
   void DesignMenus();
@@ -76,6 +91,7 @@ struct MDIForm1 : FrameWindow {
 
   World& world_;
   ShellState& shell_;
+  std::array<std::string, 4> notices_;
 };
 
 }  // namespace gainsmith

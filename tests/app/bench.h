@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "app/tool.h"
+#include "params/drive_flags.h"
+#include "params/parameter_table.h"
 #include "support/messages.h"
 #include "support/virtual_user.h"
 
@@ -50,6 +52,18 @@ struct Bench {
     EXPECT_FALSE(tool.mdiForm1.lblActivity.Visible);
     EXPECT_EQ(world.ScreenPointer, MousePointer::Default);
     EXPECT_TRUE(tool.form2.openPort.Enabled);
+  }
+
+  // Each setting of the table is one word with the drive's register.
+  void ExpectSettingsInTheDrive() {
+    for (const Slot slot : WriteOrder()) {
+      const ParameterRow& row = RowOf(slot);
+      const bool flags = row.Source == Register::Flags;
+      const float value =
+          flags ? FlagsToSend(tool.parameters) : ValueToRaw(slot, tool.parameters[slot]);
+      const auto reg = static_cast<std::size_t>(row.Source);
+      EXPECT_EQ(PackWord(value), device.Drive.Registers().Values[reg]) << row.Name;
+    }
   }
 
   VirtualWorld world;

@@ -1,6 +1,7 @@
 // The connection and the windows that move no motor, with the line lost at each of their exchanges:
 // whatever they were doing, they close, and after the next connect they work as if nothing had
-// been.
+// been. Nothing that the user has not changed is another setting afterwards, in the drive or in the
+// table.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -68,6 +69,12 @@ const Scene Scenes[] = {
        }
      },
      [](Tool& tool) -> Window& { return tool.form4; }},
+    {"properties",
+     [](Bench& bench) {
+       bench.user.Click(bench.tool.mdiForm1[Tool1::Properties]);
+       (void)bench.user.TryClick(bench.tool.sysConfig.cmdOK);
+     },
+     [](Tool& tool) -> Window& { return tool.sysConfig; }},
     {"console",
      [](Bench& bench) {
        bench.user.Click(bench.tool.benchMenu->mnuTestConsole);
@@ -94,6 +101,8 @@ const Scene Scenes[] = {
 // What happens to the drive before one request.
 const std::pair<const char*, void (*)(Bench&)> Blows[] = {
     {"silent", [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::Silent); }},
+    {"silent for a while",
+     [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::Silent, sim::Hits::Next(5)); }},
     {"unplugged", [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::HangUp); }},
     {"power off and on",
      [](Bench& bench) { bench.device.Drive.Reset(bench.world.NowMs() * 1000); }},
@@ -132,6 +141,7 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
           EXPECT_GT(std::count(known.begin(), known.end(), text), 0) << text;
         }
         bench.ExpectAtRest();
+        bench.ExpectSettingsInTheDrive();
 
         bench.ConnectAnew();
         EXPECT_EQ(tool.mdiForm1.lblConnection.Caption, "Connected");

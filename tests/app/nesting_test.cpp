@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <span>
 
 #include "bench.h"
 #include "simulator/registers.h"
@@ -25,6 +26,14 @@ void Confirm(Bench& bench, MenuItem& item) {
   bench.user.Click(item);
 }
 
+// With rows from a file, which Write RAM needs.
+void UseGrid(Bench& bench, Button Form8::*button) {
+  bench.user.Click(bench.tool.benchMenu->mnuParameters);
+  bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, "/program/default.ini"}};
+  bench.user.Click(bench.tool.form8.Command1);
+  bench.user.Click(bench.tool.form8.*button);
+}
+
 const Command Transfers[] = {
     {"download", [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuDownloadToDrive); }},
     {"reset", [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuReset); }},
@@ -34,12 +43,15 @@ const Command Transfers[] = {
        bench.user.Click(bench.tool.mdiForm1.mnuFileOpen);
      }},
     {"read", [](Bench& bench) { bench.tool.mdiForm1.ReadFromDrive.OnClick(); }},
+    {"grid read", [](Bench& bench) { UseGrid(bench, &Form8::readdata); }},
+    {"grid write", [](Bench& bench) { UseGrid(bench, &Form8::writedata); }},
+    {"grid store", [](Bench& bench) { UseGrid(bench, &Form8::EEProm); }},
 };
 const Command& Download = Transfers[0];
 
 // The tool, connected, with nothing logged yet.
 struct ConnectedBench : Bench {
-  ConnectedBench() {
+  ConnectedBench() : Bench({}, Edition::ServiceBench) {
     Connect();
     TakeFrames();
     EXPECT_TRUE(TakeMessages().empty());
@@ -93,7 +105,7 @@ TEST(Nesting, TheExitQuestionAtAnyMomentOfATransfer) {
 }
 
 TEST(Nesting, ADeviceThatGoesAwayAtAnyRequestOfATransfer) {
-  for (const Command& command : Transfers) {
+  for (const Command& command : std::span(Transfers).first(4)) {
     const Undisturbed whole(command);
     const int requests = static_cast<int>(whole.Frames.size());
     for (int request = 1; request <= requests; request += 4) {
@@ -165,19 +177,76 @@ TEST(Nesting, NoWindowOpensBesideAGainThatIsStillOnItsWay) {
   EXPECT_EQ(tool.form3.Text1[Form3::VelocityKp].Text, "77");
 }
 
-TEST(Nesting, TheConnectDialogLeftOpenDoesNotSplitATransfer) {
-  ConnectedBench bench;
-  bench.user.Click(bench.tool.mdiForm1.mnuConnect);
-  ComboBox& devices = bench.tool.form2.Combo1[Form2::DeviceList];
-  bench.world.At(3000, [&] {
-    bench.user.Choose(devices, 5);
-    bench.user.Click(bench.tool.form2.openPort);
-  });
-  Download.Give(bench);
-  EXPECT_EQ(bench.TakeMessages().back(), Downloaded);
-  EXPECT_EQ(devices.Text, "1");
-  EXPECT_TRUE(bench.world.IsPortOpen());
-  for (const LoggedFrame& frame : bench.world.Log.Frames()) EXPECT_EQ(frame.Bytes[0], 1);
+// Drive, Connect, Close: the way out of a transfer, and the only one.
+TEST(Nesting, CloseEndsATransferAtAnyMoment) {
+  for (const Command& command : Transfers) {
+    const Undisturbed whole(command);
+    for (std::int64_t delayMs = 1; delayMs < whole.LastsMs; delayMs += 487) {
+      SCOPED_TRACE(std::string(command.Name) + " after " + std::to_string(delayMs));
+      ConnectedBench bench;
+      MDIForm1& main = bench.tool.mdiForm1;
+      Form2& dialog = bench.tool.form2;
+      main.CurrentConfigFile = main.Caption = "before";
+      std::size_t frames = 0;
+      std::size_t messages = 0;
+      bench.world.At(delayMs, [&] {
+        bench.user.Click(main.mnuConnect);
+        // Another drive is not for the second half of a transfer.
+        bench.user.Choose(dialog.Combo1[Form2::DeviceList], 5);
+        EXPECT_EQ(dialog.Combo1[Form2::DeviceList].Text, "1");
+        bench.user.Click(dialog.openPort);
+        bench.user.Click(dialog.openPort);
+        EXPECT_FALSE(bench.world.IsPortOpen()) << "no opening before the transfer has ended";
+        frames = bench.world.Log.Frames().size();
+        messages = bench.world.Messages.size();
+      });
+      command.Give(bench);
+      EXPECT_EQ(bench.world.Log.Frames().size(), frames);
+      EXPECT_EQ(bench.world.Messages.size(), messages);
+      EXPECT_EQ(main.CurrentConfigFile + main.Caption, "beforebefore");
+      EXPECT_TRUE(main.lblNotice.Caption.starts_with("The connection was closed while "));
+      EXPECT_FALSE(main.mnuFileOpen.Enabled || main.ErrCheck.Enabled);
+      bench.world.RunFor(100);
+      bench.ExpectAtRest();
+      EXPECT_FALSE(bench.tool.form8.Loaded && bench.tool.form8.Frame1.Visible);
+
+      bench.user.Click(dialog.openPort);
+      EXPECT_EQ(main.lblConnection.Caption, "Connected");
+      EXPECT_EQ(main.lblNotice.Caption, "");
+    }
+  }
+}
+
+TEST(Nesting, APropertiesWindowLeftOpenClosesWhenItNoLongerHolds) {
+  const struct {
+    const char* What;
+    std::function<void(Bench&)> Do;
+    const char* Why;  // nullptr: it stays
+  } cases[] = {
+      {"download", Transfers[0].Give, nullptr},
+      {"reset", Transfers[1].Give, "a file was loaded"},
+      {"open", Transfers[2].Give, "a file was loaded"},
+      {"read", Transfers[3].Give, "the drive's settings were read anew"},
+      {"grid", [](Bench& bench) { UseGrid(bench, &Form8::Command2); }, "a file was loaded"},
+      {"port closed", [](Bench& bench) { bench.Connect(); }, "the connection was closed"},
+      {"another drive",
+       [](Bench& bench) {
+         bench.user.Click(bench.tool.mdiForm1.mnuConnect);
+         bench.user.Choose(bench.tool.form2.Combo1[Form2::DeviceList], 2);
+       },
+       "another device number was chosen"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.What);
+    ConnectedBench bench;
+    const Tool& tool = bench.tool;
+    bench.user.Click(bench.tool.mdiForm1[Tool1::Properties]);
+    c.Do(bench);
+    EXPECT_EQ(tool.sysConfig.Loaded, c.Why == nullptr);
+    EXPECT_EQ(
+        tool.mdiForm1.lblNotice.Caption,
+        c.Why == nullptr ? "" : std::string("The Properties window was closed: ") + c.Why + ".");
+  }
 }
 
 TEST(Nesting, TheConnectionClosedUnderAWindowThatLoads) {

@@ -47,12 +47,15 @@ struct ErrorLogBench {
     Shell.ChildWindowOpen = true;
     World.ShowModal(Window);
   }
-  // Lamps that are dark now, and those that are not green.
+  // Lamps that are dark now, that are red, and that say nothing.
   Indices Dark() const {
     return Lamps([](const Lamp& lamp) { return !lamp.Visible; });
   }
   Indices Red() const {
-    return Lamps([](const Lamp& lamp) { return lamp.BackColor != 65280; });
+    return Lamps([](const Lamp& lamp) { return lamp.BackColor == 255; });
+  }
+  std::size_t Unread() const {
+    return Lamps([](const Lamp& lamp) { return lamp.BackColor == DefaultColour; }).size();
   }
   Indices Lamps(bool (*are)(const Lamp&)) const {
     Indices indices;
@@ -69,7 +72,8 @@ TEST(ErrorLog, ShowsTheTenKindsOfEachEntryAndNothingOfTheUpperBits) {
   bench.Open();
   EXPECT_EQ(bench.World.Log.Texts(), (Texts{"R 16x10"}));
   EXPECT_EQ(bench.Red(), (Indices{0, 16 + 9, 3 * 16, 3 * 16 + 1, 9 * 16 + 7}));
-  EXPECT_EQ(bench.Window.Shape1[0].BackColor, 255U);
+  EXPECT_EQ(bench.Window.Shape1[1].BackColor, 65280U);
+  EXPECT_EQ(bench.Unread(), 60U) << "those without a meaning";
   EXPECT_TRUE(bench.Window.BlinkRunning);
 }
 
@@ -124,10 +128,13 @@ TEST(ErrorLog, AnEraseShowsWhatIsLeft) {
   bench.Open();
   bench.World.RunFor(300);
   bench.World.TakeFrames();
-  bench.World.At(30, [&] {
-    EXPECT_FALSE(bench.User.TryClick(erase));
-    EXPECT_EQ(bench.Window.Pointer, MousePointer::Hourglass);
-  });
+  // In the write and in the read behind it.
+  for (const int delayMs : {30, 150}) {
+    bench.World.At(delayMs, [&] {
+      EXPECT_FALSE(bench.User.TryClick(erase) || bench.User.TryClick(bench.EraseAll));
+      EXPECT_EQ(bench.Window.Pointer, MousePointer::Hourglass);
+    });
+  }
   const std::int64_t start = bench.World.NowMs();
   bench.User.Click(erase);
   EXPECT_EQ(bench.World.Log.Texts(), (Texts{"W 16=0", "R 16x10"}));
@@ -159,10 +166,11 @@ TEST(ErrorLog, AFailureIsToldOnceAndAFailedEraseClosesTheWindow) {
     std::size_t Frames;
     bool Stays;
     Indices Red;
+    std::size_t Unread;
   } cases[] = {
-      {"at the opening", 60'000, 0, "R 16x10", 5, true, {}},
-      {"inside a pass", 380, 379, "W 16=1", 1 + 5, false, {}},
-      {"behind the erase", 1030, 1090, "R 16x10", 2 + 5, true, {0, 16 + 3}},
+      {"at the opening", 60'000, 0, "R 16x10", 5, true, {}, 160},
+      {"inside a pass", 380, 379, "W 16=1", 1 + 5, false, {}, 160},
+      {"behind the erase", 1030, 1090, "R 16x10", 2 + 5, true, {0, 16 + 3}, 60},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.What);
@@ -178,6 +186,7 @@ TEST(ErrorLog, AFailureIsToldOnceAndAFailedEraseClosesTheWindow) {
     EXPECT_EQ(bench.Window.Loaded, c.Stays);
     EXPECT_FALSE(bench.Window.Timer1.Enabled());
     EXPECT_EQ(bench.Red(), c.Red);
+    EXPECT_EQ(bench.Unread(), c.Unread);
   }
 }
 
@@ -189,6 +198,8 @@ TEST(ErrorLog, AClosingDuringAnEraseBetweenPassesReadsNoMore) {
   bench.User.Click(bench.EraseAll);
   EXPECT_EQ(bench.World.Log.Texts().back(), "W 16=1");
   EXPECT_FALSE(bench.Window.Loaded || bench.Window.Timer1.Enabled());
+  bench.Open();
+  EXPECT_TRUE(bench.User.CanReach(bench.EraseAll));
 }
 
 }  // namespace

@@ -75,14 +75,23 @@ TEST(TestConsole, AFailedReadEndsTheTickAndTheNextBeginsAnew) {
   EXPECT_EQ(bench.World.Log.Texts(), Tick);
 }
 
-TEST(TestConsole, ClosingDuringATickEndsItWithoutAMessage) {
-  for (const int silent : {-1, 153}) {
-    ConsoleBench bench;
-    bench.SilentRegister = silent;
-    bench.World.At(150, [&] { bench.User.Close(bench.Window); });
-    bench.Window.Timer1_Timer();
-    EXPECT_EQ(bench.World.Log.Frames().back().Register(), 153);
-    EXPECT_TRUE(bench.World.Messages.empty());
+TEST(TestConsole, ClosingTheWindowOrThePortDuringATickEndsTheWatchingWithoutAMessage) {
+  for (const bool port : {false, true}) {
+    for (const int silent : {-1, 153}) {
+      ConsoleBench bench;
+      bench.SilentRegister = silent;
+      bench.User.Click(bench.Window.Command1);
+      bench.User.Click(bench.Window.Command1);
+      bench.World.At(1200 + 150, [&] {
+        if (port) return bench.TheLink.ClosePort();
+        bench.User.Close(bench.Window);
+      });
+      bench.World.RunFor(5000);
+      EXPECT_EQ(bench.World.Log.Frames().back().Register(), 153);
+      EXPECT_TRUE(bench.World.Messages.empty());
+      EXPECT_FALSE(bench.Window.Timer1.Enabled());
+      EXPECT_EQ(bench.Window.Command1.Caption, port ? "Ok?" : "Abort?");
+    }
   }
 }
 

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -26,6 +27,16 @@ constexpr int WriteReplyWait = 53;
 constexpr int PollWait = 51;
 constexpr int WholeMs = SendMs + ReplyWait + PollWait + ReplyWait;
 
+// A device may go away between the count of its bytes and their reading.
+struct VanishingWorld : VirtualWorld {
+  std::size_t ReadAtMost = 1000;
+  std::vector<std::uint8_t> ReadAll() override {
+    std::vector<std::uint8_t> bytes = VirtualWorld::ReadAll();
+    bytes.resize(std::min(bytes.size(), ReadAtMost));
+    return bytes;
+  }
+};
+
 class LinkTest : public testing::Test {
  protected:
   void SetUp() override {
@@ -36,7 +47,7 @@ class LinkTest : public testing::Test {
   std::int64_t Elapsed() { return world.NowMs() - start; }
   bool Read(Register reg) { return link.Read(errand, reg) == Sent::Taken; }
 
-  VirtualWorld world;
+  VanishingWorld world;
   DriveDevice device;
   Link link{world};
   Errand errand{link};
@@ -155,6 +166,16 @@ TEST_F(LinkTest, AnAttemptIsSpoiltByEachFaultOfAReplyAndMadeAgain) {
         Sent::Taken);
     EXPECT_EQ(world.Log.Frames().size(), 2U);
     EXPECT_EQ(Elapsed(), SendMs + wait + c.SpoiltMs + SendMs + wait + PollWait + wait);
+  }
+}
+
+TEST_F(LinkTest, AReplyThatIsShorterThanItsCountFailsTheAttemptAndIsNotKept) {
+  ASSERT_TRUE(Read(Register::EncoderCounts));
+  for (const std::size_t bytes : {0U, 3U}) {
+    world.ReadAtMost = bytes;
+    EXPECT_FALSE(Read(Register::PolePairs));
+    EXPECT_EQ(link.LinkErrorCount, 1);
+    EXPECT_EQ(link.Raw(), 4000) << "the last that was complete";
   }
 }
 

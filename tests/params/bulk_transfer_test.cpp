@@ -167,6 +167,7 @@ TEST_F(BulkTest, AResetLoadsDownloadsAndStoresTheFactoryValues) {
   EXPECT_EQ(bench.Register(0xF7), 100);
   // Mode 1 is 20 hexadecimal; bit 0, which has no slot, is the drive's own.
   EXPECT_EQ(bench.Register(0xFF), 0x01EF);
+  EXPECT_EQ(store.DriveFlagsWord, 0x01EF);
   EXPECT_EQ(bench.Main.Caption, MainTitle);
   EXPECT_TRUE(bench.Main.CurrentConfigFile.empty());
   ExpectAtRest();

@@ -59,7 +59,8 @@ TEST_F(ConfigFileTest, AFileThatCannotBeUsedDownloadsNothing) {
       {"cancelled", {}, "", {}},
       {"a dialog that fails", {Outcome::Failed, ""}, "", {fatal}},
       {"a missing file", {Outcome::Chosen, "/none.tvd"}, "", {fatal}},
-      {"a bad line", {Outcome::Chosen, Path}, "0& 5 \r\n12 \r\n", {fatal}},
+      {"a bad first line", {Outcome::Chosen, Path}, "0& 5x \r\n", {fatal}},
+      {"a bad second line", {Outcome::Chosen, Path}, "0& 5 \r\n12 \r\n", {fatal}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.What);
@@ -70,8 +71,40 @@ TEST_F(ConfigFileTest, AFileThatCannotBeUsedDownloadsNothing) {
     EXPECT_TRUE(bench.World.Log.Frames().empty());
     EXPECT_TRUE(bench.Main.CurrentConfigFile.empty());
     EXPECT_FALSE(bench.Main.mnuFileClose.Enabled);
+    EXPECT_EQ(bench.Main.lblNotice.Visible, bench.Store[Slot::CurrentKp] == 5);
   }
   EXPECT_EQ(bench.World.FileDialogs, Texts(std::size(cases), "*.tvd|*.tvd|"));
+
+  // What the table holds is said until it is whole again, whatever else is done with it.
+  const std::string mixture =
+      "motor.tvd could not be read to its end: the tool now holds a mixture of its settings and "
+      "the "
+      "earlier ones. Do not save or download it. Open a whole file, or close the connection and "
+      "open "
+      "it again to read the drive.";
+  EXPECT_EQ(bench.Main.lblNotice.Caption, mixture);
+  bench.World.At(1000, [&] { bench.Line.ClosePort(); });
+  bench.Main.ReadFromDrive.OnClick();
+  EXPECT_TRUE(bench.Main.lblNotice.Caption.starts_with(mixture + "\nThe connection was closed"));
+  bench.ConnectDrive();
+  EXPECT_EQ(bench.Main.lblNotice.Caption, "");
+}
+
+TEST_F(ConfigFileTest, AFileOpenedWithADeadDriveSaysSoWhileItLasts) {
+  bench.World.Files[Path] = Present();
+  bench.Choose(Path);
+  bench.Inject(sim::Fault::Silent, sim::Hits::Next(8));
+  const std::string& notice = bench.Main.lblNotice.Caption;
+  bench.World.At(4000, [&] {
+    EXPECT_EQ(notice,
+              "The drive is not answering. To end this, choose Drive, Connect and press "
+              "Close.");
+  });
+  bench.World.At(7000, [&] { EXPECT_EQ(notice, "") << "it answers again"; });
+  bench.User.Click(bench.Main.mnuFileOpen);
+  EXPECT_EQ(notice,
+            "The drive did not take: Current Loop Proportional Gain, Current Loop Integral Gain");
+  EXPECT_EQ(bench.TakeMessages().size(), 1U) << "the words of success are fixed";
 }
 
 TEST_F(ConfigFileTest, SaveAsAsksBeforeItReplacesAndKeepsTheOldFileWhereItFails) {

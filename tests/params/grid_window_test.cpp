@@ -19,7 +19,7 @@ constexpr const char* FilePath = "/home/motor.tvd";
 
 struct GridTest : testing::Test {
   StoreBench bench;
-  Form8 form{bench.World, bench.Line, bench.Store, bench.Shell, bench.Transfer};
+  Form8 form{bench.World, bench.Line, bench.Store, bench.Shell, bench.Main, bench.Transfer};
 
   void SetUp() override {
     bench.ConnectDrive();
@@ -150,8 +150,10 @@ TEST_F(GridTest, OpenFileFailsSilentlyAndRebuildsOnlyOnceAFileWasGood) {
   OpenFile("0& 7 \r\n1& bad \r\n");
   EXPECT_EQ(bench.Store[Slot::CurrentKp], 7) << "the line before the bad one";
   EXPECT_TRUE(Rows().empty());
+  EXPECT_TRUE(bench.Main.lblNotice.Caption.starts_with("motor.tvd could not be read to its end"));
 
   OpenFile(Config(3));
+  EXPECT_EQ(bench.Main.lblNotice.Caption, "");
   ASSERT_EQ(Rows().size(), 51U);
   EXPECT_EQ(form.MSFlexGrid1.Rows[50][2], "3");
   OpenFile("0& 8 \r\n");

@@ -49,7 +49,7 @@ TEST(DriveFlags, AWordIsExpandedIntoItsSlots) {
   }
 }
 
-TEST(DriveFlags, ADownloadSendsTheWholeWordOrTheSlotsOverTheLastWord) {
+TEST(DriveFlags, ADownloadOfAFileSendsTheWholeWordOrTheSlotsOverTheLastWord) {
   const struct {
     const char* What;
     float LastWord;
@@ -60,6 +60,8 @@ TEST(DriveFlags, ADownloadSendsTheWholeWordOrTheSlotsOverTheLastWord) {
       {"bits without a slot are kept", 0xFE01, {1, 0, 0, 0, 0, 0, 0}, 0xFE03},
       {"slots over other slots", 0x01FE, {0, 1, 0, 1, 0, 0, 0}, 0x00A0},
       {"velocity mode", 0x0000, {0, 2, 0, 0, 0, 0, 0}, 0x0010},
+      {"a word that looks like a bit", 0x0001, {1, 0, 0, 0, 0, 0, 0}, 0x0001},
+      {"a bit that looks like a word", 0x0001, {1, 0, 0, 0, 0, 1, 0}, 0x0103},
       {"an unknown mode keeps the bits", 0x0030, {0, 3, 0, 0, 0, 0, 0}, 0x0030},
       {"anything but 0 sets", 0x0000, {1, 0, 5, 0, 0, 1, 0}, 0x0142},
   };
@@ -67,6 +69,7 @@ TEST(DriveFlags, ADownloadSendsTheWholeWordOrTheSlotsOverTheLastWord) {
     ParameterStore store;
     store.DriveFlagsWord = c.LastWord;
     for (std::size_t i = 0; i < c.Slots.size(); ++i) store.ParameterValues[22 + i] = c.Slots[i];
+    TakeFileFlags(store);
     EXPECT_EQ(FlagsToSend(store), c.Sent) << c.What;
   }
 }

@@ -24,7 +24,7 @@ struct PropertiesBench {
   ParameterStore Values;
   ShellState Shell;
   MDIForm1 Main{World, Shell};
-  sysConfigFrm Window{World, TheLink, Values, Main};
+  sysConfigFrm Window{World, TheLink, Values, Shell, Main};
   VirtualUser User{World};
   std::map<std::string, Control*> Fields;
 

@@ -2,6 +2,7 @@
 // parked, so that the tests call them as the keyboard and the load do.
 #include <gtest/gtest.h>
 
+#include "params/parameter_table.h"
 #include "properties_bench.h"
 
 namespace gainsmith::test {
@@ -70,6 +71,51 @@ TEST(PropertiesCommits, ChoicesAndClicksWriteAtOnce) {
   EXPECT_EQ(bench.Values[Slot::RatedPower], 1500);
   EXPECT_EQ(bench.Values[Slot::InputSmoothing], 6);
   EXPECT_EQ(bench.Values[Slot::AnalogReverse], 0) << "the boxes' slots keep what was read";
+}
+
+// At any moment of a commit: the same again commits nothing, another value is the one that stays.
+TEST(PropertiesCommits, TheNewestOfTwoIsInFieldSlotAndDrive) {
+  const struct {
+    const char* Field;
+    const char* First;
+    const char* Second;
+    Slot Kept;
+    int Register;
+    std::uint16_t Word;
+    bool Again;  // the first once more sends again
+  } cases[] = {
+      {"Text3", "1.25", "2.5", Slot::Resistance, 247, 250, false},
+      {"Text10", "1.5", "2.5", Slot::AnalogPeakCurrent, 40, 25, false},
+      {"Combo1", "400", "750", Slot::RatedPower, 252, 750, true},
+      {"Combo2", "Mode 1", "Mode 2", Slot::InputSmoothing, 51, 2, true},
+  };
+  const auto commit = [](PropertiesBench& bench, const std::string& field, const char* text) {
+    if (!field.starts_with("Combo")) {
+      bench.Text(field) = text;
+      return bench.Enter(field);
+    }
+    auto& list = *static_cast<ComboBox*>(bench.Fields.at(field));
+    while (list.Text != text)
+      list.Choose((list.ListIndex + 1) % static_cast<int>(list.Items.size()));
+    list.OnClick();
+  };
+  for (const auto& c : cases) {
+    for (int delayMs = 1; delayMs < 173; delayMs += 4) {
+      SCOPED_TRACE(c.Field + (" " + std::to_string(delayMs)));
+      PropertiesBench bench;
+      bench.Open();
+      bench.World.At(delayMs, [&] { commit(bench, c.Field, c.First); });
+      commit(bench, c.Field, c.First);
+      EXPECT_TRUE(c.Again || bench.World.Log.Frames().size() == 1);
+      bench.World.At(delayMs, [&] { commit(bench, c.Field, c.Second); });
+      commit(bench, c.Field, c.First);
+      EXPECT_EQ(bench.Device.Drive.Registers().Values[static_cast<std::size_t>(c.Register)],
+                c.Word);
+      EXPECT_EQ(PackWord(ValueToRaw(c.Kept, bench.Values[c.Kept])), c.Word);
+      EXPECT_EQ(bench.Text(c.Field), c.Second);
+      EXPECT_TRUE(bench.World.Messages.empty());
+    }
+  }
 }
 
 TEST(PropertiesCommits, AFailedWriteIsToldOnceAndOnlyMotorFieldsCloseTheWindow) {

@@ -1,7 +1,6 @@
 // The load of the properties window: order of reads, what lands where, modes, failures.
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <set>
 
 #include "properties_bench.h"
@@ -17,7 +16,9 @@ TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
   bench.Set({{252, 750}, {247, 254}, {248, 260}, {249, 7}, {250, 1234}, {251, 13}, {34, 3}});
   bench.Set({{56, 25}, {40, 235}, {41, 12}, {39, 3000}, {51, 3}, {245, 350}, {246, 200}});
   bench.Set({{55, 1}, {58, 5}});
+  bench.TheLink.ReadFailed = true;  // of an earlier connect
   bench.World.ShowModal(bench.Window);
+  EXPECT_FALSE(bench.Window.err.Enabled() || !bench.World.Messages.empty());
   // A box that the load ticks writes back at once.
   EXPECT_EQ(bench.TakeFrames(),
             "R 252, R 247, R 248, R 249, R 250, R 251, R 34, R 14, R 15, R 18, R 19, R 56, R 255, "
@@ -130,47 +131,33 @@ TEST(PropertiesLoad, ALimitOfZeroIsHiddenAndNeitherCheckedNorWritten) {
   }
 }
 
-TEST(PropertiesLoad, AFailedReadShowsTheReplyThatStoodLast) {
-  PropertiesBench bench;
-  bench.Set({{18, 1234}, {255, 0x0040}});
-  // Ten reads stand before the one that fails.
-  bench.World.At(10 * ReadMs + 1,
-                 [&] { bench.Device.Drive.Inject(sim::Fault::Silent, sim::Hits::Next(4)); });
-  bench.World.ShowModal(bench.Window);
-  EXPECT_EQ(bench.Text("Text1(3)"), "1234");
-  // The flags word was read well, but the check behind it finds the earlier failure.
-  EXPECT_EQ(bench.TakeMessages(), Messages{LostLink});
-  EXPECT_FALSE(bench.Window.Loaded);
-  EXPECT_EQ(bench.Values.DriveFlagsWord, 0);
-}
-
-TEST(PropertiesLoad, ADriveThatGoesAtAnyExchange) {
-  constexpr int FlagsExchange = 12;
-  constexpr int Exchanges = 22;
+TEST(PropertiesLoad, AFailedReadShowsTheReplyThatStoodLastAndLeavesItsSlotAlone) {
   const struct {
     const char* What;
-    std::function<void(PropertiesBench&)> Do;
-    bool Lasts;
-  } blows[] = {
-      {"silent", [](auto& b) { b.Device.Drive.Inject(sim::Fault::Silent); }, true},
-      {"unplugged", [](auto& b) { b.Device.Drive.Inject(sim::Fault::HangUp); }, true},
-      {"power off and on", [](auto& b) { b.Device.Drive.Reset(b.World.NowMs() * 1000); }, false},
+    int ReadsBefore;
+    const char* Field;
+    const char* Shown;
+    Slot Kept;
+  } cases[] = {
+      {"before the flags word", 10, "Text1(3)", "1234", Slot::EncoderCounts},
+      {"a switch behind it", 18, "Combo2", "Mode 3", Slot::Interpolation},
+      {"the last", 21, "txtRatedCurrent", "6", Slot::RatedCurrentLimit},
   };
-  for (const auto& blow : blows) {
-    for (int at = 0; at < Exchanges; ++at) {
-      SCOPED_TRACE(blow.What + (" at " + std::to_string(at)));
-      PropertiesBench bench;
-      // No stale reply is to tick a box.
-      bench.Set({{56, 0}, {40, 0}, {41, 0}, {39, 0}, {51, 0}});
-      bench.World.At(at * ReadMs + 1, [&] { blow.Do(bench); });
-      bench.World.ShowModal(bench.Window);
-      bench.World.RunFor(5000);
-      // Up to the flags word one report, and the window is gone. Behind it a read fails unseen.
-      const bool reported = blow.Lasts && at <= FlagsExchange;
-      EXPECT_EQ(bench.Window.Loaded, !reported);
-      EXPECT_FALSE(reported && bench.TheLink.ReadFailed);
-      EXPECT_EQ(bench.TakeMessages(), Messages(reported ? 1 : 0, LostLink));
-    }
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.What);
+    PropertiesBench bench;
+    bench.Set({{18, 1234}, {255, 0x0040}, {51, 3}});
+    bench.Values[c.Kept] = 9;
+    bench.World.At(c.ReadsBefore * ReadMs + 1,
+                   [&] { bench.Device.Drive.Inject(sim::Fault::Silent, sim::Hits::Next(4)); });
+    bench.World.ShowModal(bench.Window);
+    EXPECT_EQ(bench.Text(c.Field), c.Shown);
+    EXPECT_EQ(bench.Values[c.Kept], 9);
+    EXPECT_FALSE(bench.Window.Check1[0].Ticked);
+    EXPECT_TRUE(bench.World.Log.Writes(55).empty());
+    EXPECT_EQ(bench.Values.DriveFlagsWord, c.ReadsBefore < 12 ? 0 : 0x0040);
+    EXPECT_EQ(bench.TakeMessages(), Messages{LostLink});
+    EXPECT_FALSE(bench.Window.Loaded || bench.TheLink.ReadFailed || !bench.TheLink.LinkIdle);
   }
 }
 

@@ -1,6 +1,8 @@
 // OK of the properties window: checks, options, writes in order, and what a failure leaves.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "params/drive_flags.h"
 #include "properties_bench.h"
 
@@ -70,6 +72,7 @@ TEST(PropertiesOk, OnlyTheFourShownBitsFollowTheOptions) {
       {0xFFFF, {UpRisingEdge, DirectionNegative, EnableLow, AlarmActiveHigh}, 0xFF39},
       {0x0139, {EnableHigh}, 0x0179},
       {0x0010, {FallingEdge}, 0x0012},
+      {0x0001, {}, 0x0001},
   };
   for (const auto& c : cases) {
     PropertiesBench bench;
@@ -157,19 +160,40 @@ TEST(PropertiesOk, WithEverythingChangedWritesInOrderAndStopsAtAFailure) {
   }
 }
 
-TEST(PropertiesOk, CancelInTheMiddleStopsTheWritesThatAreToCome) {
-  PropertiesBench bench;
-  bench.Open();
-  ChangeEverything(bench);
-  bench.World.At(200, [&] {
-    EXPECT_FALSE(bench.User.TryClick(bench.Window.cmdOK));
-    EXPECT_EQ(bench.Window.Pointer, MousePointer::Hourglass);
-    bench.User.Click(bench.Window.Command2);
-  });
-  bench.User.Click(bench.Window.cmdOK);
-  EXPECT_EQ(bench.TakeFrames(), "W 34=2, W 245=1600");
-  EXPECT_FALSE(bench.Window.Loaded);
-  EXPECT_TRUE(bench.World.Messages.empty());
+TEST(PropertiesOk, OnceBegunItIsFinishedOrTold) {
+  const struct {
+    const char* What;
+    std::function<void(PropertiesBench&)> Disturb;
+    bool Lost;
+  } cases[] = {
+      {"Cancel", [](auto& b) { b.User.Click(b.Window.Command2); }, false},
+      {"a field typed into", [](auto& b) { b.Text("Text1(2)") = "70000"; }, false},
+      {"another drive", [](auto& b) { b.Main.OnSettingsReplaced("test"); }, false},
+      {"the port closed and opened anew",
+       [](auto& b) {
+         b.TheLink.ClosePort();
+         b.Main.OnSettingsReplaced("test");
+         b.TheLink.OpenPort();
+       },
+       true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.What);
+    PropertiesBench bench;
+    bench.Open();
+    ChangeEverything(bench);
+    bench.World.At(200, [&] {
+      EXPECT_FALSE(bench.User.TryClick(bench.Window.cmdOK));
+      EXPECT_EQ(bench.Window.Pointer, MousePointer::Hourglass);
+      EXPECT_TRUE(bench.Shell.BulkTransferRunning) << "nothing else begins meanwhile";
+      c.Disturb(bench);
+    });
+    bench.User.Click(bench.Window.cmdOK);
+    const Texts begun(EverythingFrames.begin(), EverythingFrames.begin() + 2);
+    EXPECT_EQ(bench.World.Log.Texts(), c.Lost ? begun : EverythingFrames);
+    EXPECT_EQ(bench.TakeMessages(), Messages(c.Lost ? 1 : 0, LostLink));
+    EXPECT_FALSE(bench.Window.Loaded || bench.Shell.BulkTransferRunning);
+  }
 }
 
 }  // namespace
