@@ -1,7 +1,7 @@
 // How many seconds of its world the simulated motor runs in one second.
 #include <benchmark/benchmark.h>
 
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 #include "simulator/servo.h"
 
 namespace gainsmith::sim {

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "simulator/bank/error_log.h"
 #include "simulator/current_loop.h"
-#include "simulator/error_log.h"
 #include "simulator/motion_loops.h"
 #include "simulator/motor_model.h"
 #include "simulator/overload_guard.h"

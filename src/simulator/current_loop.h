@@ -4,8 +4,8 @@
 #include <array>
 #include <cstdint>
 
+#include "simulator/bank/registers.h"
 #include "simulator/noise.h"
-#include "simulator/registers.h"
 
 namespace gainsmith::sim {
 

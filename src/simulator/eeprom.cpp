@@ -8,7 +8,7 @@
 #include <sstream>
 #include <vector>
 
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 #include "simulator/modbus_frame.h"
 
 namespace gainsmith::sim {

@@ -5,8 +5,8 @@
 #include <optional>
 #include <vector>
 
+#include "simulator/bank/sim_time.h"
 #include "simulator/modbus_frame.h"
-#include "simulator/registers.h"
 
 namespace gainsmith::sim {
 

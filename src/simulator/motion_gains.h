@@ -2,7 +2,7 @@
 // sets.
 #pragma once
 
-#include "simulator/registers.h"
+#include "simulator/bank/registers.h"
 
 namespace gainsmith::sim {
 

@@ -1,9 +1,9 @@
 // The velocity and the position controller.
 #pragma once
 
+#include "simulator/bank/registers.h"
 #include "simulator/filters.h"
 #include "simulator/motion_gains.h"
-#include "simulator/registers.h"
 
 namespace gainsmith::sim {
 

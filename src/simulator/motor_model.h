@@ -1,9 +1,9 @@
 // The motor and its load: winding, torque, friction, inertia, and the spring of a soft coupling.
 #pragma once
 
+#include "simulator/bank/registers.h"
 #include "simulator/current_loop.h"
 #include "simulator/motor_preset.h"
-#include "simulator/registers.h"
 
 namespace gainsmith::sim {
 

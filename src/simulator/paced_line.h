@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "simulator/registers.h"
+#include "simulator/bank/sim_time.h"
 
 namespace gainsmith::sim {
 

@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
+#include "simulator/bank/registers.h"
 #include "simulator/motion.h"
-#include "simulator/registers.h"
 
 namespace gainsmith::sim {
 

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include "simulator/bank/registers.h"
 #include "simulator/noise.h"
-#include "simulator/registers.h"
 
 namespace gainsmith::sim {
 

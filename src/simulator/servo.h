@@ -7,12 +7,13 @@
 #include <memory>
 
 #include "simulator/axis.h"
-#include "simulator/error_log.h"
+#include "simulator/bank/error_log.h"
+#include "simulator/bank/registers.h"
+#include "simulator/bank/sim_time.h"
 #include "simulator/motion.h"
 #include "simulator/motor_preset.h"
 #include "simulator/noise.h"
 #include "simulator/recorder.h"
-#include "simulator/registers.h"
 
 namespace gainsmith::sim {
 

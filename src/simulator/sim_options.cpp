@@ -4,7 +4,7 @@
 #include <charconv>
 #include <iterator>
 
-#include "simulator/error_log.h"
+#include "simulator/bank/error_log.h"
 #include "simulator/faults.h"
 
 namespace gainsmith::sim {

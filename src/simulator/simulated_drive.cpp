@@ -5,7 +5,7 @@
 #include <cmath>
 #include <utility>
 
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 
 namespace gainsmith::sim {
 

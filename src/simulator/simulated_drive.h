@@ -7,14 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "simulator/bank/error_log.h"
+#include "simulator/bank/registers.h"
+#include "simulator/bank/sim_time.h"
 #include "simulator/eeprom.h"
-#include "simulator/error_log.h"
 #include "simulator/faults.h"
 #include "simulator/frame_feeder.h"
 #include "simulator/modbus_frame.h"
 #include "simulator/motor_preset.h"
 #include "simulator/paced_line.h"
-#include "simulator/registers.h"
 #include "simulator/servo.h"
 
 namespace gainsmith::sim {

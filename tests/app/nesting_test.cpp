@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "bench.h"
-#include "simulator/registers.h"
+#include "simulator/bank/registers.h"
 
 namespace gainsmith::test {
 namespace {

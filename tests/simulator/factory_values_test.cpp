@@ -1,5 +1,5 @@
 // The factory values against the defaults file that comes with the tool.
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 
 #include <gtest/gtest.h>
 

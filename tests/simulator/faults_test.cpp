@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "drive_host.h"
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 
 namespace gainsmith::sim {
 namespace {

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 #include "simulator/servo.h"
 
 namespace gainsmith::sim {

@@ -1,5 +1,5 @@
 // The values a KVT518 leaves the factory with: a 400 W servo of 4000 pulses per revolution.
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 
 #include <algorithm>
 #include <array>

@@ -6,9 +6,6 @@
 
 namespace gainsmith::sim {
 
-// Time of the simulated world in microseconds since its start.
-using TimeUs = std::int64_t;
-
 // Register numbers below 256 that the drive answers to. Parameters keep what is written to them
 // (scales: see default values); the rest are commands and states.
 enum class Reg : std::uint16_t {

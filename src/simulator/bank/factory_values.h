@@ -3,7 +3,7 @@
 
 #include <span>
 
-#include "simulator/registers.h"
+#include "simulator/bank/registers.h"
 
 namespace gainsmith::sim {
 

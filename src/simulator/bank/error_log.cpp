@@ -1,5 +1,5 @@
 // The drive's error log: the last ten errors, the newest first.
-#include "simulator/error_log.h"
+#include "simulator/bank/error_log.h"
 
 #include <algorithm>
 
