@@ -2,7 +2,7 @@
 #include <benchmark/benchmark.h>
 
 #include "simulator/bank/factory_values.h"
-#include "simulator/servo.h"
+#include "simulator/servo/servo.h"
 
 namespace gainsmith::sim {
 namespace {

@@ -14,9 +14,9 @@
 #include "simulator/faults.h"
 #include "simulator/frame_feeder.h"
 #include "simulator/modbus_frame.h"
-#include "simulator/motor_preset.h"
 #include "simulator/paced_line.h"
-#include "simulator/servo.h"
+#include "simulator/servo/motor_preset.h"
+#include "simulator/servo/servo.h"
 
 namespace gainsmith::sim {
 

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "simulator/bank/factory_values.h"
-#include "simulator/servo.h"
+#include "simulator/servo/servo.h"
 
 namespace gainsmith::sim {
 

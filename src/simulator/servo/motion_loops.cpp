@@ -1,5 +1,5 @@
 // The velocity and the position controller.
-#include "simulator/motion_loops.h"
+#include "simulator/servo/motion_loops.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "simulator/bank/registers.h"
-#include "simulator/motion.h"
+#include "simulator/servo/motion.h"
 
 namespace gainsmith::sim {
 

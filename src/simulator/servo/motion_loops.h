@@ -2,8 +2,8 @@
 #pragma once
 
 #include "simulator/bank/registers.h"
-#include "simulator/filters.h"
-#include "simulator/motion_gains.h"
+#include "simulator/servo/filters.h"
+#include "simulator/servo/motion_gains.h"
 
 namespace gainsmith::sim {
 

@@ -1,6 +1,6 @@
 // The drive's pulse generator: the moves out and back of the position test and of the velocity
 // test.
-#include "simulator/pulse_generator.h"
+#include "simulator/servo/pulse_generator.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // Motions: what gives the axis its reference, one tick of 0.5 ms after the other.
-#include "simulator/motion.h"
+#include "simulator/servo/motion.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 // One servo axis: the three loops closed around the motor and its encoder, a tick of 0.5 ms at a
 // time.
-#include "simulator/axis.h"
+#include "simulator/servo/axis.h"
 
 #include <algorithm>
 #include <cmath>

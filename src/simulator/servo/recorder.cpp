@@ -1,5 +1,5 @@
 // The drive's recorder: arming, triggering, and the sample memory behind registers 256 to 855.
-#include "simulator/recorder.h"
+#include "simulator/servo/recorder.h"
 
 #include <algorithm>
 

@@ -6,14 +6,14 @@
 #include <functional>
 #include <memory>
 
-#include "simulator/axis.h"
 #include "simulator/bank/error_log.h"
 #include "simulator/bank/registers.h"
 #include "simulator/bank/sim_time.h"
-#include "simulator/motion.h"
-#include "simulator/motor_preset.h"
-#include "simulator/noise.h"
-#include "simulator/recorder.h"
+#include "simulator/servo/axis.h"
+#include "simulator/servo/motion.h"
+#include "simulator/servo/motor_preset.h"
+#include "simulator/servo/noise.h"
+#include "simulator/servo/recorder.h"
 
 namespace gainsmith::sim {
 

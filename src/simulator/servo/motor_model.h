@@ -2,8 +2,8 @@
 #pragma once
 
 #include "simulator/bank/registers.h"
-#include "simulator/current_loop.h"
-#include "simulator/motor_preset.h"
+#include "simulator/servo/current_loop.h"
+#include "simulator/servo/motor_preset.h"
 
 namespace gainsmith::sim {
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "simulator/motion_loops.h"
+#include "simulator/servo/motion_loops.h"
 
 namespace gainsmith::sim {
 

@@ -1,5 +1,5 @@
 // What hangs on the simulated motor's shaft, by name.
-#include "simulator/motor_preset.h"
+#include "simulator/servo/motor_preset.h"
 
 #include <algorithm>
 #include <array>

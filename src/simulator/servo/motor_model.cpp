@@ -1,5 +1,5 @@
 // The motor and its load: winding, torque, friction, inertia, and the spring of a soft coupling.
-#include "simulator/motor_model.h"
+#include "simulator/servo/motor_model.h"
 
 #include <algorithm>
 #include <numbers>

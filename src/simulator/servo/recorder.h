@@ -6,7 +6,7 @@
 #include <span>
 
 #include "simulator/bank/registers.h"
-#include "simulator/noise.h"
+#include "simulator/servo/noise.h"
 
 namespace gainsmith::sim {
 

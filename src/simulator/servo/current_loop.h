@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "simulator/bank/registers.h"
-#include "simulator/noise.h"
+#include "simulator/servo/noise.h"
 
 namespace gainsmith::sim {
 

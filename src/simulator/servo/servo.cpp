@@ -1,12 +1,12 @@
 // The motor side of the simulated drive: loops, motor, pulse generator and recorder behind the
 // registers.
-#include "simulator/servo.h"
+#include "simulator/servo/servo.h"
 
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "simulator/pulse_generator.h"
+#include "simulator/servo/pulse_generator.h"
 
 namespace gainsmith::sim {
 

@@ -1,11 +1,11 @@
 // The gains of the velocity and position loops in physical units, and the choice between the two
 // sets.
-#include "simulator/motion_gains.h"
+#include "simulator/servo/motion_gains.h"
 
 #include <cmath>
 
-#include "simulator/current_loop.h"
-#include "simulator/motor_model.h"
+#include "simulator/servo/current_loop.h"
+#include "simulator/servo/motor_model.h"
 
 namespace gainsmith::sim {
 

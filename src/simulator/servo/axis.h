@@ -6,10 +6,10 @@
 #include <optional>
 
 #include "simulator/bank/error_log.h"
-#include "simulator/current_loop.h"
-#include "simulator/motion_loops.h"
-#include "simulator/motor_model.h"
-#include "simulator/overload_guard.h"
+#include "simulator/servo/current_loop.h"
+#include "simulator/servo/motion_loops.h"
+#include "simulator/servo/motor_model.h"
+#include "simulator/servo/overload_guard.h"
 
 namespace gainsmith::sim {
 

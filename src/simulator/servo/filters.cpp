@@ -1,6 +1,6 @@
 // The drive's filters: low passes and the trap that cuts a narrow band out of the current
 // reference.
-#include "simulator/filters.h"
+#include "simulator/servo/filters.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,5 +1,5 @@
 // The innermost loop: winding, current controller, and the current step test made of the two.
-#include "simulator/current_loop.h"
+#include "simulator/servo/current_loop.h"
 
 #include <algorithm>
 #include <cmath>
