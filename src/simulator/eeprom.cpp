@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "simulator/bank/factory_values.h"
-#include "simulator/modbus_frame.h"
+#include "simulator/wire/modbus_frame.h"
 
 namespace gainsmith::sim {
 

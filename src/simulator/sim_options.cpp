@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "simulator/bank/error_log.h"
-#include "simulator/faults.h"
+#include "simulator/wire/faults.h"
 
 namespace gainsmith::sim {
 

@@ -11,12 +11,12 @@
 #include "simulator/bank/registers.h"
 #include "simulator/bank/sim_time.h"
 #include "simulator/eeprom.h"
-#include "simulator/faults.h"
-#include "simulator/frame_feeder.h"
-#include "simulator/modbus_frame.h"
-#include "simulator/paced_line.h"
 #include "simulator/servo/motor_preset.h"
 #include "simulator/servo/servo.h"
+#include "simulator/wire/faults.h"
+#include "simulator/wire/frame_feeder.h"
+#include "simulator/wire/modbus_frame.h"
+#include "simulator/wire/paced_line.h"
 
 namespace gainsmith::sim {
 

@@ -1,5 +1,5 @@
 // The pseudo-terminal: its link, its bytes, and hosts that come and go.
-#include "simulator/pseudo_terminal.h"
+#include "simulator/wire/pseudo_terminal.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>

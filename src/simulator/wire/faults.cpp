@@ -1,11 +1,11 @@
 // Faults of the simulated drive: what can go wrong on the line, when, and how it spoils a reply.
-#include "simulator/faults.h"
+#include "simulator/wire/faults.h"
 
 #include <algorithm>
 #include <array>
 #include <charconv>
 
-#include "simulator/modbus_frame.h"
+#include "simulator/wire/modbus_frame.h"
 
 namespace gainsmith::sim {
 

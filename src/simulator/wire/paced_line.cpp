@@ -1,5 +1,5 @@
 // The drive's side of the serial line: when a byte has arrived, and when a reply has left.
-#include "simulator/paced_line.h"
+#include "simulator/wire/paced_line.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // Finds requests in a stream of bytes, fed one at a time: split, merged or wrapped in noise.
-#include "simulator/frame_feeder.h"
+#include "simulator/wire/frame_feeder.h"
 
 namespace gainsmith::sim {
 

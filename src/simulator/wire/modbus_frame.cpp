@@ -1,5 +1,5 @@
 // Frames of the serial line as the drive sees them: requests of eight bytes, replies, checksum.
-#include "simulator/modbus_frame.h"
+#include "simulator/wire/modbus_frame.h"
 
 namespace gainsmith::sim {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "simulator/bank/sim_time.h"
-#include "simulator/modbus_frame.h"
+#include "simulator/wire/modbus_frame.h"
 
 namespace gainsmith::sim {
 

@@ -1,5 +1,5 @@
 // A raw pseudo-terminal that stands in for the serial line, with a link that names its far end.
-#include "simulator/pseudo_terminal.h"
+#include "simulator/wire/pseudo_terminal.h"
 
 #include <fcntl.h>
 #include <poll.h>
