@@ -100,7 +100,8 @@ class SimulatedDrive {
   bool StrikesBeforeExecution(const FaultSet& faults, TimeUs at);
 
   std::uint16_t ReadWord(unsigned number) const;
-  std::uint32_t WatchValue(unsigned number) const;
+  // What the watch address of which `reg` is a half shows, negative numbers in two's complement.
+  std::uint32_t WatchValue(Reg reg) const;
   void StoreParameters();
   void SaveImage();
   void Note(std::string event);

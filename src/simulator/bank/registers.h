@@ -57,6 +57,16 @@ enum class Reg : std::uint16_t {
   Interpolation = 55,
   DeadBandMv = 56,
   ReverseAnalog = 58,
+  WatchPositionHigh = 102,  // watch addresses: 32 bits in two registers each
+  WatchPositionLow = 103,   // pulses
+  WatchSpeedHigh = 153,
+  WatchSpeedLow = 154,  // rpm
+  WatchCurrentHigh = 170,
+  WatchCurrentLow = 171,  // mA
+  WatchPositionErrorHigh = 187,
+  WatchPositionErrorLow = 188,  // pulses
+  WatchClockHigh = 204,
+  WatchClockLow = 205,  // milliseconds since the start
   Trap1WidthHz = 238,
   Trap2WidthHz = 239,
   Trap1Hz = 240,
