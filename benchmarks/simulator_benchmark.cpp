@@ -1,8 +1,8 @@
 // How many seconds of its world the simulated motor runs in one second.
 #include <benchmark/benchmark.h>
 
-#include "simulator/factory_values.h"
-#include "simulator/servo.h"
+#include "simulator/bank/factory_values.h"
+#include "simulator/servo/servo.h"
 
 namespace gainsmith::sim {
 namespace {

@@ -21,14 +21,20 @@ target_compile_options(gainsmith_options INTERFACE
   # GCC 12 sees overlapping copies in std::string::insert where there are none.
   $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 
-# gainsmith_room(NAME SOURCES files... ROOMS rooms...)
+# gainsmith_room(NAME [FOLDER folder] SOURCES files... ROOMS rooms...)
 # A room is a static library. Headers are found as "room/file.h", and only those of the rooms named.
+# A room inside another's folder says as what its headers are found: FOLDER house/room gives
+# "house/room/file.h".
 function(gainsmith_room name)
-  cmake_parse_arguments(ROOM "" "" "SOURCES;ROOMS" ${ARGN})
+  cmake_parse_arguments(ROOM "" "FOLDER" "SOURCES;ROOMS" ${ARGN})
+  if(NOT ROOM_FOLDER)
+    set(ROOM_FOLDER ${name})
+  endif()
   add_library(${name} STATIC ${ROOM_SOURCES})
   set(include_root ${CMAKE_BINARY_DIR}/include/${name})
-  file(MAKE_DIRECTORY ${include_root})
-  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${include_root}/${name} SYMBOLIC)
+  cmake_path(GET ROOM_FOLDER PARENT_PATH parent)
+  file(MAKE_DIRECTORY ${include_root}/${parent})
+  file(CREATE_LINK ${CMAKE_CURRENT_SOURCE_DIR} ${include_root}/${ROOM_FOLDER} SYMBOLIC)
   target_include_directories(${name} PUBLIC ${include_root})
   target_link_libraries(${name} PUBLIC ${ROOM_ROOMS} PRIVATE gainsmith_options)
 endfunction()

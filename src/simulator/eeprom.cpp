@@ -8,8 +8,8 @@
 #include <sstream>
 #include <vector>
 
-#include "simulator/factory_values.h"
-#include "simulator/modbus_frame.h"
+#include "simulator/bank/factory_values.h"
+#include "simulator/wire/modbus_frame.h"
 
 namespace gainsmith::sim {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <string_view>
 
-#include "simulator/error_log.h"
-#include "simulator/registers.h"
+#include "simulator/bank/error_log.h"
+#include "simulator/bank/registers.h"
 
 namespace gainsmith::sim {
 

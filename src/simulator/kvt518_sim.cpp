@@ -13,9 +13,9 @@
 #include <string>
 #include <vector>
 
-#include "simulator/pseudo_terminal.h"
 #include "simulator/sim_options.h"
 #include "simulator/simulated_drive.h"
+#include "simulator/wire/pseudo_terminal.h"
 
 namespace gainsmith::sim {
 namespace {

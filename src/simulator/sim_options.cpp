@@ -4,8 +4,8 @@
 #include <charconv>
 #include <iterator>
 
-#include "simulator/error_log.h"
-#include "simulator/faults.h"
+#include "simulator/bank/error_log.h"
+#include "simulator/wire/faults.h"
 
 namespace gainsmith::sim {
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <utility>
 
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 
 namespace gainsmith::sim {
 
@@ -183,44 +183,48 @@ std::uint16_t SimulatedDrive::ReadWord(unsigned number) const {
   if (number >= BankEnd) {
     return static_cast<std::uint16_t>(servo_.Sample(static_cast<int>(number - BankEnd)));
   }
-  switch (number) {
-    case LogStart:
+  const auto reg = static_cast<Reg>(number);
+  switch (reg) {
+    case Reg::ErrorLog:
       return log_.All()[0];
-    case static_cast<unsigned>(Reg::RecorderStatus):
+    case Reg::RecorderStatus:
       return servo_.RecorderStatus();
-    case 102:
-    case 153:
-    case 170:
-    case 187:
-    case 204:
-      return static_cast<std::uint16_t>(WatchValue(number) >> 16);
-    case 103:
-    case 154:
-    case 171:
-    case 188:
-    case 205:
-      return static_cast<std::uint16_t>(WatchValue(number - 1) & 0xFFFF);
+    case Reg::WatchPositionHigh:
+    case Reg::WatchSpeedHigh:
+    case Reg::WatchCurrentHigh:
+    case Reg::WatchPositionErrorHigh:
+    case Reg::WatchClockHigh:
+      return static_cast<std::uint16_t>(WatchValue(reg) >> 16);
+    case Reg::WatchPositionLow:
+    case Reg::WatchSpeedLow:
+    case Reg::WatchCurrentLow:
+    case Reg::WatchPositionErrorLow:
+    case Reg::WatchClockLow:
+      return static_cast<std::uint16_t>(WatchValue(reg) & 0xFFFF);
     default:
-      return registers_.Values[number];
+      return registers_[reg];
   }
 }
 
-// What the five watch addresses show, negative numbers in two's complement.
-std::uint32_t SimulatedDrive::WatchValue(unsigned number) const {
+std::uint32_t SimulatedDrive::WatchValue(Reg reg) const {
   const auto word = [](auto value) {
     return static_cast<std::uint32_t>(static_cast<std::int64_t>(value));
   };
-  switch (number) {
-    case 102:
+  switch (reg) {
+    case Reg::WatchPositionHigh:
+    case Reg::WatchPositionLow:
       return word(servo_.ShaftPositionPulses());
-    case 153:
+    case Reg::WatchSpeedHigh:
+    case Reg::WatchSpeedLow:
       return word(std::llround(servo_.ShaftSpeedRpm()));
-    case 170:
+    case Reg::WatchCurrentHigh:
+    case Reg::WatchCurrentLow:
       return word(std::llround(servo_.CurrentA() * 1000));
-    case 187:
+    case Reg::WatchPositionErrorHigh:
+    case Reg::WatchPositionErrorLow:
       return word(servo_.PositionErrorPulses());
-    default:
-      return word(clock_ / 1000);  // milliseconds since the start
+    default:  // the clock
+      return word(clock_ / 1000);
   }
 }
 

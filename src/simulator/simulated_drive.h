@@ -7,15 +7,16 @@
 #include <string>
 #include <vector>
 
+#include "simulator/bank/error_log.h"
+#include "simulator/bank/registers.h"
+#include "simulator/bank/sim_time.h"
 #include "simulator/eeprom.h"
-#include "simulator/error_log.h"
-#include "simulator/faults.h"
-#include "simulator/frame_feeder.h"
-#include "simulator/modbus_frame.h"
-#include "simulator/motor_preset.h"
-#include "simulator/paced_line.h"
-#include "simulator/registers.h"
-#include "simulator/servo.h"
+#include "simulator/servo/motor_preset.h"
+#include "simulator/servo/servo.h"
+#include "simulator/wire/faults.h"
+#include "simulator/wire/frame_feeder.h"
+#include "simulator/wire/modbus_frame.h"
+#include "simulator/wire/paced_line.h"
 
 namespace gainsmith::sim {
 
@@ -99,7 +100,8 @@ class SimulatedDrive {
   bool StrikesBeforeExecution(const FaultSet& faults, TimeUs at);
 
   std::uint16_t ReadWord(unsigned number) const;
-  std::uint32_t WatchValue(unsigned number) const;
+  // What the watch address of which `reg` is a half shows, negative numbers in two's complement.
+  std::uint32_t WatchValue(Reg reg) const;
   void StoreParameters();
   void SaveImage();
   void Note(std::string event);

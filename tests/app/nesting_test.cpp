@@ -5,7 +5,7 @@
 #include <span>
 
 #include "bench.h"
-#include "simulator/registers.h"
+#include "simulator/bank/registers.h"
 
 namespace gainsmith::test {
 namespace {

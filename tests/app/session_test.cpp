@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "bench.h"
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 
 namespace gainsmith::test {
 namespace {

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/modbus_frame.h"
+#include "simulator/wire/modbus_frame.h"
 #include "support/messages.h"
 #include "support/virtual_user.h"
 

@@ -1,5 +1,5 @@
 // The named faults: what each does to a reply, whom it hits, and how it is spelled.
-#include "simulator/faults.h"
+#include "simulator/wire/faults.h"
 
 #include <gtest/gtest.h>
 
@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "drive_host.h"
-#include "simulator/factory_values.h"
+#include "simulator/bank/factory_values.h"
 
 namespace gainsmith::sim {
 namespace {

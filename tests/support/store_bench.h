@@ -14,7 +14,7 @@
 #include "params/drive_commands.h"
 #include "shell/commands.h"
 #include "shell/waiting_window.h"
-#include "simulator/registers.h"
+#include "simulator/bank/registers.h"
 #include "support/messages.h"
 #include "support/virtual_user.h"
 #include "support/virtual_world.h"

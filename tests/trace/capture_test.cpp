@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <string>
 
-#include "simulator/modbus_frame.h"
+#include "simulator/wire/modbus_frame.h"
 #include "trace/scope_window.h"
 #include "tuning/tuning_bench.h"
 

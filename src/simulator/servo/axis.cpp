@@ -1,0 +1,105 @@
+// One servo axis: the three loops closed around the motor and its encoder, a tick of 0.5 ms at a
+// time.
+#include "simulator/servo/axis.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+namespace gainsmith::sim {
+
+namespace {
+
+constexpr int VelocityStepsPerTick = 2;
+constexpr int CurrentStepsPerVelocityStep = 4;
+constexpr int CurrentStepsPerTick = VelocityStepsPerTick * CurrentStepsPerVelocityStep;
+
+// The drive times the encoder's edges and so knows the position to a sixteenth of a pulse, which it
+// uses for the velocity only.
+constexpr double EdgeTimingSteps = 16.0;
+
+constexpr double RadPerTurn = 2.0 * std::numbers::pi;
+
+}  // namespace
+
+void Axis::Configure(const RegisterBank& registers) {
+  motor_.Configure(registers, preset_);
+  currentLoop_.Configure(registers);
+  velocityLoop_.Configure(registers);
+  positionLoop_.Configure(registers);
+  guard_.Configure(registers);
+  highSpeedGains_ = ReadHighSpeedGains(registers);
+  lowSpeedGains_ = ReadLowSpeedGains(registers);
+  followingLimitPulses_ = registers[Reg::FollowingErrorLimit];
+  countsPerTurn_ = std::max<double>(1.0, registers[Reg::EncoderCounts]);
+  pulsesPerRad_ = countsPerTurn_ / RadPerTurn;
+  rpmPerPps_ = 60.0 / countsPerTurn_;
+  lastFinePosition_ = std::floor(motor_.AngleRad() * pulsesPerRad_ * EdgeTimingSteps);
+}
+
+void Axis::ResetControllers() {
+  currentLoop_.Reset();
+  velocityLoop_.Reset();
+  positionLoop_.Reset(0.0);
+  guard_.Reset();
+}
+
+std::int64_t Axis::PositionPulses() const {
+  return static_cast<std::int64_t>(std::floor(motor_.AngleRad() * pulsesPerRad_));
+}
+
+double Axis::SpeedRpm() const { return motor_.SpeedRadPerS() / RadPerTurn * 60.0; }
+
+double Axis::MeasureRpm() {
+  const double finePosition = std::floor(motor_.AngleRad() * pulsesPerRad_ * EdgeTimingSteps);
+  const double moved = finePosition - lastFinePosition_;
+  lastFinePosition_ = finePosition;
+  return moved / EdgeTimingSteps / VelocityPeriodS * rpmPerPps_;
+}
+
+bool Axis::StepCurrentLoop(double referenceA) {
+  for (int i = 0; i < CurrentStepsPerVelocityStep; ++i) {
+    motor_.Step(currentLoop_.Step(referenceA, motor_.CurrentA()));
+    if (std::abs(motor_.CurrentA()) > guard_.OverCurrentA()) return false;
+  }
+  return true;
+}
+
+std::optional<DriveError> Axis::Tick(const AxisReference& reference) {
+  const MotionGains gains =
+      GainsAt(reference.VelocityPps * rpmPerPps_, lowSpeedGains_, highSpeedGains_);
+  const double limitPps = MaxSpeedRpm / rpmPerPps_;
+  double velocityPps = std::clamp(reference.VelocityPps, -limitPps, limitPps);
+  if (reference.ClosesPosition) {
+    const double startPulses = reference.PositionPulses - reference.VelocityPps * TickS;
+    const double errorPulses = startPulses - static_cast<double>(PositionPulses());
+    velocityPps = positionLoop_.Step(errorPulses, reference.VelocityPps, limitPps, gains);
+  } else {
+    positionLoop_.Reset(velocityPps);
+  }
+
+  const double feedForwardA = gains.Kaff * reference.AccelerationPps2 / pulsesPerRad_;
+  for (int i = 0; i < VelocityStepsPerTick; ++i) {
+    const double referenceA = velocityLoop_.Step(velocityPps * rpmPerPps_, MeasureRpm(),
+                                                 feedForwardA, guard_.LimitA(), gains);
+    if (!StepCurrentLoop(referenceA)) return DriveError::OverCurrent;
+  }
+
+  guard_.Pass(motor_.CurrentA(), TickS);
+  if (guard_.Jammed()) return DriveError::Limit;
+  errorPulses_ = 0;
+  if (!reference.ClosesPosition) return std::nullopt;
+  const double errorPulses = reference.PositionPulses - static_cast<double>(PositionPulses());
+  errorPulses_ = static_cast<std::int32_t>(std::lround(std::clamp(errorPulses, -1e9, 1e9)));
+  // A limit of 0 switches the supervision off.
+  const bool lost = followingLimitPulses_ > 0.0 && std::abs(errorPulses) > followingLimitPulses_;
+  return lost ? std::optional(DriveError::FollowingError) : std::nullopt;
+}
+
+void Axis::TickUnpowered() {
+  for (int i = 0; i < CurrentStepsPerTick; ++i) motor_.StepUnpowered();
+  MeasureRpm();
+  errorPulses_ = 0;
+}
+
+}  // namespace gainsmith::sim

@@ -1,0 +1,257 @@
+// The motor side of the simulated drive: loops, motor, pulse generator and recorder behind the
+// registers.
+#include "simulator/servo/servo.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "simulator/servo/pulse_generator.h"
+
+namespace gainsmith::sim {
+
+namespace {
+
+constexpr TimeUs TickUs = 500;
+constexpr std::uint16_t CommandStop = 0;
+constexpr std::uint16_t CommandJog = 1;
+constexpr std::uint16_t CommandRunTest = 2;
+constexpr std::uint16_t CommandJogOtherWay = 5;
+
+// A stop takes at most this long, however small the acceleration word is.
+constexpr double LongestStopS = 0.1;
+
+// The encoder has to stand still, and on its reference, for so long that the motor counts as
+// resting.
+constexpr int TicksToRest = 100;
+constexpr std::int32_t RestErrorPulses = 1;
+constexpr double RestRpm = 1.0;
+
+constexpr double LeastBackgroundHz = 0.001;
+
+}  // namespace
+
+Servo::Servo(const RegisterBank& registers, RaiseError raiseError, const MotorPreset& preset,
+             std::uint64_t seed)
+    : registers_(registers),
+      raiseError_(std::move(raiseError)),
+      axis_(preset),
+      stepNoise_(seed),
+      recorder_(seed + 1) {
+  axis_.Configure(registers_);
+}
+
+void Servo::Advance(TimeUs now) {
+  for (; nextTickUs_ <= now; nextTickUs_ += TickUs) {
+    const bool nothingHappens = resting_ && !motion_ && recorder_.Idle();
+    if (nothingHappens) {
+      nextTickUs_ += (now - nextTickUs_) / TickUs * TickUs;
+      continue;
+    }
+    Tick();
+  }
+}
+
+void Servo::Tick() {
+  if (motion_ && motion_->AtStartOfMove()) recorder_.MoveBegins();
+  const bool frozen = resting_ && !motion_;
+  if (!frozen) {
+    if (powered_) {
+      TickPowered();
+    } else {
+      axis_.TickUnpowered();
+    }
+    WatchForRest();
+  }
+  recorder_.Tick({.PositionPulses = axis_.PositionPulses(),
+                  .ErrorPulses = static_cast<double>(axis_.ErrorPulses()),
+                  .CurrentCounts = CurrentA() * CountsPerAmpere});
+  if (motion_ && motion_->Finished()) EndMotion();
+}
+
+void Servo::TickPowered() {
+  Setpoint setpoint{.PositionPulses = 0.0, .VelocityPps = 0.0, .ClosesPosition = true};
+  if (motion_) setpoint = motion_->Tick(recorder_.Leading());
+  commandedPulses_ = setpoint.ClosesPosition ? originPulses_ + setpoint.PositionPulses
+                                             : static_cast<double>(axis_.PositionPulses());
+  const double accelerationPps2 = (setpoint.VelocityPps - commandedPps_) / TickS;
+  commandedPps_ = setpoint.VelocityPps;
+  const std::optional<DriveError> error = axis_.Tick({.PositionPulses = commandedPulses_,
+                                                      .VelocityPps = commandedPps_,
+                                                      .AccelerationPps2 = accelerationPps2,
+                                                      .ClosesPosition = setpoint.ClosesPosition});
+  if (!error) return;
+  Stop();
+  raiseError_(*error);
+}
+
+void Servo::WatchForRest() {
+  const std::int64_t position = axis_.PositionPulses();
+  const bool still =
+      !motion_ && position == lastPosition_ && std::abs(axis_.ErrorPulses()) <= RestErrorPulses;
+  lastPosition_ = position;
+  stillTicks_ = still ? stillTicks_ + 1 : 0;
+  resting_ = stillTicks_ >= TicksToRest;
+}
+
+void Servo::Begin(std::unique_ptr<Motion> motion, MotionKind kind) {
+  testCurrentA_ = 0.0;
+  if (!powered_) {
+    axis_.ResetControllers();
+    commandedPulses_ = static_cast<double>(axis_.PositionPulses());
+    commandedPps_ = 0.0;
+    powered_ = true;
+  }
+  originPulses_ = commandedPulses_;
+  motion_ = std::move(motion);
+  motionKind_ = kind;
+  resting_ = false;
+  stillTicks_ = 0;
+}
+
+void Servo::EndMotion() {
+  originPulses_ = commandedPulses_;
+  motion_.reset();
+  motionKind_ = MotionKind::None;
+  recorder_.MotionEnded();
+}
+
+void Servo::BeginTest(std::unique_ptr<Motion> test, MotionKind kind) {
+  recorder_.TestBegins();
+  Begin(std::move(test), kind);
+}
+
+void Servo::BeginStop() {
+  const bool commanded = motionKind_ != MotionKind::None && motionKind_ != MotionKind::Stop;
+  if (!commanded) return;
+  const double rate = registers_[Reg::AccelerationWord] * PositionAccelerationUnit;
+  const double startPps = commandedPps_;
+  EndMotion();
+  Begin(
+      std::make_unique<SpeedRamp>(startPps, 0.0, std::max(rate, std::abs(startPps) / LongestStopS)),
+      MotionKind::Stop);
+}
+
+void Servo::Jog(double direction) {
+  const ProfileWords words = ReadProfile(registers_);
+  const double startPps = commandedPps_;
+  Begin(std::make_unique<SpeedRamp>(startPps, direction * words.Speed * PositionSpeedUnit,
+                                    words.Acceleration * PositionAccelerationUnit),
+        MotionKind::Jog);
+  recorder_.MotionEnded();
+}
+
+void Servo::Write(Reg reg, std::uint16_t value, TimeUs now) {
+  Advance(now);
+  switch (reg) {
+    case Reg::CurrentStep:
+      if (value == 1) {
+        RunCurrentTest();
+      } else {
+        testCurrentA_ = 0.0;
+      }
+      break;
+    case Reg::PositionCommand:
+      CommandPosition(value);
+      break;
+    case Reg::VelocityCommand:
+      CommandVelocity(value);
+      break;
+    case Reg::ArmRecorder:
+      recorder_.Arm(registers_, motion_ && motion_->MoveToCome());
+      break;
+    default:
+      TakeParameters();
+      break;
+  }
+}
+
+void Servo::CommandPosition(std::uint16_t command) {
+  if (command == CommandStop && motionKind_ != MotionKind::Background) BeginStop();
+  if (command == CommandJog) Jog(1.0);
+  if (command == CommandJogOtherWay) Jog(-1.0);
+  // A host that missed the reply sends its command again; the test must not begin anew for that.
+  if (command == CommandRunTest && motionKind_ != MotionKind::PositionTest) {
+    BeginTest(std::make_unique<PositionProfile>(ReadProfile(registers_)), MotionKind::PositionTest);
+  }
+}
+
+void Servo::CommandVelocity(std::uint16_t command) {
+  if (command == CommandStop && motionKind_ != MotionKind::Background) BeginStop();
+  if (command == CommandRunTest && motionKind_ != MotionKind::VelocityTest) {
+    BeginTest(std::make_unique<VelocityProfile>(ReadProfile(registers_)), MotionKind::VelocityTest);
+  }
+}
+
+void Servo::TakeParameters() {
+  const double countsBefore = axis_.CountsPerTurn();
+  axis_.Configure(registers_);
+  resting_ = false;
+  stillTicks_ = 0;
+  if (axis_.CountsPerTurn() == countsBefore) return;
+  // The same shaft angle is another position now.
+  if (motion_) EndMotion();
+  commandedPulses_ = originPulses_ = static_cast<double>(axis_.PositionPulses());
+  commandedPps_ = 0.0;
+}
+
+void Servo::RunCurrentTest() {
+  Stop();
+  const double referenceA = registers_[Reg::TestCurrent] / CountsPerAmpere;
+  const CurrentStepResult step = RunCurrentStep(registers_, referenceA, stepNoise_);
+  recorder_.Store(step.Samples);
+  testCurrentA_ = referenceA;
+  OverloadGuard guard;
+  guard.Configure(registers_);
+  if (step.PeakA > guard.OverCurrentA()) {
+    testCurrentA_ = 0.0;
+    raiseError_(DriveError::OverCurrent);
+  }
+}
+
+std::uint16_t Servo::RecorderStatus() const { return recorder_.Idle() ? 1 : 0; }
+
+std::int16_t Servo::Sample(int index) const { return recorder_.Sample(index); }
+
+void Servo::Stop() {
+  EndMotion();
+  powered_ = false;
+  testCurrentA_ = 0.0;
+  commandedPps_ = 0.0;
+  resting_ = false;
+  stillTicks_ = 0;
+}
+
+void Servo::Reset() {
+  Stop();
+  TakeParameters();
+  recorder_.Reset();
+}
+
+bool Servo::Moving() const {
+  // What is left of the speed at rest stands still with the rest.
+  return motion_ || (!resting_ && std::abs(axis_.SpeedRpm()) > RestRpm);
+}
+
+void Servo::StartBackgroundMotion(const BackgroundMotion& motion, TimeUs now) {
+  Advance(now);
+  if (motion_ && motionKind_ != MotionKind::Background) return;
+  const double amplitudePps = motion.AmplitudeRpm / 60.0 * axis_.CountsPerTurn();
+  Begin(std::make_unique<SineMotion>(std::max(motion.FrequencyHz, LeastBackgroundHz), amplitudePps),
+        MotionKind::Background);
+}
+
+void Servo::StopBackgroundMotion(TimeUs now) {
+  Advance(now);
+  if (motionKind_ == MotionKind::Background) BeginStop();
+}
+
+std::int64_t Servo::ShaftPositionPulses() const { return axis_.PositionPulses(); }
+
+double Servo::ShaftSpeedRpm() const { return axis_.SpeedRpm(); }
+
+double Servo::CurrentA() const { return testCurrentA_ + axis_.CurrentA(); }
+
+std::int32_t Servo::PositionErrorPulses() const { return axis_.ErrorPulses(); }
+
+}  // namespace gainsmith::sim
