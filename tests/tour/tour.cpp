@@ -231,7 +231,7 @@ class Tour {
     driver_.OnGui([this] { driver_.Dialogs.Messages.clear(); });
     TellDrive("fault hang-up:1");
     WaitForMessage("Unable to communicate with the connected drive. Check your connection");
-    EXPECT_TRUE(driver_.IsMenuEnabled("MDIForm1.ErrCheck"));
+    Wait("its command", [this] { return driver_.IsMenuEnabled("MDIForm1.ErrCheck"); });
     // The drive is back under the same name a moment later.
     ClosePort();
     Click("Form2.openPort");
