@@ -47,6 +47,7 @@ class DesktopWorld : public World, private QObject {
   void Repaint(Window& window) override;
 
   MessageAnswer ShowMessage(const Message& message) override;
+  bool AwaitsAnswer() const override { return queue_.Held(); }
   ChosenFile AskOpenFile(const std::string& filter) override;
   ChosenFile AskSaveFile(const std::string& filter) override;
   std::optional<Colour> AskColour(Colour present) override;

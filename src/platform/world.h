@@ -103,6 +103,8 @@ class World {
   // what the user held when the dialog came up: its handler runs, and may wait, inside the dialog.
 
   virtual MessageAnswer ShowMessage(const Message& message) = 0;
+  // A message or dialog is on the screen: the handlers below it go on when it is answered.
+  virtual bool AwaitsAnswer() const = 0;
   // `filter` is as "*.tvd|*.tvd|": pairs of description and pattern.
   virtual ChosenFile AskOpenFile(const std::string& filter) = 0;
   virtual ChosenFile AskSaveFile(const std::string& filter) = 0;

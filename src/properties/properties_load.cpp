@@ -24,8 +24,7 @@ void sysConfigFrm::Form_Load() {
   // The connection was closed under the load: there is nothing left to show.
   if (!world_.IsPortOpen()) world_.Unload(*this);
   if (whole && link_.ReadFailed) ReportFailure(errand);
-  // A read that failed has left its mark. A tuning window that was opened under the load would not
-  // close any more.
+  // A read that failed has left its mark, under which no tuning window would close.
   link_.LinkIdle = true;
 }
 

@@ -97,7 +97,9 @@ void Form3::Jog_MouseUp(JogButton button) {
   jogHeld_[button] = false;
   if (JogState[button] == JogPressed) {
     JogState[button] = JogReleased;
-    return;
+    // Otherwise the press is at work, and stops the motor by itself; below a message it would have
+    // to wait for the answer.
+    if (!world_.AwaitsAnswer() || !JogInForce()) return;
   }
   // The motor is the other button's by now.
   if (jogOwner_ != button && JogHeld()) return;

@@ -75,27 +75,5 @@ TEST(Session, TheSameScriptGivesTheSameFramesAtTheSameTimes) {
   EXPECT_EQ(run(), run());
 }
 
-TEST(Session, NothingStartsInsideABulkRead) {
-  Bench bench;
-  MDIForm1& main = bench.tool.mdiForm1;
-  // Commands of a window that was connected before stay enabled: press them all in the read.
-  main.EnableDriveMenus();
-  main.EnableToolbarButtons();
-  bench.world.At(3000, [&] {
-    EXPECT_EQ(main.lblActivity.Caption.substr(0, 18), "Reading settings: ");
-    for (MenuItem* menu : main.Menus) {
-      for (MenuItem* item : menu->Items) {
-        if (item->OnClick && item != &main.nmuExit && menu != &main.mnuHelp) item->OnClick();
-      }
-    }
-    for (ToolButton* button : main.ToolButtons) button->OnClick();
-    EXPECT_TRUE(bench.world.Messages.empty());
-    bench.user.Close(bench.tool.waiting);
-  });
-  bench.Connect();
-  EXPECT_EQ(bench.TakeFrames().size(), ConnectFrames);
-  EXPECT_FALSE(main.lblActivity.Visible);
-}
-
 }  // namespace
 }  // namespace gainsmith::test

@@ -149,12 +149,16 @@ TEST_F(BulkTest, AResetLoadsDownloadsAndStoresTheFactoryValues) {
   bench.User.Click(bench.Main.mnuReset);
   EXPECT_EQ(bench.TakeMessages(), Messages{AskReset}) << "No means no";
 
-  // Factory values that are missing end the reset before the drive.
-  Confirm(bench.Main.mnuReset);
-  EXPECT_EQ(bench.TakeMessages(), (Messages{AskReset, DefaultsCrashed}));
-  ExpectAtRest();
-  EXPECT_TRUE(bench.World.Log.Frames().empty());
-  EXPECT_EQ(bench.Main.CurrentConfigFile, "/home/motor.tvd");
+  // Factory values that are missing, or half there, end the reset before the drive.
+  for (const bool half : {false, true}) {
+    if (half) bench.World.Files[path] = "0& 7 \r\n";
+    Confirm(bench.Main.mnuReset);
+    EXPECT_EQ(bench.TakeMessages(), (Messages{AskReset, DefaultsCrashed}));
+    ExpectAtRest();
+    EXPECT_TRUE(bench.World.Log.Frames().empty());
+    EXPECT_EQ(bench.Main.CurrentConfigFile, "/home/motor.tvd");
+    EXPECT_EQ(bench.Main.lblNotice.Caption.starts_with("default.ini could not be read"), half);
+  }
 
   ParameterStore factory;
   factory.ParameterValues.fill(1);

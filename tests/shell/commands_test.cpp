@@ -183,17 +183,5 @@ TEST(Commands, TwoButtonsOfTheToolBarDifferFromTheirMenuItems) {
   EXPECT_EQ(shell.Main.Pointer, MousePointer::Default);
 }
 
-TEST(Commands, HelpHandsAddressesToTheDesktop) {
-  Shell shell;
-  shell.User.Click(shell.Main.mnuWebUserManual);
-  shell.User.Click(shell.Main.mnuSoftwareManualOnWeb);
-  shell.Main.mnuContents.OnClick();
-  EXPECT_EQ(
-      shell.World.Documents,
-      (std::vector<std::string>{"http://www.torvane.example/uploadfile/kvt518m.pdf",
-                                "http://www.torvane.example/uploadfile/GainsmithForKVT518.pdf",
-                                "/program/help.chm"}));
-}
-
 }  // namespace
 }  // namespace gainsmith::test

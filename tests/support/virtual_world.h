@@ -89,6 +89,7 @@ class VirtualWorld : public World {
   int ScreenHeightTwips() override { return 768 * 15; }
   void Repaint(Window&) override { ++Repaints; }
   MessageAnswer ShowMessage(const Message& message) override;
+  bool AwaitsAnswer() const override { return messagesShown_ > 0; }
   ChosenFile AskOpenFile(const std::string& filter) override { return AskFile(filter); }
   ChosenFile AskSaveFile(const std::string& filter) override { return AskFile(filter); }
   std::optional<Colour> AskColour(Colour present) override;

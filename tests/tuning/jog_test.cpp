@@ -211,6 +211,23 @@ TEST_F(JogTest, AReleaseBehindAMessageStopsTheMotor) {
   EXPECT_EQ(TakeFrames().back(), "W 9=0");
 }
 
+// The press waits below the message: its own stop word would come too late.
+TEST_F(JogTest, AReleaseBehindAMessageOverThePressStopsTheMotor) {
+  World.OnMessage = [&](const Message&) {
+    User.Release(Window.Command2);
+    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+  };
+  // In the closing wait of the jog word.
+  World.At(480, [&] {
+    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 1);
+    World.ShowMessage({"Any", "Any"});
+  });
+  User.Press(Window.Command2);
+  World.RunFor(1000);
+  EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+  EXPECT_EQ(TakeFrames().back(), "W 9=0");
+}
+
 // A key that is held down gives Enter again and again.
 TEST_F(JogTest, EnterUnderWayCommitsNothingAgain) {
   for (int ms = 30; ms < 130; ms += 30) World.At(ms, [&] { User.Enter(Window.Text2); });
