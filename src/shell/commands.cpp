@@ -14,6 +14,7 @@ Commands::Commands(World& world, ShellState& shell, MDIForm1& main, Routes route
   RouteDriveMenu();
   RouteHelpMenu();
   RouteToolBar();
+  main_.LineWatch.OnTimer = [this] { LineWatch_Timer(); };
 }
 
 std::function<void()> Commands::WhenNoTransferRuns(std::function<void()> action) {
@@ -23,9 +24,24 @@ std::function<void()> Commands::WhenNoTransferRuns(std::function<void()> action)
 }
 
 std::function<void()> Commands::WhenLineIsFree(std::function<void()> action) {
-  return WhenNoTransferRuns([this, action = std::move(action)] {
-    if (!routes_.LineInUse()) action();
-  });
+  return WhenNoTransferRuns([this, action = std::move(action)] { StartOnceLineIsFree(action); });
+}
+
+void Commands::StartOnceLineIsFree(std::function<void()> action) {
+  if (!routes_.LineInUse()) return action();
+  waiting_ = std::move(action);
+  main_.Pointer = MousePointer::Hourglass;
+  main_.LineWatch.Start();
+}
+
+void Commands::LineWatch_Timer() {
+  const bool open = world_.IsPortOpen();
+  if (open && routes_.LineInUse()) return;
+  main_.LineWatch.Stop();
+  main_.Pointer = MousePointer::Default;
+  const std::function<void()> action = std::exchange(waiting_, {});
+  // What has opened meanwhile has the user's attention.
+  if (open && !shell_.BulkTransferRunning && world_.ModalWindow() == nullptr) action();
 }
 
 void Commands::RouteFileMenu() {
@@ -45,7 +61,7 @@ void Commands::RouteDriveMenu() {
   main_.ReadFromDrive.OnClick = WhenLineIsFree([this] { routes_.ReadFromDrive(); });
   main_.mnuDownloadToDrive.OnClick = WhenLineIsFree([this] { mnuDownloadToDrive_Click(); });
   main_.mnuReset.OnClick = WhenLineIsFree([this] { mnuReset_Click(); });
-  main_.ParaDataLib.OnClick = WhenLineIsFree([this] { ParaDataLib_Click(); });
+  main_.ParaDataLib.OnClick = WhenNoTransferRuns([this] { ParaDataLib_Click(); });
   main_.mnuScope.OnClick = WhenNoTransferRuns([this] { mnuScope_Click(); });
   main_.ErrCheck.OnClick = WhenLineIsFree([this] { ErrCheck_Click(); });
 }
@@ -134,7 +150,7 @@ void Commands::PositionLoopButton_Click() {
 void Commands::mnuScope_Click() {
   if (!CommunicationTest()) return;
   if (!shell_.ChildWindowOpen) {
-    if (routes_.LineInUse()) return;
+    if (routes_.LineInUse()) return StartOnceLineIsFree([this] { mnuScope_Click(); });
     shell_.ChildWindowOpen = true;
     world_.ShowModal(*routes_.Scope);
   } else if (!shell_[OpenMark::Scope]) {
@@ -182,7 +198,8 @@ void Commands::mnuReset_Click() {
 }
 
 void Commands::VelocityLoop_Click() {
-  if (shell_.BulkTransferRunning || routes_.LineInUse()) return;
+  if (shell_.BulkTransferRunning) return;
+  if (routes_.LineInUse()) return StartOnceLineIsFree([this] { VelocityLoop_Click(); });
   routes_.ForgetClosingPositionWindow();
   if (!CommunicationTest()) return;
   if (!shell_.ChildWindowOpen) {
@@ -194,8 +211,10 @@ void Commands::VelocityLoop_Click() {
 }
 
 void Commands::ReadFromDrive_Click() {
-  if (shell_.BulkTransferRunning || routes_.LineInUse()) return;
-  if (CommunicationTest()) routes_.ReadFromDrive();
+  if (shell_.BulkTransferRunning) return;
+  StartOnceLineIsFree([this] {
+    if (CommunicationTest()) routes_.ReadFromDrive();
+  });
 }
 
 void Commands::TestConsole_Click() {

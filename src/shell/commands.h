@@ -71,9 +71,12 @@ class Commands {
   void RouteToolBar();
   // The handler `action`, kept from starting while a bulk transfer runs.
   std::function<void()> WhenNoTransferRuns(std::function<void()> action);
-  // Also kept from starting while a handler, perhaps of a window that is closed by now, is at work
-  // on the line: what `action` reads would be about to change.
+  // The same for an action that reads the drive or writes to it. While a handler, perhaps of a
+  // window that is closed by now, is at work on the line it waits under the hourglass: what it
+  // reads would be about to change. Of several that wait the newest starts.
   std::function<void()> WhenLineIsFree(std::function<void()> action);
+  void StartOnceLineIsFree(std::function<void()> action);
+  void LineWatch_Timer();
   // False after the message of a lost link when the port is closed.
   bool CommunicationTest();
   void Refuse(const char* text, MessageIcon icon);
@@ -82,6 +85,8 @@ class Commands {
   ShellState& shell_;
   MDIForm1& main_;
   Routes routes_;
+  // The command that waits for the line.
+  std::function<void()> waiting_;
 };
 
 }  // namespace gainsmith

@@ -6,6 +6,8 @@ namespace gainsmith {
 MDIForm1::MDIForm1(World& world, ShellState& shell) : world_(world), shell_(shell) {
   Name = "MDIForm1";
   Caption = MainTitle;
+  Timers = {&LineWatch};
+  LineWatch.IntervalMs = 50;
   DesignMenus();
   DesignClientArea();
 }

@@ -48,6 +48,9 @@ struct MDIForm1 : FrameWindow {
   Label lblConnection, lblConnectionDetail, lblHint, lblActivity, lblNotice;
   ProgressBar prgActivity;
 
+  // Looks whether the line is free, for a command that waits.
+  Timer LineWatch;
+
   // Full path of the configuration file that Save writes to; empty when there is none.
   std::string CurrentConfigFile;
 
