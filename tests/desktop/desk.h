@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "desktop/desktop_world.h"
-#include "support/desktop_driver.h"
+#include "driver/desktop_driver.h"
 
 namespace gainsmith::test {
 

@@ -4,7 +4,7 @@
 
 #include "desk.h"
 #include "desktop/look.h"
-#include "support/layout_check.h"
+#include "driver/layout_check.h"
 
 namespace gainsmith::test {
 namespace {

@@ -13,8 +13,8 @@
 #include "desktop/desktop_world.h"
 #include "desktop/look.h"
 #include "drive_process.h"
-#include "support/desktop_driver.h"
-#include "support/layout_check.h"
+#include "driver/desktop_driver.h"
+#include "driver/layout_check.h"
 
 namespace gainsmith::test {
 namespace {

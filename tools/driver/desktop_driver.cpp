@@ -1,5 +1,5 @@
 // DesktopDriver: input through the same road as the window system's.
-#include "support/desktop_driver.h"
+#include "driver/desktop_driver.h"
 
 #include <gtest/gtest.h>
 

@@ -14,7 +14,7 @@
 #include <type_traits>
 
 #include "platform/world.h"
-#include "support/scripted_dialogs.h"
+#include "driver/scripted_dialogs.h"
 
 namespace gainsmith::test {
 

@@ -1,5 +1,5 @@
 // LayoutFaults: measured on the widgets as they are shown.
-#include "support/layout_check.h"
+#include "driver/layout_check.h"
 
 #include <QAbstractButton>
 #include <QComboBox>

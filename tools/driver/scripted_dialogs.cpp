@@ -1,5 +1,5 @@
 // ScriptedDialogs: fills in and presses what a person would.
-#include "support/scripted_dialogs.h"
+#include "driver/scripted_dialogs.h"
 
 #include <QApplication>
 #include <QColorDialog>
