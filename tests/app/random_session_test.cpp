@@ -183,9 +183,9 @@ class RandomUser {
     const std::vector<std::string> bad{"",      "abc",   "-1",    "0",   "0.5",
                                        "65535", "65536", "1e300", "nan", "65535.499"};
     // A field that was spoilt keeps its window from starting anything: it is mended soon.
-    bench_.user.Paste(field, Below(8) == 0 ? OneOf(bad) : OneOf(good));
+    Write(field, Below(8) == 0 ? OneOf(bad) : OneOf(good));
     bench_.world.At(3000, [this, &field, number = OneOf(good)] {
-      if (bench_.user.CanReach(field)) bench_.user.Paste(field, number);
+      if (bench_.user.CanReach(field)) Write(field, number);
     });
     switch (Below(4)) {
       case 0:
@@ -193,18 +193,27 @@ class RandomUser {
       case 1:
         return bench_.user.Leave(field);
       default:
-        return bench_.user.Enter(field);
+        return Enter(field);
     }
+  }
+
+  void Write(TextBox& field, const std::string& text) {
+    oracle_.Edited(field);
+    bench_.user.Paste(field, text);
+  }
+  void Enter(TextBox& field) {
+    oracle_.Committed(field);
+    bench_.user.Enter(field);
   }
 
   void HoldEnter(TextBox& field) {
     constexpr int RepeatMs = 33;
     for (int i = 1; i <= 30; ++i) {
       bench_.world.At(i * RepeatMs, [this, &field] {
-        if (!stopped_ && bench_.user.CanReach(field)) bench_.user.Enter(field);
+        if (!stopped_ && bench_.user.CanReach(field)) Enter(field);
       });
     }
-    bench_.user.Enter(field);
+    Enter(field);
   }
 
   void UsePicture(PictureBox& picture) {

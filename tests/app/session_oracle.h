@@ -13,6 +13,7 @@
 
 #include "bench.h"
 #include "params/parameter_table.h"
+#include "platform/number_text.h"
 
 namespace gainsmith::test {
 
@@ -28,11 +29,16 @@ class SessionOracle {
   int Jogs = 0;
   int Gains = 0;
 
+  // The user has written into a field, or has committed what stands there.
+  void Edited(const TextBox& field) { edited_.insert(&field); }
+  void Committed(const TextBox& field) { edited_.erase(&field); }
+
   // For a moment at which no handler has anything to say and no message is on the screen.
   void Look() {
     TakeFrames();
     TakeWordsOfFailure();
     LookAtSettings();
+    LookAtGains();
     LookAtMotor();
   }
 
@@ -97,6 +103,24 @@ class SessionOracle {
     }
   }
 
+  // What a tuning window shows and remembers of the gains that were sent.
+  void LookAtGains() {
+    const Tool& tool = bench_.tool;
+    const velocityModeTune& window = tool.velocityMode;
+    if (!window.Loaded || tool.link.LoadFailed) return;
+    for (std::size_t i = 0; i < window.Gains.size(); ++i) {
+      const auto& [field, target, slot, smallest] = window.Gains[i];
+      const auto& sent = sent_[device_];
+      if (!sent.contains(static_cast<int>(target))) continue;
+      const float kept = tool.parameters[slot];
+      EXPECT_EQ(window.GainCopies[i], kept) << "gain " << i;
+      const TextBox& text = window.Text1[field];
+      if (edited_.contains(&text)) continue;
+      EXPECT_EQ(PackWord(static_cast<float>(LeadingNumber(text.Text))), PackWord(kept))
+          << text.Name;
+    }
+  }
+
   void LookAtMotor() {
     const Tool& tool = bench_.tool;
     for (const auto& [address, drive] : drives_) {
@@ -127,6 +151,8 @@ class SessionOracle {
   const std::set<Button*>& held_;
   // By address and register: settings that have gone out since the last word of a failure.
   std::map<int, std::map<int, const ParameterRow*>> sent_;
+  // Fields whose text was not committed.
+  std::set<const TextBox*> edited_;
   std::size_t seen_ = 0;
   std::size_t told_ = 0;
   int files_ = 0;
