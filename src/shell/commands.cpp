@@ -61,7 +61,7 @@ void Commands::RouteDriveMenu() {
   main_.ReadFromDrive.OnClick = WhenLineIsFree([this] { routes_.ReadFromDrive(); });
   main_.mnuDownloadToDrive.OnClick = WhenLineIsFree([this] { mnuDownloadToDrive_Click(); });
   main_.mnuReset.OnClick = WhenLineIsFree([this] { mnuReset_Click(); });
-  main_.ParaDataLib.OnClick = WhenNoTransferRuns([this] { ParaDataLib_Click(); });
+  main_.ParaDataLib.OnClick = WhenLineIsFree([this] { ParaDataLib_Click(); });
   main_.mnuScope.OnClick = WhenNoTransferRuns([this] { mnuScope_Click(); });
   main_.ErrCheck.OnClick = WhenLineIsFree([this] { ErrCheck_Click(); });
 }
