@@ -4,9 +4,9 @@
 #include <optional>
 
 #include "app/bench_menu.h"
+#include "connect/connect_window.h"
 #include "diagnostics/error_log_window.h"
 #include "diagnostics/test_console_window.h"
-#include "link/connect_window.h"
 #include "link/link.h"
 #include "params/bulk_transfer.h"
 #include "params/config_file.h"

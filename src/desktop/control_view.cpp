@@ -5,6 +5,7 @@
 
 #include "desktop/look.h"
 #include "desktop/window_view.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {

@@ -11,10 +11,12 @@
 #include <utility>
 
 #include "desktop/dialogs.h"
-#include "desktop/files.h"
+#include "desktop/documents.h"
 #include "desktop/look.h"
-#include "desktop/port_names.h"
-#include "desktop/sql_row_store.h"
+#include "host/files.h"
+#include "host/port_names.h"
+#include "host/qt_text.h"
+#include "host/sql_row_store.h"
 
 namespace gainsmith {
 namespace {

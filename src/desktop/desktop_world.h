@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "desktop/event_pump.h"
 #include "desktop/input_queue.h"
-#include "desktop/serial_line.h"
 #include "desktop/window_timers.h"
 #include "desktop/window_view.h"
+#include "host/event_pump.h"
+#include "host/serial_line.h"
 #include "platform/world.h"
 
 namespace gainsmith {

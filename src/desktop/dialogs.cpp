@@ -7,6 +7,7 @@
 #include <QMessageBox>
 
 #include "desktop/look.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {

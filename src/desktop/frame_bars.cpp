@@ -13,6 +13,7 @@
 #include "desktop/icons.h"
 #include "desktop/look.h"
 #include "desktop/window_view.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {

@@ -5,11 +5,12 @@
 #include <QFile>
 #include <QIconEngine>
 #include <QPainter>
+#include <QPalette>
 #include <QPixmap>
 #include <QPixmapCache>
 #include <QSvgRenderer>
 
-#include "desktop/look.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {

@@ -13,6 +13,7 @@
 
 #include "desktop/desktop_scheme.h"
 #include "desktop/icons.h"
+#include "host/qt_text.h"
 
 // The resources lie in a static library; the linker keeps them only if asked for.
 static void KeepResources() { Q_INIT_RESOURCE(desktop); }
@@ -181,9 +182,6 @@ QColor Readable(const QColor& wanted, const QColor& background) {
 QColor TextOn(const QColor& background) {
   return Contrast(Qt::white, background) >= Contrast(Qt::black, background) ? Qt::white : Qt::black;
 }
-
-QString ToQt(const std::string& text) { return QString::fromStdString(text); }
-std::string FromQt(const QString& text) { return text.toStdString(); }
 
 QString ShownText(const std::string& text) {
   QString shown = ToQt(text);

@@ -1,4 +1,4 @@
-// The one look of all windows: style, font, light and dark palettes, and colours and texts of
+// The one look of all windows: style, font, light and dark palettes, and colours and shown texts of
 // records as Qt knows them.
 #pragma once
 
@@ -38,9 +38,6 @@ QColor Readable(const QColor& wanted, const QColor& background);
 // Black or white, whichever reads better on `background`.
 QColor TextOn(const QColor& background);
 
-// Texts of records are UTF-8.
-QString ToQt(const std::string& text);
-std::string FromQt(const QString& text);
 // The text as a widget shows it: full-width forms that no installed font can draw become their
 // plain counterparts.
 QString ShownText(const std::string& text);

@@ -16,6 +16,7 @@
 #include "desktop/control_view.h"
 #include "desktop/look.h"
 #include "desktop/window_view.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {

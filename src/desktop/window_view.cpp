@@ -11,6 +11,7 @@
 
 #include "desktop/frame_bars.h"
 #include "desktop/look.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {

@@ -1,11 +1,4 @@
-// Files on a real disk: written whole or not at all, read no further than anyone looks.
-#include <sys/mount.h>
-#include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <QDir>
-#include <csignal>
+// Files as the tool reads them: no further than anyone looks.
 #include <fstream>
 
 #include "desk.h"
@@ -13,57 +6,7 @@
 namespace gainsmith::test {
 namespace {
 
-struct FilesTest : Desk {
-  // What lies in the test's directory, or below it.
-  QStringList Names(const std::string& below = ".") {
-    return QDir(QString::fromStdString(Path(below))).entryList(QDir::Files | QDir::Hidden);
-  }
-};
-
-TEST_F(FilesTest, AreReadAndWrittenWhole) {
-  const std::string bytes("a\0b\r\n\xff", 6);
-  ASSERT_TRUE(world.WriteFile(Path("f"), "old, and longer than the new"));
-  ASSERT_TRUE(world.WriteFile(Path("f"), bytes));
-  EXPECT_EQ(world.ReadFile(Path("f")), bytes);
-  EXPECT_EQ(world.ReadFile(Path("missing")), std::nullopt);
-  EXPECT_EQ(world.ReadFile(Path(".")), std::nullopt);
-  EXPECT_FALSE(world.WriteFile(Path("no/such/place"), bytes));
-  ASSERT_EQ(mkfifo(Path("fifo").c_str(), 0600), 0);
-  EXPECT_FALSE(world.WriteFile(Path("fifo"), bytes));
-  EXPECT_EQ(world.ReadFile(Path("fifo")), std::nullopt);
-  EXPECT_EQ(world.ReadFile("/dev/zero"), std::nullopt);
-}
-
-TEST_F(FilesTest, OnAFullDiskTheOldFileStays) {
-  constexpr std::size_t Room = 4096;
-  // Less and more than what is buffered before anything is written.
-  constexpr std::size_t Sizes[] = {2 * Room, 50 * Room};
-  ASSERT_TRUE(world.WriteFile(Path("f"), "old"));
-  for (const std::size_t size : Sizes) {
-    const auto write = [&] {
-      std::signal(SIGXFSZ, SIG_IGN);
-      const rlimit limit{Room, Room};
-      setrlimit(RLIMIT_FSIZE, &limit);
-      _exit(world.WriteFile(Path("f"), std::string(size, 'x')) ? 1 : 0);
-    };
-    EXPECT_EXIT(write(), testing::ExitedWithCode(0), "") << "told as written: " << size;
-    EXPECT_TRUE(world.ReadFile(Path("f")) == "old") << size;
-    EXPECT_EQ(Names(), QStringList{"f"});
-  }
-
-  // The same on a file system that is really full, where the test may make one.
-  ASSERT_EQ(mkdir(Path("disk").c_str(), 0700), 0);
-  if (mount("tmpfs", Path("disk").c_str(), "tmpfs", 0, "size=8k") != 0) return;
-  ASSERT_TRUE(world.WriteFile(Path("disk/f"), "old"));
-  for (const std::size_t size : Sizes) {
-    EXPECT_FALSE(world.WriteFile(Path("disk/f"), std::string(size, 'x')));
-    EXPECT_TRUE(world.ReadFile(Path("disk/f")) == "old") << size;
-    EXPECT_EQ(Names("disk"), QStringList{"f"});
-  }
-  EXPECT_EQ(umount(Path("disk").c_str()), 0);
-}
-
-TEST_F(FilesTest, OfAHugeFileTheWholeLinesOfItsStartAreRead) {
+TEST_F(Desk, OfAHugeFileTheWholeLinesOfItsStartAreRead) {
   std::string lines;
   while (lines.size() <= World::MostFileBytes) lines += "0& 1234567 \r\n";
   const std::size_t whole = lines.rfind('\n', World::MostFileBytes - 1) + 1;

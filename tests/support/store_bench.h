@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <string>
 
-#include "link/connect_window.h"
+#include "connect/connect_window.h"
 #include "link/link.h"
 #include "params/bulk_transfer.h"
 #include "params/config_file.h"

@@ -10,7 +10,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "desktop/look.h"
+#include "host/qt_text.h"
 
 namespace gainsmith::test {
 namespace {

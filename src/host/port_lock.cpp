@@ -1,5 +1,5 @@
 // Lock files of serial ports.
-#include "desktop/port_lock.h"
+#include "host/port_lock.h"
 
 #include <QCoreApplication>
 #include <QFile>

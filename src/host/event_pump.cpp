@@ -1,5 +1,5 @@
 // EventPump: sleeping to the exact end of a wait.
-#include "desktop/event_pump.h"
+#include "host/event_pump.h"
 
 #include <QAbstractEventDispatcher>
 #include <QEventLoop>

@@ -1,5 +1,5 @@
 // Form2: see the header.
-#include "link/connect_window.h"
+#include "connect/connect_window.h"
 
 #include <utility>
 

@@ -1,5 +1,5 @@
 // The design of Form2: controls, captions, places, tab order.
-#include "link/connect_window.h"
+#include "connect/connect_window.h"
 
 namespace gainsmith {
 

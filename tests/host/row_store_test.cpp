@@ -2,7 +2,9 @@
 #include <QSqlDatabase>
 #include <QSqlQuery>
 
-#include "desk.h"
+#include "host/files.h"
+#include "host/sql_row_store.h"
+#include "scratch.h"
 
 namespace gainsmith::test {
 namespace {
@@ -11,7 +13,7 @@ constexpr const char* Table = "QMX4400";
 constexpr const char* Spoil =
     "CREATE TRIGGER no BEFORE INSERT ON QMX4400 BEGIN SELECT RAISE(ABORT, 'full'); END";
 
-struct RowStoreTest : Desk {
+struct RowStoreTest : Scratch {
   // What another program does with a store file, and the first value of its answer.
   static QString RunElsewhere(const std::string& file, const char* statement) {
     QSqlDatabase database = QSqlDatabase::addDatabase("QSQLITE", statement);
@@ -30,7 +32,7 @@ std::vector<StoredRow> SomeRows() {
 
 TEST_F(RowStoreTest, RowsSurviveInAFileThatOthersCanRead) {
   {
-    const auto store = world.OpenRows(path, Table);
+    const auto store = OpenRowStore(path, Table);
     store->Append(SomeRows());
     store->Append({{"Last", 1, "x"}});
     store->DeleteLast(2);
@@ -38,7 +40,7 @@ TEST_F(RowStoreTest, RowsSurviveInAFileThatOthersCanRead) {
   auto rows = SomeRows();
   rows.pop_back();
   {
-    const auto store = world.OpenRows(path, Table);
+    const auto store = OpenRowStore(path, Table);
     EXPECT_EQ(store->Rows(), rows);
     store->DeleteLast(51);
     EXPECT_TRUE(store->Rows().empty());
@@ -50,19 +52,19 @@ TEST_F(RowStoreTest, RowsSurviveInAFileThatOthersCanRead) {
 
 TEST_F(RowStoreTest, FilesThatCannotServeAreLeftAloneAndMemoryServes) {
   const std::string garbage(5000, 'x');
-  ASSERT_TRUE(world.WriteFile(Path("garbage"), garbage));
+  ASSERT_TRUE(WriteWholeFile(Path("garbage"), garbage));
   RunElsewhere(Path("foreign"), "CREATE TABLE QMX4400 (other TEXT)");
-  const auto foreign = world.ReadFile(Path("foreign"));
+  const auto foreign = ReadAll(Path("foreign"));
   for (const std::string name : {"garbage", "foreign", "no/such/directory", ".", "spoiled"}) {
-    const auto store = world.OpenRows(Path(name), Table);
+    const auto store = OpenRowStore(Path(name), Table);
     store->Append(SomeRows());
     if (name == "spoiled") RunElsewhere(Path(name), Spoil);
     store->Append({{"More", 2, ""}});
     store->DeleteLast(2);
     EXPECT_EQ(store->Rows().size(), 2U) << name;
   }
-  EXPECT_EQ(world.ReadFile(Path("garbage")), garbage);
-  EXPECT_EQ(world.ReadFile(Path("foreign")), foreign);
+  EXPECT_EQ(ReadAll(Path("garbage")), garbage);
+  EXPECT_EQ(ReadAll(Path("foreign")), foreign);
 }
 
 }  // namespace

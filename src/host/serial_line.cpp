@@ -1,5 +1,5 @@
 // SerialLine over QSerialPort.
-#include "desktop/serial_line.h"
+#include "host/serial_line.h"
 
 #include <QStringList>
 

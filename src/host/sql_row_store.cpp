@@ -1,5 +1,5 @@
 // Rows in an SQLite file through Qt SQL.
-#include "desktop/sql_row_store.h"
+#include "host/sql_row_store.h"
 
 #include <QSqlDatabase>
 #include <QSqlError>

@@ -1,12 +1,12 @@
 // COM names on every system.
-#include "desktop/port_names.h"
+#include "host/port_names.h"
 
 #include <QCollator>
 #include <QFileInfo>
 #include <QSerialPortInfo>
 #include <algorithm>
 
-#include "desktop/port_lock.h"
+#include "host/port_lock.h"
 
 namespace gainsmith {
 namespace {

@@ -1,5 +1,5 @@
 // The connect dialog: what it sends, both roads of failure, and what it leaves behind.
-#include "link/connect_window.h"
+#include "connect/connect_window.h"
 
 #include <gtest/gtest.h>
 

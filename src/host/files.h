@@ -15,7 +15,4 @@ std::optional<std::string> ReadStartOfFile(const std::string& path, std::size_t 
 bool WriteWholeFile(const std::string& path, const std::string& bytes);
 bool IsFile(const std::string& path);
 
-// A document's path or a web address, to the desktop's default handler.
-void OpenWithDesktop(const std::string& address);
-
 }  // namespace gainsmith

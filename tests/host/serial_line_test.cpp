@@ -1,4 +1,6 @@
 // The serial port on a real pseudo-terminal.
+#include "host/serial_line.h"
+
 #include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
@@ -11,8 +13,11 @@
 #include <QFile>
 #include <ctime>
 
-#include "desk.h"
-#include "desktop/port_lock.h"
+#include "host/event_pump.h"
+#include "host/files.h"
+#include "host/port_lock.h"
+#include "host/port_names.h"
+#include "scratch.h"
 
 namespace gainsmith::test {
 namespace {
@@ -22,7 +27,7 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr int LongestMs = 5000;
 
 // The far end of COM1.
-struct SerialLineTest : Desk {
+struct SerialLineTest : Scratch {
   SerialLineTest() { Plug(); }
   ~SerialLineTest() override { Pull(); }
 
@@ -49,15 +54,15 @@ struct SerialLineTest : Desk {
   void Send(const Bytes& bytes) {
     ASSERT_EQ(write(farEnd, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
     const int size = static_cast<int>(bytes.size());
-    const std::int64_t endMs = world.NowMs() + LongestMs;
-    while (world.IsPortOpen() && world.BytesAvailable() < size && world.NowMs() < endMs) {
+    const std::int64_t endMs = EventPump::NowMs() + LongestMs;
+    while (line.IsOpen() && line.BytesAvailable() < size && EventPump::NowMs() < endMs) {
       sched_yield();
     }
   }
   Bytes Received(std::size_t size) {
     Bytes bytes;
-    pollfd line{farEnd, POLLIN, 0};
-    while (bytes.size() < size && poll(&line, 1, LongestMs) == 1) {
+    pollfd end{farEnd, POLLIN, 0};
+    while (bytes.size() < size && poll(&end, 1, LongestMs) == 1) {
       Bytes arrived(256);
       const ssize_t count = read(farEnd, arrived.data(), arrived.size());
       if (count <= 0) break;
@@ -65,29 +70,40 @@ struct SerialLineTest : Desk {
     }
     return bytes;
   }
-  bool Open() { return world.OpenPort(1, "38400,n,8,2"); }
+  // Runs the events of `ms` milliseconds.
+  void WaitMs(std::int64_t ms) {
+    const std::int64_t deadlineMs = EventPump::NowMs() + ms;
+    while (EventPump::NowMs() <= deadlineMs) pump.Run(deadlineMs);
+  }
+  bool OpenCom(int number) {
+    return line.Open(PortDevice(directory.path(), number), "38400,n,8,2");
+  }
+  bool Open() { return OpenCom(1); }
+  QString Described(int number) { return PortDescription(directory.path(), number); }
 
+  EventPump pump;
+  SerialLine line;
   int farEnd = -1;
 };
 
 TEST_F(SerialLineTest, BytesPassRawBothWays) {
   ASSERT_TRUE(Open());
-  EXPECT_TRUE(world.IsPortOpen());
+  EXPECT_TRUE(line.IsOpen());
   termios settings{};
   ASSERT_EQ(tcgetattr(farEnd, &settings), 0);
   EXPECT_EQ(settings.c_cflag & (CSIZE | CSTOPB | PARENB), CS8 | CSTOPB);
 
   const Bytes every{0x00, 0x03, 0x0A, 0x0D, 0x11, 0x13, 0x1A, 0x7F, 0x80, 0xFF};
-  for (const std::uint8_t byte : every) world.WriteByte(byte);
+  for (const std::uint8_t byte : every) line.WriteByte(byte);
   EXPECT_EQ(Received(every.size()), every);
   Send(every);
-  EXPECT_EQ(world.BytesAvailable(), static_cast<int>(every.size()));
-  EXPECT_EQ(world.ReadAll(), every);
+  EXPECT_EQ(line.BytesAvailable(), static_cast<int>(every.size()));
+  EXPECT_EQ(line.ReadAll(), every);
   Send({1, 2, 3});
-  world.ClearInput();
-  EXPECT_EQ(world.ReadAll(), Bytes{});
-  world.ClosePort();
-  EXPECT_FALSE(world.IsPortOpen());
+  line.ClearInput();
+  EXPECT_EQ(line.ReadAll(), Bytes{});
+  line.Close();
+  EXPECT_FALSE(line.IsOpen());
 }
 
 TEST_F(SerialLineTest, VanishedDeviceFailsQuietlyAndUsesNoProcessor) {
@@ -95,33 +111,32 @@ TEST_F(SerialLineTest, VanishedDeviceFailsQuietlyAndUsesNoProcessor) {
   Pull();
   const std::clock_t busyBefore = std::clock();
   for (int i = 0; i < 8; ++i) {
-    world.WriteByte(0x55);
+    line.WriteByte(0x55);
     WaitMs(50);
-    EXPECT_EQ(world.BytesAvailable(), 0);
-    EXPECT_TRUE(world.ReadAll().empty());
-    EXPECT_TRUE(world.IsPortOpen()) << "open is the tool's own idea";
+    EXPECT_EQ(line.BytesAvailable(), 0);
+    EXPECT_TRUE(line.ReadAll().empty());
+    EXPECT_TRUE(line.IsOpen()) << "open is the tool's own idea";
   }
   const double busyMs = 1000.0 * static_cast<double>(std::clock() - busyBefore) / CLOCKS_PER_SEC;
   EXPECT_LT(busyMs, 100);
-  EXPECT_TRUE(driver.Dialogs.Messages.empty());
 
-  world.ClosePort();
+  line.Close();
   EXPECT_FALSE(Open());
   Plug();
   ASSERT_TRUE(Open());
   Send({7});
-  EXPECT_EQ(world.ReadAll(), Bytes{7});
+  EXPECT_EQ(line.ReadAll(), Bytes{7});
 }
 
 TEST_F(SerialLineTest, PortsThatCannotBeOpenedAndWhatTheListSaysOfThem) {
   const QString link = QString::fromStdString(Path("COM1"));
-  EXPECT_EQ(world.DescribePort(1), QFile::symLinkTarget(link).toStdString());
-  EXPECT_EQ(world.DescribePort(12), "");
-  EXPECT_FALSE(world.OpenPort(12, "38400,n,8,2")) << "no such port";
-  EXPECT_FALSE(world.IsPortOpen());
+  EXPECT_EQ(Described(1), QFile::symLinkTarget(link));
+  EXPECT_EQ(Described(12), "");
+  EXPECT_FALSE(OpenCom(12)) << "no such port";
+  EXPECT_FALSE(line.IsOpen());
   Pull();
   EXPECT_FALSE(Open()) << "a link that leads nowhere";
-  EXPECT_NE(world.DescribePort(1).find("not connected"), std::string::npos);
+  EXPECT_TRUE(Described(1).contains("not connected"));
 }
 
 TEST_F(SerialLineTest, ADescriptionSaysWhoHoldsThePortAndHowToFreeIt) {
@@ -157,7 +172,7 @@ TEST_F(SerialLineTest, ADescriptionSaysWhoHoldsThePortAndHowToFreeIt) {
       {"-1\n", "locked by another program. If none uses the port, " + remove},
   };
   for (const auto& [lock, note, mayRemove] : cases) {
-    ASSERT_TRUE(world.WriteFile(file.toStdString(), lock));
+    ASSERT_TRUE(WriteWholeFile(file.toStdString(), lock));
     removable = mayRemove;
     EXPECT_EQ(LockNote("/dev/ttyUSB0", keeping), note) << lock;
     EXPECT_EQ(LockNote("/dev/ttyUSB1", keeping), "");
@@ -173,15 +188,16 @@ TEST_F(SerialLineTest, TheRealLockIsFoundWhereSerialPortsLeaveIt) {
   LockKeeping keeping = SystemLockKeeping();
   EXPECT_EQ(LockNote(device, keeping), "");
   keeping.OwnProcess = 0;
-  EXPECT_EQ(LockNote(device, keeping), QStringLiteral("in use by desktop_test (process %1).")
-                                           .arg(QCoreApplication::applicationPid()));
+  EXPECT_EQ(
+      LockNote(device, keeping),
+      QStringLiteral("in use by host_tests (process %1).").arg(QCoreApplication::applicationPid()));
   // Another program's, that runs as long as the system does.
   const QString name = "/LCK.." + device.mid(5).replace('/', '_');
   for (const QString& place : keeping.Directories) {
     QFile lock(place + name);
     if (lock.exists() && lock.open(QIODevice::WriteOnly)) lock.write("1\n");
   }
-  EXPECT_NE(world.DescribePort(1).find("process 1)."), std::string::npos) << world.DescribePort(1);
+  EXPECT_TRUE(Described(1).contains("process 1).")) << Described(1).toStdString();
 }
 
 }  // namespace

@@ -1,11 +1,9 @@
-// Files of the desktop world.
-#include "desktop/files.h"
+// Whole files on disk.
+#include "host/files.h"
 
-#include <QDesktopServices>
 #include <QFile>
 #include <QFileInfo>
 #include <QSaveFile>
-#include <QUrl>
 
 #ifdef Q_OS_UNIX
 #include <unistd.h>
@@ -13,7 +11,7 @@
 #include <cerrno>
 #endif
 
-#include "desktop/look.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {
@@ -53,12 +51,5 @@ bool WriteWholeFile(const std::string& path, const std::string& bytes) {
 }
 
 bool IsFile(const std::string& path) { return QFileInfo(ToQt(path)).isFile(); }
-
-void OpenWithDesktop(const std::string& address) {
-  const QString text = ToQt(address);
-  const QUrl url(text);
-  const bool isAddress = url.scheme().size() > 1;
-  QDesktopServices::openUrl(isAddress ? url : QUrl::fromLocalFile(text));
-}
 
 }  // namespace gainsmith

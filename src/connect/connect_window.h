@@ -1,7 +1,7 @@
 // Form2, "Connect to Drive": where a connection begins and ends.
 //
-// It stands above the rooms of the store and the shell (link target `connect`), as its Open action
-// ends in the read of all settings.
+// Its room stands above the store's and the shell's, as its Open action ends in the read of all
+// settings.
 #pragma once
 
 #include <array>
