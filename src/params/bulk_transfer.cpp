@@ -53,7 +53,7 @@ bool BulkTransfer::ReadAllParameters(const Errand& errand) {
   main_.ShowNotice(Notice::Transfer, "");
   main_.OnSettingsReplaced("the drive's settings were read anew");
   int done = 0;
-  for (const Slot slot : ReadOrder()) {
+  for (const Slot slot : ReadOrder) {
     main_.ShowActivity("Reading settings", done, TransferSteps);
     if (link_.Read(errand, RowOf(slot).Source, CountingRetries()) != Sent::Taken) break;
     if (slot == Slot::PulseEdge) {
@@ -116,7 +116,7 @@ std::string BulkTransfer::UnpackableRows() const {
   const bool wholeWord = store_.HoldsFlagsWord;
   std::string rows;
   for (const ParameterRow& row : ParameterRows()) {
-    const bool sent = row.WriteStep != 0 || (IsFlagSlot(row.Index) && !wholeWord);
+    const bool sent = Travels(row.Index) || (IsFlagSlot(row.Index) && !wholeWord);
     if (!sent || PackWord(ValueToRaw(row.Index, store_[row.Index]))) continue;
     rows += "\n" + std::string(Trimmed(row.Name)) + ": " + PlainText(store_[row.Index]);
   }
