@@ -1,8 +1,6 @@
 // Form4: see the header.
 #include "diagnostics/error_log_window.h"
 
-#include "diagnostics/short_exchange.h"
-
 namespace gainsmith {
 namespace {
 

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "diagnostics/short_exchange.h"
 #include "platform/number_text.h"
 
 namespace gainsmith {
