@@ -1,4 +1,4 @@
-// Form4: see the header.
+// Form4: the reading of the log, the blink pass, and the erase buttons.
 #include "diagnostics/error_log_window.h"
 
 namespace gainsmith {

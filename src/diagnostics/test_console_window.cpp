@@ -1,4 +1,4 @@
-// Form110: see the header.
+// Form110: the watching of its locations, and the checksum of a file.
 #include "diagnostics/test_console_window.h"
 
 #include <algorithm>

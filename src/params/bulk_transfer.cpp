@@ -1,4 +1,4 @@
-// Bulk transfers: see the header.
+// The loops of read, download and store, and what the main window says of them.
 #include "params/bulk_transfer.h"
 
 #include <algorithm>

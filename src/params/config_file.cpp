@@ -1,4 +1,4 @@
-// Configuration files: see the header.
+// The file commands: dialogs, questions and messages around the text of a configuration.
 #include "params/config_file.h"
 
 #include "params/config_text.h"

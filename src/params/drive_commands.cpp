@@ -1,4 +1,4 @@
-// Drive commands: see the header.
+// The road of each command: its question, the transfer, the store and what is told at the end.
 #include "params/drive_commands.h"
 
 namespace gainsmith {

@@ -1,4 +1,4 @@
-// Form8: see the header.
+// Form8: its buttons, the progress that counts by itself, and the rows on show.
 #include "params/grid_window.h"
 
 #include "params/config_file.h"

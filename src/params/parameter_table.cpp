@@ -1,4 +1,4 @@
-// The parameter table: see the header.
+// The rows of the parameter table, and what is derived from them when the tool is compiled.
 #include "params/parameter_table.h"
 
 #include "platform/number_text.h"

@@ -1,4 +1,4 @@
-// Dialog: see the header.
+// Dialog, the About box: its labels and links.
 #include "shell/about_window.h"
 
 #include <string>
