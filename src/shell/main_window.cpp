@@ -50,6 +50,12 @@ void MDIForm1::SetToolbarButtons(bool enabled) {
   for (ToolButton* button : ToolButtons) button->Enabled = enabled;
 }
 
+void MDIForm1::TakeTestCommandsAway() {
+  (*this)[Tool1::CurrentLoop].Enabled = false;
+  MnuCurrentLoop.Enabled = false;
+  mnuPositionLoop.Enabled = false;
+}
+
 void MDIForm1::ShowFileInCaption(const std::string& fileName) {
   Caption = std::string(MainTitle) + " - [" + fileName + "]";
 }

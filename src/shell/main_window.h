@@ -64,6 +64,9 @@ struct MDIForm1 : FrameWindow {
   void EnableToolbarButtons() { SetToolbarButtons(true); }
   void DisableToolbarButtons() { SetToolbarButtons(false); }
 
+  // In velocity mode neither the current loop nor the position loop can be tested.
+  void TakeTestCommandsAway();
+
   // Title bar: the base caption, or with the name of the file in use, without its folder.
   void ShowFileInCaption(const std::string& fileName);
   void ShowBaseCaption();
