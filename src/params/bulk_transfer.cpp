@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "params/drive_flags.h"
+#include "platform/common_texts.h"
 #include "platform/number_text.h"
 
 namespace gainsmith {

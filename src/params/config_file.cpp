@@ -3,6 +3,7 @@
 
 #include "params/config_text.h"
 #include "params/drive_flags.h"
+#include "platform/common_texts.h"
 
 namespace gainsmith {
 namespace {

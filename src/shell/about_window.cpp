@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "shell/shell_state.h"
+#include "platform/common_texts.h"
 
 namespace gainsmith {
 

@@ -1,6 +1,8 @@
 // MDIForm1: start, end, and what the main window shows of the connection.
 #include "shell/main_window.h"
 
+#include "platform/common_texts.h"
+
 namespace gainsmith {
 
 MDIForm1::MDIForm1(World& world, ShellState& shell) : world_(world), shell_(shell) {

@@ -6,9 +6,6 @@
 
 namespace gainsmith {
 
-// The title of the main window and of most messages.
-inline constexpr const char* MainTitle = "Torvane Gainsmith for KVT518";
-
 // Marks of WindowOpenFlags.
 enum class OpenMark : std::size_t {
   CurrentLoop = 1,
