@@ -54,9 +54,14 @@ struct MDIForm1 : FrameWindow {
   // Full path of the configuration file that Save writes to; empty when there is none.
   std::string CurrentConfigFile;
 
-  void Form_Load() override;
-  // Asks whether to exit; Yes closes the port and ends the program.
+  void Form_Load() override { MDIForm_Load(); }
   bool Form_Unload() override;
+  // Forgets which windows are open, takes the whole screen and waits for the user.
+  void MDIForm_Load();
+  // Asks whether to exit; true on Yes.
+  bool MDIForm_QueryUnload();
+  // Closes the port and ends the program.
+  void MDIForm_Unload();
 
   // The ten items and seven buttons that need a connected drive.
   void EnableDriveMenus() { SetDriveMenus(true); }
