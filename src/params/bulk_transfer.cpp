@@ -33,15 +33,12 @@ bool BulkTransfer::readDrive() {
   const TransferMark mark(shell_);
   const Errand errand(link_);
   waiting_.ShowWaitingMessage("Reading Current Drive Settings");
-  if (!ReadAllParameters(errand)) {
-    if (closed_) {
-      waiting_.CloseWaitingMessage();
-    } else {
-      ReportReadFailure(errand);
-    }
+  const bool whole = ReadAllParameters(errand);
+  waiting_.CloseWaitingMessage();
+  if (!whole) {
+    if (!closed_) ReportReadFailure(errand);
     return false;
   }
-  waiting_.CloseWaitingMessage();
   main_.EnableDriveMenus();
   main_.EnableToolbarButtons();
   main_.ShowConnected();
@@ -75,7 +72,6 @@ bool BulkTransfer::ReadAllParameters(const Errand& errand) {
 
 void BulkTransfer::ReportReadFailure(const Errand& errand) {
   main_.Pointer = MousePointer::ArrowQuestion;
-  waiting_.CloseWaitingMessage();
   link_.TellFailure(errand);
 }
 
@@ -84,11 +80,6 @@ bool BulkTransfer::EndsClosed(bool wasOpen, const std::string& howFar) {
   ShowSilence(false);
   if (closed_) main_.ShowNotice(Notice::Transfer, "The connection was closed " + howFar);
   return closed_;
-}
-
-void BulkTransfer::EndWaiting() {
-  waiting_.CloseWaitingMessage();
-  world_.SetScreenPointer(MousePointer::Default);
 }
 
 void BulkTransfer::ShowSilence(bool silent) {
@@ -124,19 +115,16 @@ std::string BulkTransfer::UnpackableRows() const {
   return rows;
 }
 
-bool BulkTransfer::DownloadAllParameters() {
+DownloadResult BulkTransfer::DownloadAllParameters() {
   const TransferMark mark(shell_);
   main_.ShowNotice(Notice::Transfer, "");
   closed_ = false;
   const std::string unpackable = UnpackableRows();
   if (!unpackable.empty()) {
-    EndWaiting();
-    world_.ShowMessage(
-        {"Nothing was sent to the drive. These settings have values that it can't "
-         "take:" +
-             unpackable,
-         MainTitle, MessageButtons::Ok, MessageIcon::Critical});
-    return false;
+    return {.Trouble = Message{
+                "Nothing was sent to the drive. These settings have values that it can't take:" +
+                    unpackable,
+                MainTitle, MessageButtons::Ok, MessageIcon::Critical}};
   }
 
   const Errand errand(link_);
@@ -163,13 +151,12 @@ bool BulkTransfer::DownloadAllParameters() {
   const int taken = done - static_cast<int>(notTaken.size());
   if (EndsClosed(wasOpen, "while settings were written: " + OutOf(taken) +
                               " reached the drive. Nothing was stored.")) {
-    EndWaiting();
-    return false;
+    return {};
   }
   if (!notTaken.empty()) {
     main_.ShowNotice(Notice::Transfer, "The drive did not take: " + NamesOf(notTaken));
   }
-  return true;
+  return {.Whole = true};
 }
 
 bool BulkTransfer::SaveToEeprom() {

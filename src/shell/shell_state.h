@@ -29,4 +29,19 @@ struct ShellState {
   bool& operator[](OpenMark mark) { return WindowOpenFlags[static_cast<std::size_t>(mark)]; }
 };
 
+// Keeps ShellState::BulkTransferRunning set for as long as it lives. Marks nest.
+class TransferMark {
+ public:
+  explicit TransferMark(ShellState& shell) : shell_(shell), before_(shell.BulkTransferRunning) {
+    shell_.BulkTransferRunning = true;
+  }
+  TransferMark(const TransferMark&) = delete;
+  TransferMark& operator=(const TransferMark&) = delete;
+  ~TransferMark() { shell_.BulkTransferRunning = before_; }
+
+ private:
+  ShellState& shell_;
+  bool before_;
+};
+
 }  // namespace gainsmith
