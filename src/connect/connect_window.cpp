@@ -180,10 +180,7 @@ bool Form2::ReadIdentity(Register reg, std::string& text) {
 
 void Form2::ApplyOperatingMode() {
   const auto word = static_cast<std::uint16_t>(store_.DriveFlagsWord);
-  if ((word & flags::ModeMask) != flags::VelocityMode) return;
-  main_[Tool1::CurrentLoop].Enabled = false;
-  main_.MnuCurrentLoop.Enabled = false;
-  main_.mnuPositionLoop.Enabled = false;
+  if ((word & flags::ModeMask) == flags::VelocityMode) main_.TakeTestCommandsAway();
 }
 
 std::string Form2::PortText() const {

@@ -1,7 +1,5 @@
-// Form4: see the header.
+// Form4: the reading of the log, the blink pass, and the erase buttons.
 #include "diagnostics/error_log_window.h"
-
-#include "diagnostics/short_exchange.h"
 
 namespace gainsmith {
 namespace {

@@ -1,11 +1,10 @@
-// Form110: see the header.
+// Form110: the watching of its locations, and the checksum of a file.
 #include "diagnostics/test_console_window.h"
 
 #include <algorithm>
 #include <string>
 #include <vector>
 
-#include "diagnostics/short_exchange.h"
 #include "platform/number_text.h"
 
 namespace gainsmith {

@@ -104,4 +104,7 @@ struct ExchangeOptions {
   std::function<bool(int framesSent)> Withdrawn = {};
 };
 
+// Of the error log and the test console: at most five frames, and no closing wait.
+inline const ExchangeOptions ShortExchange{.MostFrames = 5, .ClosingWait = false};
+
 }  // namespace gainsmith

@@ -6,6 +6,7 @@
 #include <numeric>
 #include <utility>
 
+#include "platform/common_texts.h"
 #include "platform/number_text.h"
 
 namespace gainsmith {
@@ -269,10 +270,9 @@ Message LinkFailureMessage(const Link& link) {
     return {"The value " + PlainText(link.LastValue) + " for register " +
                 std::to_string(static_cast<int>(link.LastRegister)) +
                 " can't be sent: the drive takes 0 to 65535. Nothing was sent for it.",
-            "Torvane Gainsmith for KVT518", MessageButtons::Ok, MessageIcon::Critical};
+            MainTitle, MessageButtons::Ok, MessageIcon::Critical};
   }
-  return {"Unable to communicate with the connected drive. Check your connection",
-          "Cmmunication Error", MessageButtons::Ok, MessageIcon::Critical};
+  return LostLinkMessage();
 }
 
 }  // namespace gainsmith

@@ -1,9 +1,10 @@
-// Bulk transfers: see the header.
+// The loops of read, download and store, and what the main window says of them.
 #include "params/bulk_transfer.h"
 
 #include <algorithm>
 
 #include "params/drive_flags.h"
+#include "platform/common_texts.h"
 #include "platform/number_text.h"
 
 namespace gainsmith {
@@ -32,15 +33,12 @@ bool BulkTransfer::readDrive() {
   const TransferMark mark(shell_);
   const Errand errand(link_);
   waiting_.ShowWaitingMessage("Reading Current Drive Settings");
-  if (!ReadAllParameters(errand)) {
-    if (closed_) {
-      waiting_.CloseWaitingMessage();
-    } else {
-      ReportReadFailure(errand);
-    }
+  const bool whole = ReadAllParameters(errand);
+  waiting_.CloseWaitingMessage();
+  if (!whole) {
+    if (!closed_) ReportReadFailure(errand);
     return false;
   }
-  waiting_.CloseWaitingMessage();
   main_.EnableDriveMenus();
   main_.EnableToolbarButtons();
   main_.ShowConnected();
@@ -53,7 +51,7 @@ bool BulkTransfer::ReadAllParameters(const Errand& errand) {
   main_.ShowNotice(Notice::Transfer, "");
   main_.OnSettingsReplaced("the drive's settings were read anew");
   int done = 0;
-  for (const Slot slot : ReadOrder()) {
+  for (const Slot slot : ReadOrder) {
     main_.ShowActivity("Reading settings", done, TransferSteps);
     if (link_.Read(errand, RowOf(slot).Source, CountingRetries()) != Sent::Taken) break;
     if (slot == Slot::PulseEdge) {
@@ -74,7 +72,6 @@ bool BulkTransfer::ReadAllParameters(const Errand& errand) {
 
 void BulkTransfer::ReportReadFailure(const Errand& errand) {
   main_.Pointer = MousePointer::ArrowQuestion;
-  waiting_.CloseWaitingMessage();
   link_.TellFailure(errand);
 }
 
@@ -83,11 +80,6 @@ bool BulkTransfer::EndsClosed(bool wasOpen, const std::string& howFar) {
   ShowSilence(false);
   if (closed_) main_.ShowNotice(Notice::Transfer, "The connection was closed " + howFar);
   return closed_;
-}
-
-void BulkTransfer::EndWaiting() {
-  waiting_.CloseWaitingMessage();
-  world_.SetScreenPointer(MousePointer::Default);
 }
 
 void BulkTransfer::ShowSilence(bool silent) {
@@ -116,26 +108,23 @@ std::string BulkTransfer::UnpackableRows() const {
   const bool wholeWord = store_.HoldsFlagsWord;
   std::string rows;
   for (const ParameterRow& row : ParameterRows()) {
-    const bool sent = row.WriteStep != 0 || (IsFlagSlot(row.Index) && !wholeWord);
+    const bool sent = Travels(row.Index) || (IsFlagSlot(row.Index) && !wholeWord);
     if (!sent || PackWord(ValueToRaw(row.Index, store_[row.Index]))) continue;
     rows += "\n" + std::string(Trimmed(row.Name)) + ": " + PlainText(store_[row.Index]);
   }
   return rows;
 }
 
-bool BulkTransfer::DownloadAllParameters() {
+DownloadResult BulkTransfer::DownloadAllParameters() {
   const TransferMark mark(shell_);
   main_.ShowNotice(Notice::Transfer, "");
   closed_ = false;
   const std::string unpackable = UnpackableRows();
   if (!unpackable.empty()) {
-    EndWaiting();
-    world_.ShowMessage(
-        {"Nothing was sent to the drive. These settings have values that it can't "
-         "take:" +
-             unpackable,
-         MainTitle, MessageButtons::Ok, MessageIcon::Critical});
-    return false;
+    return {.Trouble = Message{
+                "Nothing was sent to the drive. These settings have values that it can't take:" +
+                    unpackable,
+                MainTitle, MessageButtons::Ok, MessageIcon::Critical}};
   }
 
   const Errand errand(link_);
@@ -162,13 +151,12 @@ bool BulkTransfer::DownloadAllParameters() {
   const int taken = done - static_cast<int>(notTaken.size());
   if (EndsClosed(wasOpen, "while settings were written: " + OutOf(taken) +
                               " reached the drive. Nothing was stored.")) {
-    EndWaiting();
-    return false;
+    return {};
   }
   if (!notTaken.empty()) {
     main_.ShowNotice(Notice::Transfer, "The drive did not take: " + NamesOf(notTaken));
   }
-  return true;
+  return {.Whole = true};
 }
 
 bool BulkTransfer::SaveToEeprom() {

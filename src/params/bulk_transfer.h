@@ -7,6 +7,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,19 +21,12 @@
 
 namespace gainsmith {
 
-// Keeps ShellState::BulkTransferRunning set for as long as it lives. Marks nest.
-class TransferMark {
- public:
-  explicit TransferMark(ShellState& shell) : shell_(shell), before_(shell.BulkTransferRunning) {
-    shell_.BulkTransferRunning = true;
-  }
-  TransferMark(const TransferMark&) = delete;
-  TransferMark& operator=(const TransferMark&) = delete;
-  ~TransferMark() { shell_.BulkTransferRunning = before_; }
-
- private:
-  ShellState& shell_;
-  bool before_;
+// How a download ended.
+struct DownloadResult {
+  // Each setting was offered to the drive.
+  bool Whole = false;
+  // What the caller tells where it was not; nothing where it was Closed.
+  std::optional<Message> Trouble = {};
 };
 
 class BulkTransfer {
@@ -52,15 +46,16 @@ class BulkTransfer {
   // frames a register. False at the first register that does not answer.
   bool ReadAllParameters(const Errand& errand);
 
-  // Leaves the main window under a question mark pointer until a command changes it.
+  // Leaves the main window under a question mark pointer until a command changes it. The caller has
+  // closed the waiting window.
   void ReportReadFailure(const Errand& errand);
 
   // Writes all settings but those that never travel, at most four frames each; a setting that the
-  // drive does not take is skipped (Link::WriteFailed is set) and named in the main window. False
-  // when it was Closed, or, with nothing sent and after a message that names the rows, when the
-  // table holds a value that cannot be packed: the waiting window and the hourglass are gone then,
-  // and the caller ends.
-  bool DownloadAllParameters();
+  // drive does not take is skipped (Link::WriteFailed is set) and named in the main window. Not
+  // whole when it was Closed, or, with nothing sent and a message that names the rows, when the
+  // table holds a value that cannot be packed: the caller ends then. The waiting window and the
+  // hourglass, where there are any, are the caller's.
+  DownloadResult DownloadAllParameters();
 
   // Stores the drive's working values in its EEPROM, at most 12 frames. False after the message of
   // a lost link, or when it was Closed.
@@ -79,7 +74,6 @@ class BulkTransfer {
   // Of an operation that ends: whether the port was closed under it, which began with the port
   // `wasOpen`. The main window says `howFar` then.
   bool EndsClosed(bool wasOpen, const std::string& howFar);
-  void EndWaiting();
 
   World& world_;
   Link& link_;

@@ -1,8 +1,9 @@
-// Configuration files: see the header.
+// The file commands: dialogs, questions and messages around the text of a configuration.
 #include "params/config_file.h"
 
 #include "params/config_text.h"
 #include "params/drive_flags.h"
+#include "platform/common_texts.h"
 
 namespace gainsmith {
 namespace {
@@ -48,11 +49,11 @@ void ConfigFiles::OpenConfigFile() {
   }
 
   const TransferMark mark(shell_);
-  world_.SetScreenPointer(MousePointer::Hourglass);
-  waiting_.ShowWaitingMessage("Openning Source Configuration File");
-  if (!transfer_.DownloadAllParameters()) return;
-  world_.SetScreenPointer(MousePointer::Default);
-  waiting_.CloseWaitingMessage();
+  BusyScreen busy(world_, waiting_, "Openning Source Configuration File");
+  const DownloadResult sent = transfer_.DownloadAllParameters();
+  busy.End();
+  if (sent.Trouble) world_.ShowMessage(*sent.Trouble);
+  if (!sent.Whole) return;
   UseFile(chosen.Path);
   Tell("Configuration settings from the source file have been loaded successfully.",
        MessageIcon::Information);
@@ -99,14 +100,11 @@ void ConfigFiles::mnuSave_Click() {
   }
 }
 
-bool ConfigFiles::LoadDefaultSettings() {
+std::optional<Message> ConfigFiles::LoadDefaultSettings() {
   const std::string path = world_.ProgramDirectory() + "/default.ini";
-  if (LoadConfigFile(world_, path, store_, main_)) return true;
-  waiting_.CloseWaitingMessage();
-  main_.Pointer = MousePointer::Default;
-  Tell("Default settings have been crashed. Contact Torvane or your distributor",
-       MessageIcon::Critical);
-  return false;
+  if (LoadConfigFile(world_, path, store_, main_)) return std::nullopt;
+  return Message{"Default settings have been crashed. Contact Torvane or your distributor",
+                 MainTitle, MessageButtons::Ok, MessageIcon::Critical};
 }
 
 std::string ConfigFiles::FileNameOnly(const std::string& path) {

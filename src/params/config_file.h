@@ -1,6 +1,7 @@
 // Configuration files: the File menu's Open, Save and Save As, and the factory values.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "params/bulk_transfer.h"
@@ -47,10 +48,9 @@ class ConfigFiles {
   // Writes to the file in use without a question; Save As where there is none.
   void mnuSave_Click();
 
-  // Loads the factory values into the table. False after a message when they can't be read; the
-  // waiting window and the hourglass of the main window are gone then, and the lines before the
-  // bad one are in the table.
-  bool LoadDefaultSettings();
+  // Loads the factory values into the table. When they can't be read it gives the message for the
+  // caller to show; the lines before the bad one are in the table then.
+  std::optional<Message> LoadDefaultSettings();
 
   // Makes `path` the file in use and gives its last segment. Both separators count.
   std::string FileNameOnly(const std::string& path);

@@ -1,4 +1,4 @@
-// Configuration text: see the header.
+// The writer and the reader of a configuration file's lines.
 #include "params/config_text.h"
 
 #include <cmath>

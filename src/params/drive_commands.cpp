@@ -1,4 +1,4 @@
-// Drive commands: see the header.
+// The road of each command: its question, the transfer, the store and what is told at the end.
 #include "params/drive_commands.h"
 
 namespace gainsmith {
@@ -8,6 +8,15 @@ bool DriveCommands::Confirm(const char* text, const char* title) {
                              MessageAnswer::No}) == MessageAnswer::Yes;
 }
 
+bool DriveCommands::Download(BusyScreen& busy) {
+  const DownloadResult sent = transfer_.DownloadAllParameters();
+  busy.CloseWaitingMessage();
+  if (sent.Whole) return true;
+  busy.End();
+  if (sent.Trouble) world_.ShowMessage(*sent.Trouble);
+  return false;
+}
+
 void DriveCommands::mnuDownloadToDrive_Click() {
   const TransferMark mark(shell_);
   if (!Confirm("All configurations in the connected KVT518 drive will be overwritten by new "
@@ -15,12 +24,8 @@ void DriveCommands::mnuDownloadToDrive_Click() {
                "KVT518 Download Confirmation")) {
     return;
   }
-  world_.SetScreenPointer(MousePointer::Hourglass);
-  waiting_.ShowWaitingMessage("Downloading New Settings to Drive");
-  if (!transfer_.DownloadAllParameters()) return;
-  waiting_.CloseWaitingMessage();
-  transfer_.ReportWriteResult(true);
-  world_.SetScreenPointer(MousePointer::Default);
+  BusyScreen busy(world_, waiting_, "Downloading New Settings to Drive");
+  if (Download(busy)) transfer_.ReportWriteResult(true);
 }
 
 void DriveCommands::mnuReset_Click() {
@@ -30,15 +35,15 @@ void DriveCommands::mnuReset_Click() {
                "KVT518 Reset Confirmation")) {
     return;
   }
-  world_.SetScreenPointer(MousePointer::Hourglass);
-  waiting_.ShowWaitingMessage("Resetting Drive");
-  if (!files_.LoadDefaultSettings() || !transfer_.DownloadAllParameters()) {
-    world_.SetScreenPointer(MousePointer::Default);
+  BusyScreen busy(world_, waiting_, "Resetting Drive");
+  if (const std::optional<Message> trouble = files_.LoadDefaultSettings()) {
+    busy.CloseWaitingMessage();
+    main_.Pointer = MousePointer::Default;
+    world_.ShowMessage(*trouble);
     return;
   }
-  waiting_.CloseWaitingMessage();
+  if (!Download(busy)) return;
   transfer_.ReportWriteResult(false);
-  world_.SetScreenPointer(MousePointer::Default);
   if (transfer_.Closed()) return;
   main_.ShowBaseCaption();
   main_.CurrentConfigFile.clear();

@@ -31,6 +31,9 @@ class DriveCommands {
 
  private:
   bool Confirm(const char* text, const char* title);
+  // Closes the waiting window. False after the message, if there is one, of a download that ended
+  // early.
+  bool Download(BusyScreen& busy);
 
   World& world_;
   ShellState& shell_;

@@ -1,4 +1,4 @@
-// The drive's flags word: see the header.
+// The flags word taken apart into slots, and put together for a download.
 #include "params/drive_flags.h"
 
 #include <optional>

@@ -1,4 +1,4 @@
-// Form8: see the header.
+// Form8: its buttons, the progress that counts by itself, and the rows on show.
 #include "params/grid_window.h"
 
 #include "params/config_file.h"
@@ -85,9 +85,16 @@ void Form8::writedata_Click() {
        MessageIcon::Information);
   const Stay stay(*this);
   BeginWork(Timer3);
-  const bool sent = transfer_.DownloadAllParameters();
+  const bool sent = Download();
   if (!stay.Over()) ProgressDone = true;
   if (sent) Tell("Write Completed!", "Prompt!", MessageIcon::None);
+}
+
+bool Form8::Download() {
+  const TransferMark mark(shell_);
+  const DownloadResult sent = transfer_.DownloadAllParameters();
+  if (sent.Trouble) world_.ShowMessage(*sent.Trouble);
+  return sent.Whole;
 }
 
 void Form8::EEProm_Click() {

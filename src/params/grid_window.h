@@ -74,6 +74,8 @@ struct Form8 : Window {
   }
   void ShowButtons(bool visible);
   void BeginWork(Timer& display);
+  // False after the message, if there is one, of a download that ended early.
+  bool Download();
   void CountUp(Timer& display, int last, float phase);
   void EndProgress();
   void AddRows();

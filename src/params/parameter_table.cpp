@@ -1,4 +1,4 @@
-// The parameter table: see the header.
+// The rows of the parameter table, and what is derived from them when the tool is compiled.
 #include "params/parameter_table.h"
 
 #include "platform/number_text.h"
@@ -10,134 +10,140 @@ namespace {
 // clang-format off
 constexpr std::array<ParameterRow, ParameterCount> Rows{{
     {Slot::CurrentKp, "0", Register::CurrentKp,
-     "Current Loop Proportional Gain", "0~32767", 1, NoPattern, 1, 1},
+     "Current Loop Proportional Gain", "0~32767", 1, NoPattern},
     {Slot::CurrentKi, "1", Register::CurrentKi,
-     "Current Loop Integral Gain", "0~32767", 1, NoPattern, 2, 2},
+     "Current Loop Integral Gain", "0~32767", 1, NoPattern},
     {Slot::VelocityKpHigh, "1F", Register::VelocityKpHigh,
-     "Velocity Loop High Speed Proportional Gain", "0~32767", 1, NoPattern, 11, 3},
+     "Velocity Loop High Speed Proportional Gain", "0~32767", 1, NoPattern},
     {Slot::VelocityKiHigh, "20", Register::VelocityKiHigh,
-     "Velocity Loop High Speed Integral Gain", "0~32767", 1, NoPattern, 12, 4},
+     "Velocity Loop High Speed Integral Gain", "0~32767", 1, NoPattern},
     {Slot::KaffHigh, "D", Register::KaffHigh,
-     "Acceleration High Speed Feed-forward Gain Kaff", "0~32767", 1, NoPattern, 6, 5},
+     "Acceleration High Speed Feed-forward Gain Kaff", "0~32767", 1, NoPattern},
     {Slot::PositionKpHigh, "6", Register::PositionKpHigh,
-     "Position Loop High Speed Proportoinal Gain", "0~32767", 1, NoPattern, 3, 6},
+     "Position Loop High Speed Proportoinal Gain", "0~32767", 1, NoPattern},
     {Slot::PositionKiHigh, "7", Register::PositionKiHigh,
-     "Position Loop High Speed Integral Gain", "0~32767", 1, NoPattern, 4, 7},
+     "Position Loop High Speed Integral Gain", "0~32767", 1, NoPattern},
     {Slot::PositionKdHigh, "8", Register::PositionKdHigh,
-     "Position Loop High Speed Derivative Gain", "0~32767", 1, NoPattern, 5, 8},
+     "Position Loop High Speed Derivative Gain", "0~32767", 1, NoPattern},
     {Slot::KvffHigh, "21", Register::KvffHigh,
-     "Velocity High Speed Feed-forward Gain Kvff", "0~32767", 1, NoPattern, 13, 9},
+     "Velocity High Speed Feed-forward Gain Kvff", "0~32767", 1, NoPattern},
     {Slot::GearNumerator, "E", Register::GearNumerator,
-     "Electroinc Gear Numerator", "1~32767", 1, NoPattern, 7, 10},
+     "Electroinc Gear Numerator", "1~32767", 1, NoPattern},
     {Slot::GearDenominator, "F", Register::GearDenominator,
-     "Electroinc Gear Denominator", "1~32767", 1, NoPattern, 8, 11},
+     "Electroinc Gear Denominator", "1~32767", 1, NoPattern},
     {Slot::FollowingErrorLimit, "12", Register::FollowingErrorLimit,
-     "Position Following Error Limit", "0~32767", 1, NoPattern, 9, 12},
+     "Position Following Error Limit", "0~32767", 1, NoPattern},
     {Slot::VelocityKpLow, "2E", Register::VelocityKpLow,
-     "Velocity Loop Low Speed Proportional Gain", "0~32767", 1, NoPattern, 19, 13},
+     "Velocity Loop Low Speed Proportional Gain", "0~32767", 1, NoPattern},
     {Slot::VelocityKiLow, "2F", Register::VelocityKiLow,
-     "Velocity Loop Low Speed Integral Gain", "0~32767", 1, NoPattern, 20, 14},
+     "Velocity Loop Low Speed Integral Gain", "0~32767", 1, NoPattern},
     {Slot::KaffLow, "30", Register::KaffLow,
-     "Acceleration Low Speed Feed-forward Gain Kaff", "0~32767", 1, NoPattern, 21, 15},
+     "Acceleration Low Speed Feed-forward Gain Kaff", "0~32767", 1, NoPattern},
     {Slot::PositionKpLow, "2A", Register::PositionKpLow,
-     "Position Loop Low Speed Proportoinal Gain", "0~32767", 1, NoPattern, 15, 16},
+     "Position Loop Low Speed Proportoinal Gain", "0~32767", 1, NoPattern},
     {Slot::PositionKiLow, "2B", Register::PositionKiLow,
-     "Position Loop Low Speed Integral Gain", "0~32767", 1, NoPattern, 16, 17},
+     "Position Loop Low Speed Integral Gain", "0~32767", 1, NoPattern},
     {Slot::PositionKdLow, "2C", Register::PositionKdLow,
-     "Position Loop Low Speed Derivative Gain", "0~32767", 1, NoPattern, 17, 18},
+     "Position Loop Low Speed Derivative Gain", "0~32767", 1, NoPattern},
     {Slot::KvffLow, "2D", Register::KvffLow,
-     "Velocity Low Speed Feed-forward Gain Kvff", "0~32767", 1, NoPattern, 18, 19},
+     "Velocity Low Speed Feed-forward Gain Kvff", "0~32767", 1, NoPattern},
     {Slot::InPosition, "31", Register::InPosition,
-     "In-Position", "0~1000", 1, NoPattern, 31, 20},
+     "In-Position", "0~1000", 1, NoPattern},
     {Slot::EncoderCounts, "13", Register::EncoderCounts,
-     "Pulses Count Per one motor shaft Revolution", "0~32767", 1, NoPattern, 10, 21},
+     "Pulses Count Per one motor shaft Revolution", "0~32767", 1, NoPattern},
     {Slot::PolePairs, "22", Register::PolePairs,
-     "Motor Pole Pairs", "1~32767", 1, NoPattern, 14, 22},
+     "Motor Pole Pairs", "1~32767", 1, NoPattern},
     {Slot::PulseEdge, "*", Register::Flags,
-     "Pulse Effective Edge", "0~1;0:Up-rising Edge,1:Falling Edge", 1, NoPattern, 30, 23},
+     "Pulse Effective Edge", "0~1;0:Up-rising Edge,1:Falling Edge", 1, NoPattern},
     {Slot::OperatingMode, "*", Register::Flags,
-     "Operating Mode", "0~2;0:Position Mode,1:Velocity Mode,2:Torque Mode", 1, NoPattern, 0, 0},
+     "Operating Mode", "0~2;0:Position Mode,1:Velocity Mode,2:Torque Mode", 1, NoPattern},
     {Slot::EnablePolarity, "*", Register::Flags,
-     "Enable Input Polarity", "0~1;0:Low Level,1:High Level", 1, NoPattern, 0, 0},
+     "Enable Input Polarity", "0~1;0:Low Level,1:High Level", 1, NoPattern},
     {Slot::AlarmPolarity, "*", Register::Flags,
-     "Alarm Output Polarity", "0~1;1:Low Level,0:High Level", 1, NoPattern, 0, 0},
+     "Alarm Output Polarity", "0~1;1:Low Level,0:High Level", 1, NoPattern},
     {Slot::EndLimitPolarity, "*", Register::Flags,
-     "End Limit Input Polarity", "0~1;0:Low Level,1:High Level", 1, NoPattern, 0, 0},
+     "End Limit Input Polarity", "0~1;0:Low Level,1:High Level", 1, NoPattern},
     {Slot::InPositionPolarity, "*", Register::Flags,
-     "In-positon Output Polarity", "0~1;0:Low Level,1:High Level", 1, NoPattern, 0, 0},
+     "In-positon Output Polarity", "0~1;0:Low Level,1:High Level", 1, NoPattern},
     {Slot::DirectionPolarity, "*", Register::Flags,
-     "Direction Input Polarity", "0~1;0:Positive,1:Negative", 1, NoPattern, 0, 0},
+     "Direction Input Polarity", "0~1;0:Positive,1:Negative", 1, NoPattern},
     {Slot::RatedPower, "FC", Register::RatedPower,
-     "Motor Rated Power", "400W.750W.1000W.1500W", 1, NoPattern, 29, 24},
+     "Motor Rated Power", "400W.750W.1000W.1500W", 1, NoPattern},
     {Slot::Resistance, "F7", Register::Resistance,
-     "Motor Phase Resistance", "0.01~327ohms", 100, 2, 24, 25},
+     "Motor Phase Resistance", "0.01~327ohms", 100, 2},
     {Slot::Inductance, "F8", Register::Inductance,
-     "Motor Phase Inductance", "0.01~327mH", 100, 2, 25, 26},
+     "Motor Phase Inductance", "0.01~327mH", 100, 2},
     {Slot::BackEmf, "F9", Register::BackEmf,
-     "Motor Back EMF Constant", "0.01~327V/Krpm", 100, 2, 26, 27},
+     "Motor Back EMF Constant", "0.01~327V/Krpm", 100, 2},
     {Slot::TorqueConstant, "FA", Register::TorqueConstant,
-     "Motor Torque Constant", "0.01~327Nm/A", 1000, 3, 27, 28},
+     "Motor Torque Constant", "0.01~327Nm/A", 1000, 3},
     {Slot::Inertia, "FB", Register::Inertia,
-     "Motor Inertia", "0.00001~0.99999kg-cm2", 100000, 5, 28, 29},
+     "Motor Inertia", "0.00001~0.99999kg-cm2", 100000, 5},
     {Slot::InputSmoothing, "33", Register::InputSmoothing,
-     "Input Smoothing ", "0~7", 1, NoPattern, 32, 30},
+     "Input Smoothing ", "0~7", 1, NoPattern},
     {Slot::VelocityFilterHz, "34", Register::VelocityFilterHz,
-     "Velocity Sampling Filter Cut-off Frequency", "0~6000", 1, NoPattern, 33, 31},
+     "Velocity Sampling Filter Cut-off Frequency", "0~6000", 1, NoPattern},
     {Slot::CurrentReferenceHz, "35", Register::CurrentReferenceHz,
-     "Current Reference Cut-off Frequency", "0~1500", 1, NoPattern, 34, 32},
+     "Current Reference Cut-off Frequency", "0~1500", 1, NoPattern},
     {Slot::VelocityReferenceHz, "36", Register::VelocityReferenceHz,
-     "Velocity Reference Cut-off Frequency", "0~600", 1, NoPattern, 35, 33},
+     "Velocity Reference Cut-off Frequency", "0~600", 1, NoPattern},
     {Slot::Trap1Width, "EE", Register::Trap1Width,
-     "1st Trap Filter Band Width", "1~20Hz", 1, NoPattern, 36, 34},
+     "1st Trap Filter Band Width", "1~20Hz", 1, NoPattern},
     {Slot::Trap2Width, "EF", Register::Trap2Width,
-     "2nd Trap Filter Band Width", "1~20Hz", 1, NoPattern, 0, 0},
+     "2nd Trap Filter Band Width", "1~20Hz", 1, NoPattern},
     {Slot::Trap1Frequency, "F0", Register::Trap1Frequency,
-     "1st Trap Filter Frequency", "100~1500", 1, NoPattern, 22, 35},
+     "1st Trap Filter Frequency", "100~1500", 1, NoPattern},
     {Slot::Trap2Frequency, "F1", Register::Trap2Frequency,
-     "2nd Trap Filter Frequency", "100~1500", 1, NoPattern, 23, 36},
+     "2nd Trap Filter Frequency", "100~1500", 1, NoPattern},
     {Slot::Interpolation, "37", Register::Interpolation,
-     "Enable two axes interpolation", "0~1", 1, NoPattern, 37, 37},
+     "Enable two axes interpolation", "0~1", 1, NoPattern},
     {Slot::AnalogDeadBand, "38", Register::AnalogDeadBand,
-     "Dead Band ", "0~5000mV", 1, NoPattern, 38, 38},
+     "Dead Band ", "0~5000mV", 1, NoPattern},
     {Slot::AnalogOffset, "29", Register::AnalogOffset,
-     "Offset", "0~10V", 1, NoPattern, 39, 39},
+     "Offset", "0~10V", 1, NoPattern},
     {Slot::AnalogPeakCurrent, "28", Register::AnalogPeakCurrent,
-     "Peak Current", "0~10A", 10, 1, 40, 40},
+     "Peak Current", "0~10A", 10, 1},
     {Slot::AnalogMaxVelocity, "27", Register::AnalogMaxVelocity,
-     "MAX Velocity ", "0~6000rpm", 1, NoPattern, 41, 41},
+     "MAX Velocity ", "0~6000rpm", 1, NoPattern},
     {Slot::AnalogReverse, "3A", Register::AnalogReverse,
-     "Reverse analog input polarity", "0~1", 1, NoPattern, 42, 42},
+     "Reverse analog input polarity", "0~1", 1, NoPattern},
     {Slot::PeakCurrentLimit, "MaxCurrent", Register::PeakCurrentLimit,
-     "MAX Current ", "1~16A", 100, NoPattern, 43, 43},
+     "MAX Current ", "1~16A", 100, NoPattern},
     {Slot::RatedCurrentLimit, "RatedCurrent", Register::RatedCurrentLimit,
-     "Rated Current ", "0.35~6A", 100, NoPattern, 44, 44},
+     "Rated Current ", "0.35~6A", 100, NoPattern},
 }};
 // clang-format on
 
 using Order = std::array<Slot, TransferSteps>;
 
-// Puts the slots into the order of their steps. Each step from 1 on stands in exactly one row;
-// otherwise this does not compile.
-consteval Order InOrder(int ParameterRow::*step) {
-  std::array<bool, TransferSteps> taken{};
-  Order order{};
-  int steps = 0;
+constexpr std::size_t PlaceOf(Slot slot) { return static_cast<std::size_t>(slot); }
+
+// By slot: true where it takes part in the transfers. A slot that is read twice, or a row at
+// another slot's place, does not compile.
+consteval std::array<bool, ParameterCount> CollectTravellers() {
   for (std::size_t i = 0; i < Rows.size(); ++i) {
-    if (static_cast<std::size_t>(Rows[i].Index) != i) throw "a row stands at another slot's place";
-    const int place = Rows[i].*step;
-    if (place == 0) continue;
-    const auto at = static_cast<std::size_t>(place - 1);
-    if (taken.at(at)) throw "two rows have the same step";
-    taken[at] = true;
-    order[at] = Rows[i].Index;
-    ++steps;
+    if (PlaceOf(Rows[i].Index) != i) throw "a row stands at another slot's place";
   }
-  if (steps != TransferSteps) throw "a step is missing";
+  std::array<bool, ParameterCount> travels{};
+  for (const Slot slot : ReadOrder) {
+    if (travels.at(PlaceOf(slot))) throw "a slot is read twice";
+    travels[PlaceOf(slot)] = true;
+  }
+  return travels;
+}
+
+constexpr std::array<bool, ParameterCount> Travellers = CollectTravellers();
+
+consteval Order InSlotOrder() {
+  Order order{};
+  std::size_t step = 0;
+  for (const ParameterRow& row : Rows) {
+    if (Travellers[PlaceOf(row.Index)]) order[step++] = row.Index;
+  }
   return order;
 }
 
-constexpr Order Reads = InOrder(&ParameterRow::ReadStep);
-constexpr Order Writes = InOrder(&ParameterRow::WriteStep);
+constexpr Order Writes = InSlotOrder();
 
 consteval std::array<std::string_view, ParameterCount> CollectKeys() {
   std::array<std::string_view, ParameterCount> keys;
@@ -151,11 +157,11 @@ constexpr std::array<std::string_view, ParameterCount> ParameterKeys = CollectKe
 
 std::span<const ParameterRow, ParameterCount> ParameterRows() { return Rows; }
 
-const ParameterRow& RowOf(Slot slot) { return Rows[static_cast<std::size_t>(slot)]; }
-
-std::span<const Slot, TransferSteps> ReadOrder() { return Reads; }
+const ParameterRow& RowOf(Slot slot) { return Rows[PlaceOf(slot)]; }
 
 std::span<const Slot, TransferSteps> WriteOrder() { return Writes; }
+
+bool Travels(Slot slot) { return Travellers[PlaceOf(slot)]; }
 
 float RawToValue(Slot slot, std::uint16_t raw) {
   const ParameterRow& row = RowOf(slot);

@@ -13,8 +13,58 @@ namespace gainsmith {
 
 // The quotient of RawToValue goes straight into the float.
 constexpr int NoPattern = -1;
+
+// The slots of the bulk read in its order: by register, with exceptions. The flags word is read in
+// the row of the pulse edge. The bulk download writes the same slots.
+inline constexpr std::array ReadOrder{
+    Slot::CurrentKp,
+    Slot::CurrentKi,
+    Slot::PositionKpHigh,
+    Slot::PositionKiHigh,
+    Slot::PositionKdHigh,
+    Slot::KaffHigh,
+    Slot::GearNumerator,
+    Slot::GearDenominator,
+    Slot::FollowingErrorLimit,
+    Slot::EncoderCounts,
+    Slot::VelocityKpHigh,
+    Slot::VelocityKiHigh,
+    Slot::KvffHigh,
+    Slot::PolePairs,
+    Slot::PositionKpLow,
+    Slot::PositionKiLow,
+    Slot::PositionKdLow,
+    Slot::KvffLow,
+    Slot::VelocityKpLow,
+    Slot::VelocityKiLow,
+    Slot::KaffLow,
+    Slot::Trap1Frequency,
+    Slot::Trap2Frequency,
+    Slot::Resistance,
+    Slot::Inductance,
+    Slot::BackEmf,
+    Slot::TorqueConstant,
+    Slot::Inertia,
+    Slot::RatedPower,
+    Slot::PulseEdge,
+    Slot::InPosition,
+    Slot::InputSmoothing,
+    Slot::VelocityFilterHz,
+    Slot::CurrentReferenceHz,
+    Slot::VelocityReferenceHz,
+    Slot::Trap1Width,
+    Slot::Interpolation,
+    Slot::AnalogDeadBand,
+    Slot::AnalogOffset,
+    Slot::AnalogPeakCurrent,
+    Slot::AnalogMaxVelocity,
+    Slot::AnalogReverse,
+    Slot::PeakCurrentLimit,
+    Slot::RatedCurrentLimit,
+};
+
 // Exchanges of a bulk read, and writes of a bulk download.
-constexpr int TransferSteps = 44;
+constexpr int TransferSteps = static_cast<int>(ReadOrder.size());
 
 // One row for each slot, in slot order. Readers and writers derive from it.
 struct ParameterRow {
@@ -29,18 +79,16 @@ struct ParameterRow {
   int Scale;
   // Digits behind the point of the pattern that rounds a value read; NoPattern: none.
   int PatternDecimals;
-  // Place in the bulk read and in the bulk download, 1 to TransferSteps; 0: takes no part. The
-  // flags word is read and written in the row of the pulse edge.
-  int ReadStep;
-  int WriteStep;
 };
 
 std::span<const ParameterRow, ParameterCount> ParameterRows();
 const ParameterRow& RowOf(Slot slot);
 
-// The slots of the bulk read (by register, with exceptions) and of the bulk download (by slot).
-std::span<const Slot, TransferSteps> ReadOrder();
+// The slots of the bulk download, in slot order.
 std::span<const Slot, TransferSteps> WriteOrder();
+
+// The slot takes part in the bulk read and in the bulk download.
+bool Travels(Slot slot);
 
 // The keys of a configuration file, in slot order.
 extern const std::array<std::string_view, ParameterCount> ParameterKeys;

@@ -123,9 +123,7 @@ void sysConfigFrm::FollowOperatingMode() {
   switch (static_cast<std::uint16_t>(values_.DriveFlagsWord) & flags::ModeMask) {
     case flags::VelocityMode:
       Option1[VelocityMode].Selected = true;
-      main_[Tool1::CurrentLoop].Enabled = false;
-      main_.MnuCurrentLoop.Enabled = false;
-      main_.mnuPositionLoop.Enabled = false;
+      main_.TakeTestCommandsAway();
       break;
     case flags::TorqueMode:
       Option1[TorqueMode].Selected = true;

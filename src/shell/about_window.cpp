@@ -1,9 +1,9 @@
-// Dialog: see the header.
+// Dialog, the About box: its labels and links.
 #include "shell/about_window.h"
 
 #include <string>
 
-#include "shell/shell_state.h"
+#include "platform/common_texts.h"
 
 namespace gainsmith {
 
@@ -27,14 +27,12 @@ Dialog::Dialog(World& world) : world_(world) {
   Command1.OnClick = [this] { Command1_Click(); };
   Add(lblTorvaneWebLink, "lblTorvaneWebLink").Caption = TorvaneHost;
   lblTorvaneWebLink.Place(2400, 1350, 2100, 300);
-  lblTorvaneWebLink.OnClick = [this] { world_.OpenDocument("http://" + std::string(TorvaneHost)); };
+  lblTorvaneWebLink.OnClick = [this] { lblTorvaneWebLink_Click(); };
   Add(Label3, "Label3").Caption = "/";
   Label3.Place(4530, 1350, 150, 300);
   Add(lblTorvaneUSAWebLink, "lblTorvaneUSAWebLink").Caption = TorvaneUsaHost;
   lblTorvaneUSAWebLink.Place(4710, 1350, 2100, 300);
-  lblTorvaneUSAWebLink.OnClick = [this] {
-    world_.OpenDocument("http://" + std::string(TorvaneUsaHost));
-  };
+  lblTorvaneUSAWebLink.OnClick = [this] { lblTorvaneUSAWebLink_Click(); };
 
   Add(Label2, "Label2").Place(300, 2250, 6600, 300);
 }
@@ -47,5 +45,13 @@ void Dialog::Form_Load() {
 }
 
 void Dialog::Command1_Click() { world_.Unload(*this); }
+
+void Dialog::lblTorvaneWebLink_Click() {
+  world_.OpenDocument("http://" + std::string(TorvaneHost));
+}
+
+void Dialog::lblTorvaneUSAWebLink_Click() {
+  world_.OpenDocument("http://" + std::string(TorvaneUsaHost));
+}
 
 }  // namespace gainsmith

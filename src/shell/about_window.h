@@ -14,6 +14,8 @@ struct Dialog : Window {
 
   void Form_Load() override;
   void Command1_Click();
+  void lblTorvaneWebLink_Click();
+  void lblTorvaneUSAWebLink_Click();
 
  private:
   World& world_;

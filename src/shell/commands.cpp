@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/common_texts.h"
 #include "shell/about_window.h"
 
 namespace gainsmith {
@@ -92,8 +93,7 @@ void Commands::RouteToolBar() {
 
 bool Commands::CommunicationTest() {
   if (world_.IsPortOpen()) return true;
-  world_.ShowMessage({"Unable to communicate with the connected drive. Check your connection",
-                      "Cmmunication Error", MessageButtons::Ok, MessageIcon::Critical});
+  world_.ShowMessage(LostLinkMessage());
   return false;
 }
 

@@ -1,6 +1,8 @@
 // MDIForm1: start, end, and what the main window shows of the connection.
 #include "shell/main_window.h"
 
+#include "platform/common_texts.h"
+
 namespace gainsmith {
 
 MDIForm1::MDIForm1(World& world, ShellState& shell) : world_(world), shell_(shell) {
@@ -12,7 +14,7 @@ MDIForm1::MDIForm1(World& world, ShellState& shell) : world_(world), shell_(shel
   DesignClientArea();
 }
 
-void MDIForm1::Form_Load() {
+void MDIForm1::MDIForm_Load() {
   MaximizeBox = false;
   Maximized = true;
   TopTwips = 0;
@@ -31,13 +33,17 @@ void MDIForm1::Form_Load() {
 }
 
 bool MDIForm1::Form_Unload() {
-  const MessageAnswer answer =
-      world_.ShowMessage({"Exit Gainsmith for KVT518?", MainTitle, MessageButtons::YesNo,
-                          MessageIcon::Information, MessageAnswer::Yes});
-  if (answer != MessageAnswer::Yes) return false;
-  world_.EndProgram();
+  if (!MDIForm_QueryUnload()) return false;
+  MDIForm_Unload();
   return true;
 }
+
+bool MDIForm1::MDIForm_QueryUnload() {
+  return world_.ShowMessage({"Exit Gainsmith for KVT518?", MainTitle, MessageButtons::YesNo,
+                             MessageIcon::Information, MessageAnswer::Yes}) == MessageAnswer::Yes;
+}
+
+void MDIForm1::MDIForm_Unload() { world_.EndProgram(); }
 
 void MDIForm1::SetDriveMenus(bool enabled) {
   for (MenuItem* item : {&mnuFileOpen, &mnuSave, &mnuSaveAs, &sysConfig, &MnuCurrentLoop,
@@ -48,6 +54,12 @@ void MDIForm1::SetDriveMenus(bool enabled) {
 
 void MDIForm1::SetToolbarButtons(bool enabled) {
   for (ToolButton* button : ToolButtons) button->Enabled = enabled;
+}
+
+void MDIForm1::TakeTestCommandsAway() {
+  (*this)[Tool1::CurrentLoop].Enabled = false;
+  MnuCurrentLoop.Enabled = false;
+  mnuPositionLoop.Enabled = false;
 }
 
 void MDIForm1::ShowFileInCaption(const std::string& fileName) {

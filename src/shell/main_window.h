@@ -54,15 +54,23 @@ struct MDIForm1 : FrameWindow {
   // Full path of the configuration file that Save writes to; empty when there is none.
   std::string CurrentConfigFile;
 
-  void Form_Load() override;
-  // Asks whether to exit; Yes closes the port and ends the program.
+  void Form_Load() override { MDIForm_Load(); }
   bool Form_Unload() override;
+  // Forgets which windows are open, takes the whole screen and waits for the user.
+  void MDIForm_Load();
+  // Asks whether to exit; true on Yes.
+  bool MDIForm_QueryUnload();
+  // Closes the port and ends the program.
+  void MDIForm_Unload();
 
   // The ten items and seven buttons that need a connected drive.
   void EnableDriveMenus() { SetDriveMenus(true); }
   void DisableDriveMenus() { SetDriveMenus(false); }
   void EnableToolbarButtons() { SetToolbarButtons(true); }
   void DisableToolbarButtons() { SetToolbarButtons(false); }
+
+  // In velocity mode neither the current loop nor the position loop can be tested.
+  void TakeTestCommandsAway();
 
   // Title bar: the base caption, or with the name of the file in use, without its folder.
   void ShowFileInCaption(const std::string& fileName);

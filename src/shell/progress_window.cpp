@@ -1,4 +1,4 @@
-// Form9: see the header.
+// Form9: one run of its bar.
 #include "shell/progress_window.h"
 
 #include "platform/number_text.h"

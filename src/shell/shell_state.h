@@ -6,9 +6,6 @@
 
 namespace gainsmith {
 
-// The title of the main window and of most messages.
-inline constexpr const char* MainTitle = "Torvane Gainsmith for KVT518";
-
 // Marks of WindowOpenFlags.
 enum class OpenMark : std::size_t {
   CurrentLoop = 1,
@@ -30,6 +27,21 @@ struct ShellState {
   bool BulkTransferRunning = false;
 
   bool& operator[](OpenMark mark) { return WindowOpenFlags[static_cast<std::size_t>(mark)]; }
+};
+
+// Keeps ShellState::BulkTransferRunning set for as long as it lives. Marks nest.
+class TransferMark {
+ public:
+  explicit TransferMark(ShellState& shell) : shell_(shell), before_(shell.BulkTransferRunning) {
+    shell_.BulkTransferRunning = true;
+  }
+  TransferMark(const TransferMark&) = delete;
+  TransferMark& operator=(const TransferMark&) = delete;
+  ~TransferMark() { shell_.BulkTransferRunning = before_; }
+
+ private:
+  ShellState& shell_;
+  bool before_;
 };
 
 }  // namespace gainsmith

@@ -1,4 +1,4 @@
-// frmWaitingMessage: see the header.
+// frmWaitingMessage: its labels and its row of dots.
 #include "shell/waiting_window.h"
 
 namespace gainsmith {

@@ -27,4 +27,29 @@ struct frmWaitingMessage : Window {
   const ShellState& shell_;
 };
 
+// What the user sees of a long drive operation: the hourglass on the screen and the waiting window
+// under the title `text`. Whoever starts the operation owns it; what is left of it goes with it.
+class BusyScreen {
+ public:
+  BusyScreen(World& world, frmWaitingMessage& waiting, const std::string& text)
+      : world_(world), waiting_(waiting) {
+    world_.SetScreenPointer(MousePointer::Hourglass);
+    waiting_.ShowWaitingMessage(text);
+  }
+  BusyScreen(const BusyScreen&) = delete;
+  BusyScreen& operator=(const BusyScreen&) = delete;
+  ~BusyScreen() { End(); }
+
+  // Before a store and before any message. The hourglass stays.
+  void CloseWaitingMessage() { waiting_.CloseWaitingMessage(); }
+  void End() {
+    waiting_.CloseWaitingMessage();
+    world_.SetScreenPointer(MousePointer::Default);
+  }
+
+ private:
+  World& world_;
+  frmWaitingMessage& waiting_;
+};
+
 }  // namespace gainsmith

@@ -1,6 +1,7 @@
 // Form5: its behaviour.
 #include "trace/scope_window.h"
 
+#include "platform/common_texts.h"
 #include "trace/capture.h"
 #include "trace/split_trace.h"
 

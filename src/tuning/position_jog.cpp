@@ -1,4 +1,5 @@
 // Form3: jog, the motor turning while a button is held.
+#include "platform/common_texts.h"
 #include "platform/number_text.h"
 #include "tuning/position_window.h"
 #include "tuning/pulse_generator.h"

@@ -1,6 +1,7 @@
 // Form3: opening, closing, channels and colours.
 #include "tuning/position_window.h"
 
+#include "platform/common_texts.h"
 #include "platform/number_text.h"
 #include "trace/capture.h"
 #include "trace/split_trace.h"

@@ -45,7 +45,7 @@ class SessionOracle {
  private:
   static const ParameterRow* RowOfRegister(int reg) {
     for (const ParameterRow& row : ParameterRows()) {
-      if (static_cast<int>(row.Source) == reg && row.WriteStep != 0) return &row;
+      if (static_cast<int>(row.Source) == reg && Travels(row.Index)) return &row;
     }
     return nullptr;
   }

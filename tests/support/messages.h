@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/common_texts.h"
 #include "support/virtual_world.h"
 
 namespace gainsmith {
