@@ -18,8 +18,6 @@ namespace {
 
 using sim::Fault;
 using sim::Hits;
-using Texts = std::vector<std::string>;
-
 constexpr int SendMs = 16;
 constexpr int ReplyWait = 52;
 // The reply to a write has one byte more: 80 / 38 is 2.
