@@ -112,9 +112,9 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
   for (const Scene& scene : Scenes) {
     StruckBench whole;
     scene.Play(whole);
-    const Bench::Texts frames = whole.TakeFrames();
-    const Bench::Texts told = whole.TakeMessages();
-    Bench::Texts known{LostLinkText, NoDrive, "Fail in writing parameters to EEPROM !",
+    const Texts frames = whole.TakeFrames();
+    const Texts told = whole.TakeMessages();
+    Texts known{LostLinkText, NoDrive, "Fail in writing parameters to EEPROM !",
                        "通讯故障！"};
     known.insert(known.end(), told.begin(), told.end());
     ASSERT_GT(frames.size(), 2U) << scene.Name;

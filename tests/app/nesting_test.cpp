@@ -10,8 +10,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = Bench::Texts;
-
 constexpr const char* ExitQuestion = "Exit Gainsmith for KVT518?";
 constexpr const char* Downloaded = "New configurations have been downloaded to drive successfully";
 

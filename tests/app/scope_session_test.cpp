@@ -6,8 +6,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = Bench::Texts;
-
 struct ScopeBench : Bench {
   ScopeBench() {
     Connect();

@@ -7,8 +7,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = Bench::Texts;
-
 // Frames of a connection with its bulk read, and of a bulk download.
 constexpr std::size_t ConnectFrames = 3 + 44;
 constexpr std::size_t DownloadFrames = 44;

@@ -13,7 +13,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = std::vector<std::string>;
 using Indices = std::vector<std::size_t>;
 
 // The window over a log whose words the test sets; an erase takes the newest entry or all.

@@ -13,8 +13,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = std::vector<std::string>;
-
 struct ConsoleBench {
   // The two registers of every location.
   std::vector<std::uint16_t> Location{0, 0};

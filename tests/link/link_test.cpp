@@ -8,7 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
+#include <map>
 #include <string>
 
 #include "support/virtual_world.h"
@@ -18,14 +18,13 @@ namespace {
 
 using sim::Fault;
 using sim::Hits;
-using Texts = std::vector<std::string>;
-
 constexpr int SendMs = 16;
 constexpr int ReplyWait = 52;
 // The reply to a write has one byte more: 80 / 38 is 2.
 constexpr int WriteReplyWait = 53;
 constexpr int PollWait = 51;
-constexpr int WholeMs = SendMs + ReplyWait + PollWait + ReplyWait;
+constexpr int LookMs = SendMs + ReplyWait;
+constexpr int WholeMs = LookMs + PollWait + ReplyWait;
 
 // A device may go away between the count of its bytes and their reading.
 struct VanishingWorld : VirtualWorld {
@@ -194,20 +193,13 @@ TEST_F(LinkTest, AnExchangeInsideAnotherDoesNotTouchItsResult) {
     const char* When;
     int DelayMs;
     Texts Frames;
-    // Frames that another one broke off.
-    int Fragments;
-    // A spoilt attempt polls no more.
-    int Ms;
+    int Fragments;  // frames that another one broke off
+    int BehindMs;   // from then on; a spoilt attempt polls no more
   } cases[] = {
-      {"between two bytes", 5, {"R 34", "R 19"}, 1, 5 + 2 * WholeMs},
-      {"before the reply is looked for", SendMs + 10, again, 0, SendMs + 10 + 2 * WholeMs},
-      {"after the reply was taken", SendMs + ReplyWait + 10, again, 0,
-       SendMs + ReplyWait + 10 + 2 * WholeMs},
-      {"in the closing wait",
-       SendMs + ReplyWait + PollWait + 10,
-       {"R 19", "R 34"},
-       0,
-       SendMs + ReplyWait + PollWait + 10 + WholeMs},
+      {"between two bytes", 5, {"R 34", "R 19"}, 1, 2 * WholeMs},
+      {"before the reply is looked for", SendMs + 10, again, 0, 2 * WholeMs},
+      {"after the reply was taken", LookMs + 10, again, 0, 2 * WholeMs},
+      {"in the closing wait", LookMs + PollWait + 10, {"R 19", "R 34"}, 0, WholeMs},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.When);
@@ -225,7 +217,7 @@ TEST_F(LinkTest, AnExchangeInsideAnotherDoesNotTouchItsResult) {
     EXPECT_EQ(link.ReplyValues, std::vector<float>{4000});
     EXPECT_EQ(world.Log.Texts(), c.Frames);
     EXPECT_EQ(world.Log.Fragments(), c.Fragments);
-    EXPECT_EQ(Elapsed(), c.Ms);
+    EXPECT_EQ(Elapsed(), c.DelayMs + c.BehindMs);
   }
 }
 
@@ -256,66 +248,38 @@ TEST_F(LinkTest, AnExchangeEndsThoughOthersRunInAllItsWaits) {
 enum class Event { Nothing, Closed, PortClosed, Withdrawn, NewerSame, NewerStop, NewerMoving };
 
 TEST_F(LinkTest, AnErrandEndsAsItsKindOfWordDoes) {
-  constexpr auto Taken = Sent::Taken;
-  constexpr auto Over = Sent::Overtaken;
-  constexpr auto Lost = Sent::Lost;
-  constexpr auto Off = Sent::Off;
-  struct Row {
+  const struct {
     const char* What;
     Register Target;
     int Value;
-    // By event; each in flight and before the first frame.
-    std::array<Sent, 7> InFlight;
-    std::array<Sent, 7> Before;
+    // By event: T taken, O overtaken, L lost, - off.
+    std::string InFlight, Before;
+  } rows[] = {
+      {"moving", Register::PositionCommand, 2, "T------", "T------"},
+      {"stop", Register::PositionCommand, 0, "TTL-TT-", "TTL-TT-"},
+      {"setting", Register::CurrentKp, 7, "TTL-OTT", "TTL-TTT"},
+      {"profile", Register::SpeedWord, 7, "T---OTT", "T---TTT"},
+      {"command", Register::ArmRecorder, 200, "T---TTT", "T---TTT"},
   };
-  const Row rows[] = {
-      {"moving",
-       Register::PositionCommand,
-       2,
-       {Taken, Off, Off, Off, Off, Off, Off},
-       {Taken, Off, Off, Off, Off, Off, Off}},
-      {"stop",
-       Register::PositionCommand,
-       0,
-       {Taken, Taken, Lost, Off, Taken, Taken, Off},
-       {Taken, Taken, Lost, Off, Taken, Taken, Off}},
-      {"setting",
-       Register::CurrentKp,
-       7,
-       {Taken, Taken, Lost, Off, Over, Taken, Taken},
-       {Taken, Taken, Lost, Off, Taken, Taken, Taken}},
-      {"profile",
-       Register::SpeedWord,
-       7,
-       {Taken, Off, Off, Off, Over, Taken, Taken},
-       {Taken, Off, Off, Off, Taken, Taken, Taken}},
-      {"command",
-       Register::ArmRecorder,
-       200,
-       {Taken, Off, Off, Off, Taken, Taken, Taken},
-       {Taken, Off, Off, Off, Taken, Taken, Taken}},
-  };
-  for (const Row& row : rows) {
-    for (std::size_t i = 0; i < row.InFlight.size(); ++i) {
-      for (const bool inFlight : {true, false}) {
+  const std::map<Sent, char> letters{
+      {Sent::Taken, 'T'}, {Sent::Overtaken, 'O'}, {Sent::Lost, 'L'}, {Sent::Off, '-'}};
+  for (const auto& row : rows) {
+    for (const bool inFlight : {true, false}) {
+      std::string ends;
+      for (int i = 0; i < 7; ++i) {
         const auto event = static_cast<Event>(i);
-        SCOPED_TRACE(std::string(row.What) + ", event " + std::to_string(i) +
-                     (inFlight ? " in flight" : " before"));
+        ASSERT_TRUE(world.IsPortOpen() || link.OpenPort());
         Window window;
-        if (!world.IsPortOpen()) {
-          ASSERT_TRUE(link.OpenPort());
-        }
         world.Show(window);
         const Errand older(link, window);
+        const auto value = static_cast<float>(row.Value);
         bool withdrawn = false;
         const auto happen = [&] {
           const Errand newer(link);
           if (event == Event::Closed) world.Unload(window);
           if (event == Event::PortClosed) link.ClosePort();
           if (event == Event::Withdrawn) withdrawn = true;
-          if (event == Event::NewerSame) {
-            link.Write(newer, row.Target, static_cast<float>(row.Value == 2 ? 0 : row.Value));
-          }
+          if (event == Event::NewerSame) link.Write(newer, row.Target, value == 2 ? 0 : value);
           if (event == Event::NewerStop) link.Write(newer, Register::PositionCommand, 0);
           if (event == Event::NewerMoving) link.Write(newer, Register::PositionCommand, 1);
         };
@@ -325,11 +289,11 @@ TEST_F(LinkTest, AnErrandEndsAsItsKindOfWordDoes) {
         } else {
           happen();
         }
-        EXPECT_EQ(link.Write(older, row.Target, static_cast<float>(row.Value),
-                             {.Withdrawn = [&](int) { return withdrawn; }}),
-                  inFlight ? row.InFlight[i] : row.Before[i]);
+        ends += letters.at(
+            link.Write(older, row.Target, value, {.Withdrawn = [&](int) { return withdrawn; }}));
         if (window.Loaded) world.Unload(window);
       }
+      EXPECT_EQ(ends, inFlight ? row.InFlight : row.Before) << row.What;
     }
   }
 }

@@ -15,8 +15,6 @@
 
 namespace gainsmith::test {
 
-using Texts = std::vector<std::string>;
-
 struct PropertiesBench {
   DriveDevice Device;
   VirtualWorld World;
@@ -40,9 +38,10 @@ struct PropertiesBench {
 
   // Working values of the drive, by register.
   void Set(std::initializer_list<std::pair<int, std::uint16_t>> values) {
-    for (const auto& [reg, value] : values) {
-      Device.Drive.Registers().Values[static_cast<std::size_t>(reg)] = value;
-    }
+    for (const auto& [reg, value] : values) Word(reg) = value;
+  }
+  std::uint16_t& Word(int reg) {
+    return Device.Drive.Registers().Values[static_cast<std::size_t>(reg)];
   }
 
   // Opens the window as the menu does, and forgets the frames of its load.
@@ -56,14 +55,17 @@ struct PropertiesBench {
     return control->Kind == ControlKind::ComboBox ? static_cast<ComboBox*>(control)->Text
                                                   : static_cast<TextBox*>(control)->Text;
   }
-  void Enter(const std::string& name) {
-    static_cast<TextBox*>(Fields.at(name))->OnKeyPress(KeyEnter);
+  // Enter in a field, a choice or a click: what makes a control act at once.
+  void Act(const std::string& name) {
+    Control* control = Fields.at(name);
+    if (control->Kind == ControlKind::TextBox) static_cast<TextBox*>(control)->OnKeyPress(KeyEnter);
+    if (control->Kind == ControlKind::ComboBox) static_cast<ComboBox*>(control)->OnClick();
+    if (control->Kind == ControlKind::CheckBox) static_cast<CheckBox*>(control)->OnClick();
   }
   // Frames sent since the last call: "W 245=600, W 246=300".
   std::string TakeFrames() {
     std::string line;
-    for (const std::string& frame : World.Log.Texts()) line += (line.empty() ? "" : ", ") + frame;
-    World.Log.Clear();
+    for (const std::string& frame : World.TakeFrames()) line += (line.empty() ? "" : ", ") + frame;
     return line;
   }
   Messages TakeMessages() { return test::TakeMessages(World); }

@@ -35,7 +35,7 @@ TEST(PropertiesCommits, EnterWritesTheFieldOrZeroInItsPlace) {
   for (const auto& c : cases) {
     SCOPED_TRACE(c.Field + (" " + c.Text));
     bench.Text(c.Field) = c.Text;
-    bench.Enter(c.Field);
+    bench.Act(c.Field);
     EXPECT_EQ(bench.TakeFrames(), c.Frame);
     EXPECT_EQ(bench.Values[c.Kept], c.Value);
     const bool refused = !c.Refusal.empty();
@@ -44,7 +44,7 @@ TEST(PropertiesCommits, EnterWritesTheFieldOrZeroInItsPlace) {
   }
   // An analog value that no register holds changes nothing, and is told in words of its own.
   bench.Text("Text10") = "6553.6";
-  bench.Enter("Text10");
+  bench.Act("Text10");
   EXPECT_EQ(bench.TakeMessages(),
             Messages{Tell("The value 65536 for register 40 can't be sent: the drive takes 0 to "
                           "65535. Nothing was sent for it.",
@@ -57,15 +57,10 @@ TEST(PropertiesCommits, ChoicesAndClicksWriteAtOnce) {
   PropertiesBench bench;
   bench.Open();
   bench.TheLink.WriteFailed = true;  // of an earlier download
-  sysConfigFrm& w = bench.Window;
-  w.Combo1.Choose(3);
-  w.Combo1.OnClick();
-  w.Combo2.Choose(6);
-  w.Combo2.OnClick();
-  w.Check2.OnClick();
-  w.Check1[0].OnClick();
-  w.Check1[1].Ticked = true;
-  w.Check1[1].OnClick();
+  bench.Window.Combo1.Choose(3);
+  bench.Window.Combo2.Choose(6);
+  bench.Window.Check1[1].Ticked = true;
+  for (const char* name : {"Combo1", "Combo2", "Check2", "Check1(0)", "Check1(1)"}) bench.Act(name);
   EXPECT_EQ(bench.TakeFrames(), "W 252=1500, W 51=6, W 254=1, W 55=0, W 58=1");
   EXPECT_TRUE(bench.World.Messages.empty());
   EXPECT_EQ(bench.Values[Slot::RatedPower], 1500);
@@ -76,9 +71,7 @@ TEST(PropertiesCommits, ChoicesAndClicksWriteAtOnce) {
 // At any moment of a commit: the same again commits nothing, another value is the one that stays.
 TEST(PropertiesCommits, TheNewestOfTwoIsInFieldSlotAndDrive) {
   const struct {
-    const char* Field;
-    const char* First;
-    const char* Second;
+    const char *Field, *First, *Second;
     Slot Kept;
     int Register;
     std::uint16_t Word;
@@ -90,14 +83,12 @@ TEST(PropertiesCommits, TheNewestOfTwoIsInFieldSlotAndDrive) {
       {"Combo2", "Mode 1", "Mode 2", Slot::InputSmoothing, 51, 2, true},
   };
   const auto commit = [](PropertiesBench& bench, const std::string& field, const char* text) {
-    if (!field.starts_with("Combo")) {
-      bench.Text(field) = text;
-      return bench.Enter(field);
+    bench.Text(field) = text;
+    if (field.starts_with("Combo")) {
+      auto& list = *static_cast<ComboBox*>(bench.Fields.at(field));
+      for (list.Choose(0); list.Text != text;) list.Choose(list.ListIndex + 1);
     }
-    auto& list = *static_cast<ComboBox*>(bench.Fields.at(field));
-    while (list.Text != text)
-      list.Choose((list.ListIndex + 1) % static_cast<int>(list.Items.size()));
-    list.OnClick();
+    bench.Act(field);
   };
   for (const auto& c : cases) {
     for (int delayMs = 1; delayMs < 173; delayMs += 4) {
@@ -109,8 +100,7 @@ TEST(PropertiesCommits, TheNewestOfTwoIsInFieldSlotAndDrive) {
       EXPECT_TRUE(c.Again || bench.World.Log.Frames().size() == 1);
       bench.World.At(delayMs, [&] { commit(bench, c.Field, c.Second); });
       commit(bench, c.Field, c.First);
-      EXPECT_EQ(bench.Device.Drive.Registers().Values[static_cast<std::size_t>(c.Register)],
-                c.Word);
+      EXPECT_EQ(bench.Word(c.Register), c.Word);
       EXPECT_EQ(PackWord(ValueToRaw(c.Kept, bench.Values[c.Kept])), c.Word);
       EXPECT_EQ(bench.Text(c.Field), c.Second);
       EXPECT_TRUE(bench.World.Messages.empty());
@@ -119,29 +109,22 @@ TEST(PropertiesCommits, TheNewestOfTwoIsInFieldSlotAndDrive) {
 }
 
 TEST(PropertiesCommits, AFailedWriteIsToldOnceAndOnlyMotorFieldsCloseTheWindow) {
-  const struct {
-    const char* Name;
-    std::function<void(PropertiesBench&)> Act;
-    std::size_t Frames;
-    bool Closes;
-  } cases[] = {
-      {"Text3", [](PropertiesBench& b) { b.Enter("Text3"); }, 12, true},
-      {"Text10", [](PropertiesBench& b) { b.Enter("Text10"); }, 12, false},
-      {"Combo1", [](PropertiesBench& b) { b.Window.Combo1.OnClick(); }, 12, false},
-      {"Check2", [](PropertiesBench& b) { b.Window.Check2.OnClick(); }, 12, false},
-      {"Check1", [](PropertiesBench& b) { b.Window.Check1[0].OnClick(); }, 4, false},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.Name);
+  for (const auto& [name, frames] : {std::pair{"Text3", 12U},
+                                     {"Text10", 12U},
+                                     {"Combo1", 12U},
+                                     {"Check2", 12U},
+                                     {"Check1(0)", 4U}}) {
+    SCOPED_TRACE(name);
     PropertiesBench bench;
     bench.Open();
     bench.TheLink.WriteFailed = true;  // of an earlier download
     bench.Device.Drive.Inject(sim::Fault::Silent);
-    c.Act(bench);
-    EXPECT_EQ(bench.World.Log.Frames().size(), c.Frames);
+    bench.Act(name);
+    const bool closes = name == std::string("Text3");
+    EXPECT_EQ(bench.World.Log.Frames().size(), frames);
     EXPECT_EQ(bench.TakeMessages(), Messages{LostLink});
-    EXPECT_EQ(bench.Window.Loaded, !c.Closes);
-    EXPECT_EQ(bench.TheLink.WriteFailed, !c.Closes);
+    EXPECT_EQ(bench.Window.Loaded, !closes);
+    EXPECT_EQ(bench.TheLink.WriteFailed, !closes);
   }
 }
 

@@ -24,35 +24,35 @@ TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
             "R 252, R 247, R 248, R 249, R 250, R 251, R 34, R 14, R 15, R 18, R 19, R 56, R 255, "
             "R 56, R 40, R 41, R 39, R 51, R 55, W 55=1, R 58, W 58=1, R 245, R 246");
 
+  using enum Slot;
   const struct {
-    const char* Field;
-    const char* Text;
+    const char *Field, *Text;
     Slot Kept;
-    float Value;
   } cases[] = {
-      {"Combo1", "750", Slot::RatedPower, 750},
-      {"Text3", "2.54", Slot::Resistance, 2.54F},
-      {"Text4", "2.60", Slot::Inductance, 2.6F},
-      {"Text7", "0.07", Slot::BackEmf, 0.07F},
-      {"Text5", "1.234", Slot::TorqueConstant, 1.234F},
-      {"Text6", "0.000130", Slot::Inertia, 0.00013F},
-      {"cboMotorPolePair", "3", Slot::PolePairs, 3},
-      {"Text1(0)", "1", Slot::GearNumerator, 1},
-      {"Text1(1)", "2", Slot::GearDenominator, 2},
-      {"Text1(2)", "1000", Slot::FollowingErrorLimit, 1000},
-      {"Text1(3)", "4000", Slot::EncoderCounts, 4000},
-      {"Text1(7)", "25", Slot::AnalogDeadBand, 25},
-      {"Text10", "23.5", Slot::AnalogPeakCurrent, 23.5F},
-      {"Text9", "12", Slot::AnalogOffset, 12},
-      {"Text11", "3000", Slot::AnalogMaxVelocity, 3000},
-      {"Combo2", "Mode 3", Slot::InputSmoothing, 3},
-      {"txtMaxCurrent", "3.5", Slot::PeakCurrentLimit, 3.5F},
-      {"txtRatedCurrent", "2", Slot::RatedCurrentLimit, 2},
+      {"Combo1", "750", RatedPower},
+      {"Text3", "2.54", Resistance},
+      {"Text4", "2.60", Inductance},
+      {"Text5", "1.234", TorqueConstant},
+      {"Text6", "0.000130", Inertia},
+      {"Text7", "0.07", BackEmf},
+      {"cboMotorPolePair", "3", PolePairs},
+      {"Text1(0)", "1", GearNumerator},
+      {"Text1(1)", "2", GearDenominator},
+      {"Text1(2)", "1000", FollowingErrorLimit},
+      {"Text1(3)", "4000", EncoderCounts},
+      {"Text1(7)", "25", AnalogDeadBand},
+      {"Text9", "12", AnalogOffset},
+      {"Text10", "23.5", AnalogPeakCurrent},
+      {"Text11", "3000", AnalogMaxVelocity},
+      {"txtMaxCurrent", "3.5", PeakCurrentLimit},
+      {"txtRatedCurrent", "2", RatedCurrentLimit},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(bench.Text(c.Field), c.Text);
-    EXPECT_EQ(bench.Values[c.Kept], c.Value) << c.Field;
+  for (const auto& [field, text, kept] : cases) {
+    EXPECT_EQ(bench.Text(field), text);
+    EXPECT_EQ(bench.Values[kept], std::stof(text)) << field;
   }
+  EXPECT_EQ(bench.Text("Combo2") + "," + std::to_string(bench.Values[InputSmoothing]),
+            "Mode 3,3.000000");
 
   const sysConfigFrm& w = bench.Window;
   EXPECT_TRUE(w.Check1[0].Ticked && w.Check1[1].Ticked);
@@ -70,8 +70,7 @@ TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
 TEST(PropertiesLoad, TheFlagsWordSelectsItsOptionsAndSteersTheMainWindow) {
   const struct {
     std::uint16_t Mask;
-    int Clear;
-    int Set;
+    int Clear, Set;
   } bits[] = {{0x0001, 2, -1},  {0x0002, 0, 1},   {0x0004, 4, 5},  {0x0008, 7, 6},
               {0x0040, 15, 16}, {0x0080, 11, 12}, {0x0100, 13, 14}};
   // Tool bar button 4, MnuCurrentLoop, mnuPositionLoop.
@@ -79,9 +78,7 @@ TEST(PropertiesLoad, TheFlagsWordSelectsItsOptionsAndSteersTheMainWindow) {
   const struct {
     std::uint16_t Bits;
     int Option;
-    // Enabled afterwards, where all were, and where none was.
-    States FromOn;
-    States FromOff;
+    States FromOn, FromOff;  // enabled afterwards, where all were, and where none was
   } modes[] = {{0x00, 10, {true, true, true}, {true, false, true}},
                {0x10, 9, {}, {}},
                {0x20, 8, {true, true, true}, {}},
@@ -133,18 +130,16 @@ TEST(PropertiesLoad, ALimitOfZeroIsHiddenAndNeitherCheckedNorWritten) {
 
 TEST(PropertiesLoad, AFailedReadShowsTheReplyThatStoodLastAndLeavesItsSlotAlone) {
   const struct {
-    const char* What;
     int ReadsBefore;
-    const char* Field;
-    const char* Shown;
+    const char *Field, *Shown;
     Slot Kept;
   } cases[] = {
-      {"before the flags word", 10, "Text1(3)", "1234", Slot::EncoderCounts},
-      {"a switch behind it", 18, "Combo2", "Mode 3", Slot::Interpolation},
-      {"the last", 21, "txtRatedCurrent", "6", Slot::RatedCurrentLimit},
+      {10, "Text1(3)", "1234", Slot::EncoderCounts},          // before the flags word
+      {18, "Combo2", "Mode 3", Slot::Interpolation},          // a switch behind it
+      {21, "txtRatedCurrent", "6", Slot::RatedCurrentLimit},  // the last
   };
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.What);
+    SCOPED_TRACE(c.ReadsBefore);
     PropertiesBench bench;
     bench.Set({{18, 1234}, {255, 0x0040}, {51, 3}});
     bench.Values[c.Kept] = 9;

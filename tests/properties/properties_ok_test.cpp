@@ -15,8 +15,7 @@ const std::string LimitsAndFlags = "W 245=600, W 246=300, W 255=0";
 
 TEST(PropertiesOk, WritesTheLimitsAndTheFlagsAndWhatChanged) {
   const struct {
-    const char* Field;
-    const char* Text;
+    const char *Field, *Text;
     std::string Frames;
     Slot Kept;
     float Value;
@@ -48,15 +47,11 @@ const Texts EverythingFrames{"W 34=2",  "W 245=1600", "W 246=600",  "W 14=10",
                              "W 15=20", "W 18=0",     "W 19=60000", "W 255=198"};
 
 void ChangeEverything(PropertiesBench& bench) {
-  for (const auto& [field, text] : {std::pair{"cboMotorPolePair", "2"},
-                                    {"txtMaxCurrent", "16"},
-                                    {"txtRatedCurrent", "6"},
-                                    {"Text1(0)", "10"},
-                                    {"Text1(1)", "20"},
-                                    {"Text1(2)", "0"},
-                                    {"Text1(3)", "60000"}}) {
-    bench.Text(field) = text;
-  }
+  bench.Text("cboMotorPolePair") = "2";
+  bench.Text("txtMaxCurrent") = "16";
+  bench.Text("txtRatedCurrent") = "6";
+  const char* const texts[] = {"10", "20", "0", "60000"};
+  for (std::size_t i = 0; i < 4; ++i) bench.Window.Text1[i].Text = texts[i];
   for (const auto option : {FallingEdge, DirectionPositive, EnableHigh, AlarmActiveLow}) {
     bench.User.Click(bench.Window.Option1[option]);
   }
@@ -90,8 +85,7 @@ TEST(PropertiesOk, RefusesWhatIsOutOfRangeAndWritesNothing) {
   const std::string counts = "Encoder Resolution value should be an integer value of 400-60,000";
   const std::string rated = "The Continuous Current value should be 0.35-6A";
   const struct {
-    const char* Field;
-    const char* Typed;
+    const char *Field, *Typed;
     std::string Text;
   } cases[] = {
       {"cboMotorPolePair", "1", poles},

@@ -7,6 +7,8 @@
 
 namespace gainsmith::test {
 
+using Texts = std::vector<std::string>;
+
 struct LoggedFrame {
   // When its last byte was written.
   std::int64_t AtMs = 0;
@@ -16,7 +18,11 @@ struct LoggedFrame {
   int Register() const { return Bytes[2] * 256 + Bytes[3]; }
   int Value() const { return Bytes[4] * 256 + Bytes[5]; }
   // "R 19" for a read of one register, "R 256x50" for a block, "W 9=2" for a write.
-  std::string Text() const;
+  std::string Text() const {
+    const std::string reg = std::to_string(Register());
+    if (IsWrite()) return "W " + reg + "=" + std::to_string(Value());
+    return "R " + reg + (Value() == 1 ? "" : "x" + std::to_string(Value()));
+  }
 };
 
 class FrameLog {
@@ -26,7 +32,12 @@ class FrameLog {
     if (!open_.empty()) ++fragments_;
     open_.clear();
   }
-  void Write(std::uint8_t byte, std::int64_t nowMs);
+  void Write(std::uint8_t byte, std::int64_t nowMs) {
+    open_.push_back(byte);
+    if (open_.size() < 8) return;
+    frames_.push_back({nowMs, open_});
+    open_.clear();
+  }
   void Clear() {
     frames_.clear();
     fragments_ = 0;
@@ -35,9 +46,19 @@ class FrameLog {
   const std::vector<LoggedFrame>& Frames() const { return frames_; }
   // Frames that another frame broke off.
   int Fragments() const { return fragments_; }
-  std::vector<std::string> Texts() const;
+  test::Texts Texts() const {
+    test::Texts texts;
+    for (const LoggedFrame& frame : frames_) texts.push_back(frame.Text());
+    return texts;
+  }
   // Values written to a register, in order.
-  std::vector<int> Writes(int reg) const;
+  std::vector<int> Writes(int reg) const {
+    std::vector<int> values;
+    for (const LoggedFrame& frame : frames_) {
+      if (frame.IsWrite() && frame.Register() == reg) values.push_back(frame.Value());
+    }
+    return values;
+  }
 
  private:
   std::vector<std::uint8_t> open_;

@@ -54,14 +54,14 @@ bool VirtualWorld::RunUntil(const std::function<bool()>& done, std::int64_t limi
   return true;
 }
 
-std::vector<std::string> VirtualWorld::TakeFrames() {
-  std::vector<std::string> texts = Log.Texts();
+Texts VirtualWorld::TakeFrames() {
+  Texts texts = Log.Texts();
   Log.Clear();
   return texts;
 }
 
-std::vector<std::string> VirtualWorld::TakeMessages() {
-  std::vector<std::string> texts;
+Texts VirtualWorld::TakeMessages() {
+  Texts texts;
   for (const Message& message : Messages) texts.push_back(message.Text);
   Messages.clear();
   return texts;

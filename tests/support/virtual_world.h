@@ -55,10 +55,10 @@ class VirtualWorld : public World {
 
   FrameLog Log;
   // Frames sent since the last call: "R 19", "W 9=2".
-  std::vector<std::string> TakeFrames();
+  Texts TakeFrames();
   std::vector<Message> Messages;
   // Texts of the messages shown since the last call.
-  std::vector<std::string> TakeMessages();
+  Texts TakeMessages();
   // Filters of the file dialogs shown.
   std::vector<std::string> FileDialogs;
   std::vector<std::string> Documents;
