@@ -42,6 +42,21 @@ std::size_t NumberLength(std::string_view text) {
   return at;
 }
 
+// Whether a number without sign that no double can hold is too large for it, not too small.
+bool IsHuge(std::string_view text) {
+  const std::size_t e = std::min(text.find_first_of("eE"), text.size());
+  const std::size_t point = std::min(text.find('.'), e);
+  const std::size_t first = text.find_first_of("123456789");
+  if (first >= e) return false;
+  const bool negative = text.substr(e).starts_with("e-") || text.substr(e).starts_with("E-");
+  text.remove_prefix(std::min(text.size(), text.find_first_of("0123456789", e)));
+  long long exponent = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), exponent);
+  if (error == std::errc::result_out_of_range) return !negative;
+  const auto order = static_cast<long long>(point) - static_cast<long long>(first);
+  return order + (negative ? -exponent : exponent) > 0;
+}
+
 // `text` is a number by NumberLength.
 double ParseNumber(std::string_view text) {
   const bool negative = text.front() == '-';
@@ -49,11 +64,8 @@ double ParseNumber(std::string_view text) {
   double value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error == std::errc::result_out_of_range) {
-    // from_chars leaves the value alone here; it is too large unless its exponent is negative.
-    const std::size_t e = text.find_first_of("eE");
-    const bool tiny = (e != std::string_view::npos && text[e + 1] == '-') ||
-                      (e == std::string_view::npos && text.front() != '.' && text.front() == '0');
-    value = tiny ? 0 : std::numeric_limits<double>::infinity();
+    // from_chars leaves the value alone here.
+    value = IsHuge(text) ? std::numeric_limits<double>::infinity() : 0;
   }
   return negative ? -value : value;
 }

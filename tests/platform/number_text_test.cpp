@@ -95,15 +95,35 @@ TEST(NumberText, FilesHoldSevenDigitsAtMost) {
 
 TEST(NumberText, AFieldIsReadByItsLeadingNumber) {
   const std::pair<const char*, double> cases[] = {
-      {"", 0},        {"abc", 0},     {"  12", 12},  {"12abc", 12},       {"5.01 A", 5.01},
-      {"-3", -3},     {"+4", 4},      {".5", 0.5},   {"5.", 5},           {".", 0},
-      {"-", 0},       {"1.2.3", 1.2}, {"1e3", 1000}, {"1e", 1},           {"1e+", 1},
-      {"2E-1x", 0.2}, {"inf", 0},     {"nan", 0},    {"0x1F", 0},         {"- 5", 0},
-      {"1,5", 1},     {"\t7", 7},     {"1e-999", 0}, {"0.0000001", 1e-7},
+      {"", 0},        {"abc", 0},     {"  12", 12},        {"12abc", 12}, {"5.01 A", 5.01},
+      {"-3", -3},     {"+4", 4},      {".5", 0.5},         {"5.", 5},     {".", 0},
+      {"-", 0},       {"1.2.3", 1.2}, {"1e3", 1000},       {"1e", 1},     {"1e+", 1},
+      {"2E-1x", 0.2}, {"inf", 0},     {"nan", 0},          {"0x1F", 0},   {"- 5", 0},
+      {"1,5", 1},     {"\t7", 7},     {"0.0000001", 1e-7},
   };
   for (const auto& [text, value] : cases) EXPECT_EQ(LeadingNumber(text), value) << text;
-  EXPECT_EQ(LeadingNumber("1e999"), HUGE_VAL);
-  EXPECT_EQ(LeadingNumber("-1e999"), -HUGE_VAL);
+}
+
+TEST(NumberText, ANumberBeyondAllRangeIsInfiniteOrZeroByItsSize) {
+  const std::string zeros(400, '0');
+  const std::string huge[] = {
+      "1e999",   "1" + zeros, "00" + ("1" + zeros), "1" + zeros + "e-9", "1e99999999999999999999",
+      "0.1e+999"};
+  const std::string tiny[] = {"1e-999",
+                              "0." + zeros + "1",
+                              "." + zeros + "1",
+                              "." + zeros + "1e+9",
+                              "1e-99999999999999999999",
+                              "0e999"};
+  for (const std::string& text : huge) {
+    EXPECT_EQ(LeadingNumber(text), HUGE_VAL) << text;
+    EXPECT_EQ(LeadingNumber("-" + text), -HUGE_VAL) << text;
+    EXPECT_EQ(WholeNumber(text), std::nullopt) << text;
+  }
+  for (const std::string& text : tiny) {
+    EXPECT_EQ(LeadingNumber(text), 0) << text;
+    EXPECT_EQ(WholeNumber(text), 0) << text;
+  }
 }
 
 TEST(NumberText, AWholeNumberIsAllOfTheTextOrNothing) {

@@ -20,6 +20,9 @@ constexpr double EdgeTimingSteps = 16.0;
 
 constexpr double RadPerTurn = 2.0 * std::numbers::pi;
 
+// A motor of absurd parameters outruns any counter, which then stays at its end.
+constexpr double FarthestPulses = 1e15;
+
 }  // namespace
 
 void Axis::Configure(const RegisterBank& registers) {
@@ -45,7 +48,8 @@ void Axis::ResetControllers() {
 }
 
 std::int64_t Axis::PositionPulses() const {
-  return static_cast<std::int64_t>(std::floor(motor_.AngleRad() * pulsesPerRad_));
+  const double pulses = std::floor(motor_.AngleRad() * pulsesPerRad_);
+  return static_cast<std::int64_t>(std::clamp(pulses, -FarthestPulses, FarthestPulses));
 }
 
 double Axis::SpeedRpm() const { return motor_.SpeedRadPerS() / RadPerTurn * 60.0; }
