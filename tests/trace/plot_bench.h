@@ -57,6 +57,16 @@ struct PlotBench {
     return view + ", " + std::to_string(plot.Picture1.Lines.size()) + " lines";
   }
 
+  // Every label, column by column: current, time, velocity and position.
+  std::vector<std::string> Columns() const {
+    std::vector<std::string> texts;
+    for (const LabelColumn* column : {&plot.Label3, &plot.Label4, &plot.Label6, &plot.Label5}) {
+      std::string& text = texts.emplace_back();
+      for (const Label& label : *column) text += (text.empty() ? "" : " ") + label.Caption;
+    }
+    return texts;
+  }
+
   TraceState trace;
   bool linkIdle = true;
   ComboBox combo1;

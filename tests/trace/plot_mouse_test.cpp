@@ -107,6 +107,21 @@ TEST(PlotZoom, NoGestureSpoilsTheAxes) {
   }
 }
 
+TEST(PlotMouse, APressRedrawsTheVelocityPlotOnly) {
+  for (const PlotDescription* description : {&VelocityPlot, &PositionPlot, &ScopePlot}) {
+    PlotBench bench(*description);
+    bench.Capture();
+    bench.trace.ZoomTop[0] = 300;
+    bench.trace.ZoomHeight[0] = -500;
+    const bool redraws = description == &VelocityPlot;
+    const auto before = bench.plot.Picture1.Revision;
+    bench.plot.Picture1.OnMouseDown(LeftButton, 30, 250);
+    EXPECT_EQ(bench.plot.Picture1.Revision != before, redraws);
+    EXPECT_EQ(bench.plot.Picture1.Scale,
+              (PictureScale{0, redraws ? 300.F : 400.F, 200.4F, redraws ? -500.F : -800.F}));
+  }
+}
+
 TEST(PlotMouse, TheRubberBandFollowsTheDragAndGoesWithTheRedraw) {
   PlotBench bench(PositionPlot);
   bench.Capture();

@@ -49,6 +49,26 @@ TEST(PlotLabels, BeforeACaptureWithOneAndAfterANewChoice) {
   }
 }
 
+TEST(PlotLabels, ColumnsFromEndToEnd) {
+  using Columns = std::vector<std::string>;
+  PlotBench bench(PositionPlot);
+  const std::string timeMs = "0 200 400 600 800 1000 1200 1400 1600 1800 2000";
+  const std::string rpm = "-400 -320 -240 -160 -80 0 80 160 240 320 400";
+  const std::string pulses = "-200 -160 -120 -80 -40 0 40 80 120 160 200";
+  EXPECT_EQ(bench.Columns(), (Columns{"-2.00 -1.60 -1.20 -0.80 -0.40 0.00 0.40 0.80 1.20 1.60 2.00",
+                                      timeMs, rpm, pulses}));
+  bench.Capture();
+  EXPECT_EQ(bench.Columns(),
+            (Columns{"-2.000 -1.600 -1.200 -0.800 -0.400 0 0.400 0.800 1.200 1.600 2.000", timeMs,
+                     rpm, pulses}));
+  bench.Drag({30, 250, 70, -50});
+  EXPECT_EQ(bench.Columns(),
+            (Columns{"-0.750 -0.550 -0.350 -0.150 0.050 0.250 0.450 0.650 0.850 1.050 1.250",
+                     "300 350 400 450 500 550 600 650 700 750 800",
+                     "*-150* *-110* *-70* *-30* *10* *50* *90* *130* *170* *210* *250*",
+                     "*-75* *-55* *-35* *-15* *5* *25* *45* *65* *85* *105* *125*"}));
+}
+
 TEST(PlotRedraw, DrawsTheShownChannelsInOrderUpToTheLastSample) {
   PlotBench bench(PositionPlot);
   bench.trace.PositionColours[Signal::VBak] = 4711;

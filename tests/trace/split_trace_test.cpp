@@ -127,6 +127,28 @@ TEST(SplitTrace, ThreeChannelsInUnitsAndOnOneScale) {
   EXPECT_EQ(trace.PRefTop[0], 10);
 }
 
+TEST(SplitTrace, FromTheFirstSampleToTheLast) {
+  TraceState trace;
+  trace.SetTraceTime(20);
+  trace.ShowRecordedChannels(3);
+  std::vector<float> words = Recording({8, 200, 2048});
+  for (std::size_t i = 0; i < 3; ++i) {
+    words[i * ChannelSamples] = words[i * ChannelSamples + 7] / 2;
+    words[i * ChannelSamples + ChannelSamples - 1] = -words[i * ChannelSamples + 7] / 4;
+  }
+  SplitTrace(trace, words, 3);
+  using Ends = std::pair<float, float>;
+  const auto ends = [](const auto& values) { return Ends(values[0], values[ChannelSamples - 1]); };
+  EXPECT_EQ(ends(trace.PErrTrace), Ends(4, -2));
+  EXPECT_EQ(ends(trace.VBakTrace), Ends(150, -75));
+  EXPECT_EQ(ends(trace.IBakTrace), Ends(1000, -500));
+  EXPECT_EQ(ends(trace.PErrPlot), Ends(80, -40));
+  EXPECT_EQ(ends(trace.VBakPlot), Ends(150, -75));
+  EXPECT_EQ(ends(trace.IBakPlot), Ends(160, -80));
+  // The last of reference and feedback is never worked out at more than a tick per sample.
+  EXPECT_EQ(ends(trace.PBakPlot), Ends(-80, 0));
+}
+
 TEST(SplitTrace, TwoChannelsHaveNoPosition) {
   TraceState trace;
   trace.SetTraceTime(20);

@@ -71,6 +71,38 @@ TEST(NiceCurrentStep, TakesTheEntryBeforeTheOneThatFits) {
   EXPECT_EQ(NiceCurrentStep(trace, 1, 800, 800), 3000);  // the first entry has none before it
 }
 
+// Extents that shrink by a tenth of a percent find every entry.
+TEST(ZoomSteps, AreThoseOfTheTwoLists) {
+  std::vector<float> timeSteps;
+  std::vector<float> currentSteps;
+  Captured trace;
+  const auto note = [](std::vector<float>& steps, float step) {
+    if (step != 0 && (steps.empty() || steps.back() != step)) steps.push_back(step);
+  };
+  for (float extent = 4000; extent > 0.05F; extent *= 0.999F) {
+    trace.TimeStep[1] = 0;
+    // Half a sample a ms: the longest view of all fits.
+    NiceTimeStep(trace, 1, 200, 100, extent / 2);
+    trace.ZoomLeft[1] = 0;
+    note(timeSteps, trace.TimeStep[1]);
+    trace.IStep[0] = extent;
+    note(currentSteps, NiceCurrentStep(trace, 1, 100, 100));
+  }
+  EXPECT_EQ(timeSteps,
+            (std::vector<float>{200, 190, 180, 170, 160, 150, 140, 130, 120, 110, 100, 90, 80,
+                                70,  60,  50,  40,  30,  20,  10,  8,   6,   5,   4,   2,  1}));
+  EXPECT_EQ(currentSteps,
+            (std::vector<float>{3000, 2800, 2500, 2400, 2200, 2000, 1800, 1500, 1400, 1200, 1000,
+                                800,  600,  500,  400,  250,  200,  100,  80,   50,   40,   20,
+                                10,   8,    5,    4,    2,    1,    0.8F, 0.5F, 0.4F, 0.2F}));
+  // The last entry is only the limit of the one before it.
+  for (const auto& [width, step] : {std::pair(0.1F, 1.F), {0.095F, 0.F}}) {
+    trace.TimeStep[1] = 0;
+    NiceTimeStep(trace, 1, 100, 100, width);
+    EXPECT_EQ(trace.TimeStep[1], step) << width;
+  }
+}
+
 TEST(ZoomIn, FirstLevelOfThreeChannels) {
   Captured trace;
   // 100 samples from the right to the left, 300 plot units from 250.5 down.
@@ -97,6 +129,14 @@ TEST(ZoomIn, TwoChannelsRoundTheVelocityTopToEven) {
   EXPECT_EQ(low.ZoomTop[1], 0);
   EXPECT_EQ(low.ITop[1], 1);
   EXPECT_EQ(std::pair(low.VTop[1], low.VGain[1]), std::pair(1.F, 1.F));
+}
+
+TEST(ZoomIn, AnAxisWithoutARangeHasNoneAtTheNextLevel) {
+  Captured trace;
+  trace.ITop[0] = 0;
+  ASSERT_TRUE(ZoomIn(trace, 3, 1, {.StartX = 30, .StartY = 250, .EndX = 70, .EndY = -50}));
+  EXPECT_EQ(trace.TopRatio[1], 0);
+  EXPECT_EQ(trace.AxisOf(Signal::VBak, 1), Triple(50, 1, 250));
 }
 
 TEST(ZoomIn, SecondLevelAddsNothingToTheWidth) {

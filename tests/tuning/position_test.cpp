@@ -52,7 +52,9 @@ TEST_F(PositionTest, ATestFromTheOpeningToTheEndOfItsPlan) {
   EXPECT_TRUE(Shell[Mark] && Shell.ChildWindowOpen);
 
   User.Click(Window.Check1[Form3::VBak]);
+  Params[Slot::EncoderCounts] = 1;
   User.Click(RunButton);
+  EXPECT_EQ(Params[Slot::EncoderCounts], 4000) << "the table holds what was sent";
   EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 13=1000", "W 19=4000", "W 22=1000", "W 21=20",
                                           "W 23=0", "W 24=40000", "W 27=200", "W 25=1", "W 26=20",
                                           "W 17=145", "W 20=200", "W 9=2", "R 28", "upload 12"}));
@@ -275,13 +277,60 @@ TEST_F(PositionTest, PositionSeriesShareAnAxisUntilTheNextCapture) {
   EXPECT_FALSE(reference.Ticked);
 }
 
-TEST_F(PositionTest, ColoursLastUntilTheWindowCloses) {
-  World.ChosenColours = {0x123456};
-  User.Click(Window.Command4[7]);
-  EXPECT_EQ(Window.Command4[7].BackColor, 0x123456U);
-  EXPECT_EQ(Trace.PositionColours[Signal::IBak], 0x123456U);
+// Of the five channels with data: the box, the colour button and what both begin with.
+struct ChannelControls {
+  Form3::Channel Box;
+  std::size_t Button;
+  Signal Of;
+  bool Ticked;
+  Colour Swatch;
+};
+constexpr ChannelControls LiveChannels[] = {
+    {Form3::PErr, 0, Signal::PErr, true, 0xFFC0FF},
+    {Form3::PBak, 1, Signal::PBak, false, 0x800080},
+    {Form3::PRef, 2, Signal::PRef, false, 0xFF8080},
+    {Form3::VBak, 4, Signal::VBak, true, 0x80FF80},
+    {Form3::IBak, 7, Signal::IBak, true, 0x0000FF},
+};
+
+TEST_F(PositionTest, EachBoxShowsItsOwnSignal) {
+  for (const ChannelControls& channel : LiveChannels) {
+    Trace.ShowRecordedChannels(3);
+    for (const bool ticked : {!channel.Ticked, channel.Ticked}) {
+      User.Click(Window.Check1[channel.Box]);
+      for (const ChannelControls& other : LiveChannels) {
+        EXPECT_EQ(Trace.Show(other.Of), (other.Box == channel.Box ? ticked : other.Ticked))
+            << channel.Box << " " << other.Box;
+      }
+    }
+  }
+}
+
+TEST_F(PositionTest, ColoursAndTicksLastUntilTheWindowCloses) {
+  for (const ChannelControls& channel : LiveChannels) {
+    World.ChosenColours = {0x123450U + static_cast<Colour>(channel.Button)};
+    User.Click(Window.Command4[channel.Button]);
+    User.Click(Window.Check1[channel.Box]);
+  }
+  World.ChosenColours = {};  // the dialog is left without a choice
+  User.Click(Window.Command4[0]);
+  for (const ChannelControls& channel : LiveChannels) {
+    const Colour chosen = 0x123450U + static_cast<Colour>(channel.Button);
+    EXPECT_EQ(Window.Command4[channel.Button].BackColor, chosen);
+    EXPECT_EQ(Trace.PositionColours[channel.Of], chosen);
+    EXPECT_EQ(Window.Check1[channel.Box].Ticked, !channel.Ticked);
+  }
   User.Close(Window);
-  EXPECT_EQ(Trace.PositionColours[Signal::IBak], 255U);
+  EXPECT_EQ(Trace.PositionColours.Values, DefaultTuningColours().Values);
+  Open(Window);
+  for (const ChannelControls& channel : LiveChannels) {
+    EXPECT_EQ(Window.Command4[channel.Button].BackColor, channel.Swatch);
+    EXPECT_EQ(Window.Check1[channel.Box].Ticked, channel.Ticked);
+    EXPECT_TRUE(Window.Command4[channel.Button].Enabled && Window.Check1[channel.Box].Enabled);
+  }
+  for (const Form3::Channel none : {Form3::IErr, Form3::IRef, Form3::VErr, Form3::VRef}) {
+    EXPECT_FALSE(Window.Check1[none].Enabled || Window.Check1[none].Ticked);
+  }
 }
 
 }  // namespace
