@@ -10,7 +10,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 
 namespace gainsmith::test {
 namespace {
