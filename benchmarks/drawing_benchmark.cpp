@@ -7,6 +7,7 @@
 #include "app/bench.h"
 #include "bench_support.h"
 #include "desktop/picture_painter.h"
+#include "desktop/record_values.h"
 #include "trace/fft.h"
 #include "trace/split_trace.h"
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "desktop/look.h"
+#include "desktop/record_values.h"
 #include "desktop/window_view.h"
 #include "host/qt_text.h"
 

@@ -12,7 +12,7 @@
 
 #include "desktop/dialogs.h"
 #include "desktop/documents.h"
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 #include "host/files.h"
 #include "host/port_names.h"
 #include "host/qt_text.h"

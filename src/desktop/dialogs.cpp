@@ -6,7 +6,7 @@
 #include <QFileInfo>
 #include <QMessageBox>
 
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 #include "host/qt_text.h"
 
 namespace gainsmith {

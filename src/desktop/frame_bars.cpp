@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "desktop/icons.h"
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 #include "desktop/window_view.h"
 #include "host/qt_text.h"
 

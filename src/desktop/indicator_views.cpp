@@ -8,7 +8,7 @@
 
 #include "desktop/control_view.h"
 #include "desktop/icons.h"
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 #include "desktop/window_view.h"
 
 namespace gainsmith {

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "desktop/control_view.h"
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 #include "desktop/window_view.h"
 #include "host/qt_text.h"
 

@@ -3,17 +3,15 @@
 
 #include <QApplication>
 #include <QFont>
-#include <QGlyphRun>
 #include <QIcon>
+#include <QPalette>
 #include <QProxyStyle>
-#include <QTextLayout>
 #include <QToolTip>
 #include <algorithm>
 #include <cmath>
 
 #include "desktop/desktop_scheme.h"
 #include "desktop/icons.h"
-#include "host/qt_text.h"
 
 // The resources lie in a static library; the linker keeps them only if asked for.
 static void KeepResources() { Q_INIT_RESOURCE(desktop); }
@@ -21,7 +19,6 @@ static void KeepResources() { Q_INIT_RESOURCE(desktop); }
 namespace gainsmith {
 namespace {
 
-constexpr int TwipsPerPixel = 15;
 constexpr int FontHeightPixels = 12;
 constexpr double ReadableContrast = 4.5;
 
@@ -71,18 +68,6 @@ double Contrast(const QColor& a, const QColor& b) {
   const double first = Luminance(a);
   const double second = Luminance(b);
   return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
-}
-
-bool CanDraw(QChar letter, const QFont& font) {
-  QTextLayout layout(QString(letter), font);
-  layout.beginLayout();
-  layout.createLine();
-  layout.endLayout();
-  for (const QGlyphRun& run : layout.glyphRuns()) {
-    const auto glyphs = run.glyphIndexes();
-    if (std::find(glyphs.begin(), glyphs.end(), 0U) != glyphs.end()) return false;
-  }
-  return true;
 }
 
 // Fusion in the manner of our own windows: no pictures on the buttons of message boxes, and drawn
@@ -147,23 +132,6 @@ Scheme PresentScheme() {
                                                                           : Scheme::Light;
 }
 
-int PixelsFromTwips(int twips) {
-  return static_cast<int>(std::floor((twips + TwipsPerPixel / 2.0) / TwipsPerPixel));
-}
-
-int TwipsFromPixels(int pixels) { return pixels * TwipsPerPixel; }
-
-std::optional<QColor> FixedColour(Colour colour) {
-  if ((colour & SystemColour(0)) != 0) return std::nullopt;
-  return QColor(static_cast<int>(colour & 0xFFU), static_cast<int>(colour >> 8U & 0xFFU),
-                static_cast<int>(colour >> 16U & 0xFFU));
-}
-
-Colour ColourOf(const QColor& colour) {
-  return Rgb(static_cast<std::uint32_t>(colour.red()), static_cast<std::uint32_t>(colour.green()),
-             static_cast<std::uint32_t>(colour.blue()));
-}
-
 QColor Readable(const QColor& wanted, const QColor& background) {
   if (Contrast(wanted, background) >= ReadableContrast) return wanted;
   const bool lighter = TextOn(background) == QColor(Qt::white);
@@ -181,19 +149,6 @@ QColor Readable(const QColor& wanted, const QColor& background) {
 
 QColor TextOn(const QColor& background) {
   return Contrast(Qt::white, background) >= Contrast(Qt::black, background) ? Qt::white : Qt::black;
-}
-
-QString ShownText(const std::string& text) {
-  QString shown = ToQt(text);
-  for (QChar& letter : shown) {
-    constexpr char16_t FirstFullWidth = 0xFF01;
-    constexpr char16_t LastFullWidth = 0xFF5E;
-    constexpr char16_t Distance = 0xFEE0;
-    const char16_t code = letter.unicode();
-    if (code < FirstFullWidth || code > LastFullWidth) continue;
-    if (!CanDraw(letter, QApplication::font())) letter = QChar(char16_t(code - Distance));
-  }
-  return shown;
 }
 
 }  // namespace gainsmith

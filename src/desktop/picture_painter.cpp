@@ -9,7 +9,7 @@
 #include <optional>
 #include <utility>
 
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 
 namespace gainsmith {
 namespace {

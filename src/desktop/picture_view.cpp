@@ -4,7 +4,6 @@
 #include <QPixmap>
 
 #include "desktop/control_view.h"
-#include "desktop/look.h"
 #include "desktop/picture_painter.h"
 #include "desktop/window_view.h"
 

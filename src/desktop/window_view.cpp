@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "desktop/frame_bars.h"
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 #include "host/qt_text.h"
 
 namespace gainsmith {

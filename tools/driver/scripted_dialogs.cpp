@@ -10,7 +10,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 
-#include "host/qt_text.h"
+#include "desktop/record_values.h"
 
 namespace gainsmith::test {
 namespace {
