@@ -14,10 +14,10 @@ BenchMenu::BenchMenu(MDIForm1& main, Commands& commands) {
   describe(mnuReadFromDrive, "mnuReadFromDrive", "&Read From Drive");
   describe(mnuTestConsole, "mnuTestConsole", "&Test Console");
 
-  mnuVelocityLoop.OnClick = [&commands] { commands.VelocityLoop_Click(); };
+  mnuVelocityLoop.OnClick = [&commands] { commands.Run(Command::BenchVelocityLoop); };
   mnuParameters.OnClick = main.ParaDataLib.OnClick;
-  mnuReadFromDrive.OnClick = [&commands] { commands.ReadFromDrive_Click(); };
-  mnuTestConsole.OnClick = [&commands] { commands.TestConsole_Click(); };
+  mnuReadFromDrive.OnClick = [&commands] { commands.Run(Command::BenchReadFromDrive); };
+  mnuTestConsole.OnClick = [&commands] { commands.Run(Command::BenchTestConsole); };
   mnuBench.Items = {&mnuVelocityLoop, &mnuParameters, &mnuReadFromDrive, &mnuTestConsole};
   main.Menus.push_back(&mnuBench);
 }

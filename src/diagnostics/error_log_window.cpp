@@ -21,7 +21,7 @@ void Form4::Form_Load() {
   const Errand errand(link_, *this);
   LeftTwips = 3000;
   TopTwips = 2000;
-  BlinkRunning = true;
+  if (blink_ == Blink::Over) blink_ = Blink::Due;
   const Sent sent =
       link_.Exchange(errand, Function::Read, Register::ErrorLog, ErrorLogEntries, ShortExchange);
   if (sent == Sent::Off || errand.Over()) return;
@@ -47,39 +47,38 @@ void Form4::ShowEntry(int entry, std::uint16_t word) {
 }
 
 void Form4::Timer1_Timer() {
-  passRunning_ = true;
-  BlinkRunning = true;
+  blink_ = blink_ == Blink::DueToClose ? Blink::PassToClose : Blink::Pass;
   for (std::size_t bit = 0; bit < BitsPerEntry; ++bit) {
     if (Shape1[bit].BackColor == ErrorPresent) {
       Shape1[bit].Visible = false;
       link_.WaitMs(LampDarkMs);
       Shape1[bit].Visible = true;
     }
-    if (!BlinkRunning || closeAsked_) {
+    if (blink_ == Blink::PassToClose) {
       CloseAfterPass();
       return;
     }
   }
-  passRunning_ = false;
-  BlinkRunning = false;
+  blink_ = Blink::Over;
 }
 
 void Form4::CloseAfterPass() {
-  passRunning_ = false;
-  BlinkRunning = false;
+  blink_ = Blink::Over;
   Timer1.Stop();
   world_.Unload(*this);
 }
 
 bool Form4::Form_Unload() {
-  const bool passToCome = BlinkRunning && Timer1.Enabled();
-  if (passRunning_ || passToCome) {
-    BlinkRunning = false;
-    closeAsked_ = true;
+  if (blink_ == Blink::Pass || blink_ == Blink::PassToClose) {
+    blink_ = Blink::PassToClose;
+    return false;
+  }
+  if (blink_ == Blink::Due && Timer1.Enabled()) {
+    blink_ = Blink::DueToClose;
     return false;
   }
   Timer1.Stop();
-  closeAsked_ = false;
+  blink_ = Blink::Over;
   shell_.ChildWindowOpen = false;
   // The next visit knows nothing before it has read, whatever drive it may find.
   for (Lamp& lamp : Shape1) {

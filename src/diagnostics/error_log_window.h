@@ -32,9 +32,8 @@ struct Form4 : Window {
   std::array<Button, 2> Command1;
   Timer Timer1;
 
-  // True from Form_Load on, and while a blink pass runs. Gone False during a pass: the window is
-  // to close.
-  bool BlinkRunning = false;
+  // True from Form_Load on, and while a blink pass runs, until the window is to close.
+  bool BlinkRunning() const { return blink_ == Blink::Due || blink_ == Blink::Pass; }
 
   // Reads the log onto the board and starts the blinking. On failure the lamps stay as they were
   // and nothing blinks.
@@ -55,9 +54,14 @@ struct Form4 : Window {
   World& world_;
   Link& link_;
   ShellState& shell_;
-  bool passRunning_ = false;
-  // A wish to close that a pass is to grant; outlasts the reading of the log inside that pass.
-  bool closeAsked_ = false;
+  enum class Blink {
+    Over,        // no pass runs, and none is waited for
+    Due,         // loaded; no pass has run since
+    Pass,        // a pass runs
+    DueToClose,  // the next pass grants a wish to close
+    PassToClose  // the pass that runs does; also where it reads the log anew
+  };
+  Blink blink_ = Blink::Over;
 };
 
 }  // namespace gainsmith

@@ -1,7 +1,7 @@
-// Commands: see the header.
+// The table of commands, the steps of each, and the handlers of the main window.
 #include "shell/commands.h"
 
-#include <string>
+#include <algorithm>
 #include <utility>
 
 #include "platform/common_texts.h"
@@ -10,27 +10,136 @@
 namespace gainsmith {
 
 Commands::Commands(World& world, ShellState& shell, MDIForm1& main, Routes routes)
-    : world_(world), shell_(shell), main_(main), routes_(std::move(routes)) {
-  RouteFileMenu();
-  RouteDriveMenu();
+    : world_(world), shell_(shell), main_(main), routes_(std::move(routes)), rows_(Table()) {
+  RouteMenus();
   RouteHelpMenu();
   RouteToolBar();
   main_.LineWatch.OnTimer = [this] { LineWatch_Timer(); };
 }
 
-std::function<void()> Commands::WhenNoTransferRuns(std::function<void()> action) {
-  return [this, action = std::move(action)] {
-    if (!shell_.BulkTransferRunning) action();
+std::vector<Commands::Row> Commands::Table() {
+  using enum Step;
+  const Exclusion position{"Please close other opened window(s)", MessageIcon::None, true,
+                           OpenMark::PositionLoop};
+  const Exclusion velocity{"Please close other opened window(s)", MessageIcon::None, true,
+                           OpenMark::VelocityLoop};
+  const Exclusion scope{"Please close opened window(s) before you can open scope",
+                        MessageIcon::None, true, OpenMark::Scope, [this] { StartOrStopScope(); }};
+  const Exclusion errorLog{"Please close opened window(s)", MessageIcon::None, true};
+  const Exclusion grid{"Please close opend windows", MessageIcon::None, true};
+  const Exclusion table{"Please close all other opened window(s)", MessageIcon::Critical};
+  const Routes& to = routes_;
+  // clang-format off
+  return {
+      {Command::OpenFile, {NoTransfer, FreeLine}, Call(to.OpenConfigFile)},
+      {Command::SaveFile, {NoTransfer}, Call(to.Save)},
+      {Command::SaveFileAs, {NoTransfer}, Call(to.SaveAs)},
+      {Command::CloseFile, {NoTransfer}, Call([this] { CloseFile(); })},
+      {Command::Properties, {NoTransfer, FreeLine, OpenPortOrTidyUp, Hourglass},
+       Modal(to.Properties)},
+      {Command::PropertiesButton, {NoTransfer, FreeLine, Hourglass}, Modeless(to.Properties)},
+      {Command::CurrentLoop, {NoTransfer, FreeLine, OpenPort}, Modal(to.CurrentLoop)},
+      {Command::PositionLoop, {NoTransfer, FreeLine, ForgetClosing, OpenPort, NoOtherWindow},
+       Modal(to.PositionLoop), position},
+      {Command::PositionLoopButton,
+       {NoTransfer, FreeLine, Hourglass, ForgetClosing, OpenPort, NoOtherWindow},
+       Modal(to.PositionLoop), position},
+      {Command::ReadFromDrive, {NoTransfer, FreeLine}, Call(to.ReadFromDrive)},
+      {Command::Download, {NoTransfer, FreeLine, NoOtherWindow}, Call(to.DownloadToDrive), table},
+      {Command::Reset, {NoTransfer, FreeLine, NoOtherWindow}, Call(to.ResetDrive), table},
+      {Command::Parameters, {NoTransfer, FreeLine, NoOtherWindow}, Modeless(to.ParametersGrid), grid},
+      {Command::Scope, {NoTransfer, OpenPort, NoOtherWindow, FreeLine}, Modal(to.Scope), scope},
+      {Command::ErrorLog, {NoTransfer, FreeLine, OpenPort, NoOtherWindow}, Modal(to.ErrorLog),
+       errorLog},
+      {Command::BenchVelocityLoop, {NoTransfer, FreeLine, ForgetClosing, OpenPort, NoOtherWindow},
+       Modal(to.VelocityLoop), velocity},
+      {Command::BenchReadFromDrive, {NoTransfer, FreeLine, OpenPort}, Call(to.ReadFromDrive)},
+      {Command::BenchTestConsole, {NoTransfer, OpenPort}, Modeless(to.TestConsole)},
+  };
+  // clang-format on
+}
+
+Commands::Starter Commands::Modal(Window* window) {
+  return [this, window](std::function<void()> afterwards) {
+    world_.ShowModal(*window, std::move(afterwards));
   };
 }
 
-std::function<void()> Commands::WhenLineIsFree(std::function<void()> action) {
-  return WhenNoTransferRuns([this, action = std::move(action)] { StartOnceLineIsFree(action); });
+Commands::Starter Commands::Modeless(Window* window) {
+  return [this, window](const std::function<void()>& afterwards) {
+    world_.Show(*window);
+    if (afterwards) afterwards();
+  };
 }
 
-void Commands::StartOnceLineIsFree(std::function<void()> action) {
-  if (!routes_.LineInUse()) return action();
-  waiting_ = std::move(action);
+Commands::Starter Commands::Call(std::function<void()> routine) {
+  return [routine = std::move(routine)](const std::function<void()>& afterwards) {
+    routine();
+    if (afterwards) afterwards();
+  };
+}
+
+void Commands::Run(Command name) {
+  const auto row = std::find_if(rows_.begin(), rows_.end(),
+                                [name](const Row& candidate) { return candidate.Name == name; });
+  std::function<void()> afterwards;
+  for (const Step step : row->Steps) {
+    if (step == Step::Hourglass) {
+      main_.Pointer = MousePointer::Hourglass;
+      afterwards = [this] { main_.Pointer = MousePointer::Default; };
+    } else if (!Take(step, *row)) {
+      if (afterwards) afterwards();
+      return;
+    }
+  }
+  if (row->Windows.Holds) shell_.ChildWindowOpen = true;
+  row->Start(std::move(afterwards));
+}
+
+bool Commands::Take(Step step, const Row& row) {
+  switch (step) {
+    case Step::NoTransfer:
+      return !shell_.BulkTransferRunning;
+    case Step::FreeLine:
+      if (!routes_.LineInUse()) return true;
+      WaitForLine(row.Name);
+      return false;
+    case Step::OpenPort:
+      return CommunicationTest();
+    case Step::OpenPortOrTidyUp:
+      if (CommunicationTest()) return true;
+      main_.Pointer = MousePointer::Default;
+      world_.Unload(*routes_.Waiting);
+      return false;
+    case Step::NoOtherWindow:
+      return ExclusionTest(row.Windows);
+    case Step::ForgetClosing:
+      routes_.ForgetClosingPositionWindow();
+      return true;
+    case Step::Hourglass:
+      break;
+  }
+  return true;
+}
+
+bool Commands::CommunicationTest() {
+  if (world_.IsPortOpen()) return true;
+  world_.ShowMessage(LostLinkMessage());
+  return false;
+}
+
+bool Commands::ExclusionTest(const Exclusion& windows) {
+  if (!shell_.ChildWindowOpen) return true;
+  if (!windows.OwnMark || !shell_[*windows.OwnMark]) {
+    world_.ShowMessage({windows.Refusal, MainTitle, MessageButtons::Ok, windows.Icon});
+  } else if (windows.WhenOpen) {
+    windows.WhenOpen();
+  }
+  return false;
+}
+
+void Commands::WaitForLine(Command name) {
+  waiting_ = name;
   main_.Pointer = MousePointer::Hourglass;
   main_.LineWatch.Start();
 }
@@ -40,31 +149,47 @@ void Commands::LineWatch_Timer() {
   if (open && routes_.LineInUse()) return;
   main_.LineWatch.Stop();
   main_.Pointer = MousePointer::Default;
-  const std::function<void()> action = std::exchange(waiting_, {});
+  const std::optional<Command> name = std::exchange(waiting_, {});
   // What has opened meanwhile has the user's attention.
-  if (open && !shell_.BulkTransferRunning && world_.ModalWindow() == nullptr) action();
+  if (name && open && world_.ModalWindow() == nullptr) Run(*name);
 }
 
-void Commands::RouteFileMenu() {
-  main_.mnuFileOpen.OnClick = WhenLineIsFree([this] { routes_.OpenConfigFile(); });
-  main_.mnuSave.OnClick = WhenNoTransferRuns([this] { routes_.Save(); });
-  main_.mnuSaveAs.OnClick = WhenNoTransferRuns([this] { routes_.SaveAs(); });
-  main_.mnuFileClose.OnClick = WhenNoTransferRuns([this] { mnuFileClose_Click(); });
+void Commands::CloseFile() {
+  main_.mnuFileClose.Enabled = false;
+  main_.CurrentConfigFile.clear();
+  main_.ShowBaseCaption();
+}
+
+void Commands::StartOrStopScope() {
+  if (routes_.ScopeCycle->Enabled()) {
+    routes_.ScopeCycle->Stop();
+  } else {
+    routes_.ScopeCycle->Start();
+  }
+}
+
+std::function<void()> Commands::Runs(Command name) {
+  return [this, name] { Run(name); };
+}
+
+void Commands::RouteMenus() {
+  main_.mnuFileOpen.OnClick = Runs(Command::OpenFile);
+  main_.mnuSave.OnClick = Runs(Command::SaveFile);
+  main_.mnuSaveAs.OnClick = Runs(Command::SaveFileAs);
+  main_.mnuFileClose.OnClick = Runs(Command::CloseFile);
   main_.nmuExit.OnClick = [this] { world_.Unload(main_); };
-}
 
-void Commands::RouteDriveMenu() {
   // Also during a transfer: it starts none, and its Close ends the one that runs.
   main_.mnuConnect.OnClick = [this] { world_.Show(*routes_.Connect); };
-  main_.sysConfig.OnClick = WhenLineIsFree([this] { sysConfig_Click(); });
-  main_.MnuCurrentLoop.OnClick = WhenLineIsFree([this] { MnuCurrentLoop_Click(); });
-  main_.mnuPositionLoop.OnClick = WhenLineIsFree([this] { mnuPositionLoop_Click(); });
-  main_.ReadFromDrive.OnClick = WhenLineIsFree([this] { routes_.ReadFromDrive(); });
-  main_.mnuDownloadToDrive.OnClick = WhenLineIsFree([this] { mnuDownloadToDrive_Click(); });
-  main_.mnuReset.OnClick = WhenLineIsFree([this] { mnuReset_Click(); });
-  main_.ParaDataLib.OnClick = WhenLineIsFree([this] { ParaDataLib_Click(); });
-  main_.mnuScope.OnClick = WhenNoTransferRuns([this] { mnuScope_Click(); });
-  main_.ErrCheck.OnClick = WhenLineIsFree([this] { ErrCheck_Click(); });
+  main_.sysConfig.OnClick = Runs(Command::Properties);
+  main_.MnuCurrentLoop.OnClick = Runs(Command::CurrentLoop);
+  main_.mnuPositionLoop.OnClick = Runs(Command::PositionLoop);
+  main_.ReadFromDrive.OnClick = Runs(Command::ReadFromDrive);
+  main_.mnuDownloadToDrive.OnClick = Runs(Command::Download);
+  main_.mnuReset.OnClick = Runs(Command::Reset);
+  main_.ParaDataLib.OnClick = Runs(Command::Parameters);
+  main_.mnuScope.OnClick = Runs(Command::Scope);
+  main_.ErrCheck.OnClick = Runs(Command::ErrorLog);
 }
 
 void Commands::RouteHelpMenu() {
@@ -82,144 +207,13 @@ void Commands::RouteHelpMenu() {
 }
 
 void Commands::RouteToolBar() {
-  main_[Tool1::OpenFile].OnClick = main_.mnuFileOpen.OnClick;
-  main_[Tool1::SaveFile].OnClick = main_.mnuSave.OnClick;
-  main_[Tool1::Properties].OnClick = WhenLineIsFree([this] { PropertiesButton_Click(); });
-  main_[Tool1::CurrentLoop].OnClick = main_.MnuCurrentLoop.OnClick;
-  main_[Tool1::PositionLoop].OnClick = WhenLineIsFree([this] { PositionLoopButton_Click(); });
-  main_[Tool1::Scope].OnClick = main_.mnuScope.OnClick;
-  main_[Tool1::ErrorLog].OnClick = main_.ErrCheck.OnClick;
-}
-
-bool Commands::CommunicationTest() {
-  if (world_.IsPortOpen()) return true;
-  world_.ShowMessage(LostLinkMessage());
-  return false;
-}
-
-void Commands::Refuse(const char* text, MessageIcon icon) {
-  world_.ShowMessage({text, MainTitle, MessageButtons::Ok, icon});
-}
-
-void Commands::mnuFileClose_Click() {
-  main_.mnuFileClose.Enabled = false;
-  main_.CurrentConfigFile.clear();
-  main_.ShowBaseCaption();
-}
-
-void Commands::sysConfig_Click() {
-  if (!CommunicationTest()) {
-    main_.Pointer = MousePointer::Default;
-    world_.Unload(*routes_.Waiting);
-    return;
-  }
-  main_.Pointer = MousePointer::Hourglass;
-  world_.ShowModal(*routes_.Properties, [this] { main_.Pointer = MousePointer::Default; });
-}
-
-void Commands::PropertiesButton_Click() {
-  main_.Pointer = MousePointer::Hourglass;
-  world_.Show(*routes_.Properties);
-  main_.Pointer = MousePointer::Default;
-}
-
-void Commands::MnuCurrentLoop_Click() {
-  if (CommunicationTest()) world_.ShowModal(*routes_.CurrentLoop);
-}
-
-void Commands::mnuPositionLoop_Click(std::function<void()> afterClosing) {
-  routes_.ForgetClosingPositionWindow();
-  if (CommunicationTest()) {
-    if (!shell_.ChildWindowOpen) {
-      shell_.ChildWindowOpen = true;
-      world_.ShowModal(*routes_.PositionLoop, std::move(afterClosing));
-      return;
-    }
-    if (!shell_[OpenMark::PositionLoop]) {
-      Refuse("Please close other opened window(s)", MessageIcon::None);
-    }
-  }
-  if (afterClosing) afterClosing();
-}
-
-void Commands::PositionLoopButton_Click() {
-  main_.Pointer = MousePointer::Hourglass;
-  mnuPositionLoop_Click([this] { main_.Pointer = MousePointer::Default; });
-}
-
-void Commands::mnuScope_Click() {
-  if (!CommunicationTest()) return;
-  if (!shell_.ChildWindowOpen) {
-    if (routes_.LineInUse()) return StartOnceLineIsFree([this] { mnuScope_Click(); });
-    shell_.ChildWindowOpen = true;
-    world_.ShowModal(*routes_.Scope);
-  } else if (!shell_[OpenMark::Scope]) {
-    Refuse("Please close opened window(s) before you can open scope", MessageIcon::None);
-  } else if (routes_.ScopeCycle->Enabled()) {
-    routes_.ScopeCycle->Stop();
-  } else {
-    routes_.ScopeCycle->Start();
-  }
-}
-
-void Commands::ErrCheck_Click() {
-  if (!CommunicationTest()) return;
-  if (shell_.ChildWindowOpen) {
-    Refuse("Please close opened window(s)", MessageIcon::None);
-    return;
-  }
-  shell_.ChildWindowOpen = true;
-  world_.ShowModal(*routes_.ErrorLog);
-}
-
-void Commands::ParaDataLib_Click() {
-  if (shell_.ChildWindowOpen) {
-    Refuse("Please close opend windows", MessageIcon::None);
-    return;
-  }
-  shell_.ChildWindowOpen = true;
-  world_.Show(*routes_.ParametersGrid);
-}
-
-void Commands::mnuDownloadToDrive_Click() {
-  if (shell_.ChildWindowOpen) {
-    Refuse("Please close all other opened window(s)", MessageIcon::Critical);
-    return;
-  }
-  routes_.DownloadToDrive();
-}
-
-void Commands::mnuReset_Click() {
-  if (shell_.ChildWindowOpen) {
-    Refuse("Please close all other opened window(s)", MessageIcon::Critical);
-    return;
-  }
-  routes_.ResetDrive();
-}
-
-void Commands::VelocityLoop_Click() {
-  if (shell_.BulkTransferRunning) return;
-  if (routes_.LineInUse()) return StartOnceLineIsFree([this] { VelocityLoop_Click(); });
-  routes_.ForgetClosingPositionWindow();
-  if (!CommunicationTest()) return;
-  if (!shell_.ChildWindowOpen) {
-    shell_.ChildWindowOpen = true;
-    world_.ShowModal(*routes_.VelocityLoop);
-  } else if (!shell_[OpenMark::VelocityLoop]) {
-    Refuse("Please close other opened window(s)", MessageIcon::None);
-  }
-}
-
-void Commands::ReadFromDrive_Click() {
-  if (shell_.BulkTransferRunning) return;
-  StartOnceLineIsFree([this] {
-    if (CommunicationTest()) routes_.ReadFromDrive();
-  });
-}
-
-void Commands::TestConsole_Click() {
-  if (shell_.BulkTransferRunning) return;
-  if (CommunicationTest()) world_.Show(*routes_.TestConsole);
+  main_[Tool1::OpenFile].OnClick = Runs(Command::OpenFile);
+  main_[Tool1::SaveFile].OnClick = Runs(Command::SaveFile);
+  main_[Tool1::Properties].OnClick = Runs(Command::PropertiesButton);
+  main_[Tool1::CurrentLoop].OnClick = Runs(Command::CurrentLoop);
+  main_[Tool1::PositionLoop].OnClick = Runs(Command::PositionLoopButton);
+  main_[Tool1::Scope].OnClick = Runs(Command::Scope);
+  main_[Tool1::ErrorLog].OnClick = Runs(Command::ErrorLog);
 }
 
 }  // namespace gainsmith

@@ -1,11 +1,15 @@
 // Commands: what the menus and the tool bar of the main window do, and when they may.
 //
-// A command looks, in this order, at a bulk transfer under way (then it does nothing, unless it is
-// Connect, Exit or Help), at the port (communication test) and at the mark of a window that holds
-// the drive (exclusion test).
+// Each command is a row of one table (shell/commands.cpp): its steps in their order, and what it
+// starts when it has taken them all. The steps differ from command to command: Download and Reset
+// look at open windows and not at the port; the scope looks for a free line last, since its command
+// also stops a cycle that runs. Connect, Exit and Help are no rows: they work at any time.
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
 #include "platform/world.h"
 #include "shell/main_window.h"
@@ -40,6 +44,29 @@ struct Routes {
   std::function<void()> ForgetClosingPositionWindow;
 };
 
+enum class Command {
+  OpenFile,
+  SaveFile,
+  SaveFileAs,
+  CloseFile,
+  // The menu item opens the window modal; the tool bar modeless and without a look at the port.
+  Properties,
+  PropertiesButton,
+  CurrentLoop,
+  PositionLoop,
+  PositionLoopButton,
+  ReadFromDrive,
+  Download,
+  Reset,
+  Parameters,
+  Scope,
+  ErrorLog,
+  // Reached from the service bench's menu only.
+  BenchVelocityLoop,
+  BenchReadFromDrive,
+  BenchTestConsole,
+};
+
 class Commands {
  public:
   // Puts the handlers on the main window's items and buttons.
@@ -47,46 +74,74 @@ class Commands {
   Commands(const Commands&) = delete;
   Commands& operator=(const Commands&) = delete;
 
-  void mnuFileClose_Click();
-  // The menu item opens the window modal; the tool bar modeless and without a look at the port.
-  void sysConfig_Click();
-  void PropertiesButton_Click();
-  void MnuCurrentLoop_Click();
-  void mnuPositionLoop_Click(std::function<void()> afterClosing = {});
-  void PositionLoopButton_Click();
-  void mnuScope_Click();
-  void ErrCheck_Click();
-  void ParaDataLib_Click();
-  void mnuDownloadToDrive_Click();
-  void mnuReset_Click();
-  // Reached from the service bench's menu only.
-  void VelocityLoop_Click();
-  void ReadFromDrive_Click();
-  void TestConsole_Click();
+  // Takes the command's steps, and starts it unless one of them ends it.
+  void Run(Command name);
 
  private:
-  void RouteFileMenu();
-  void RouteDriveMenu();
+  // On the way of a command to its start.
+  enum class Step {
+    // Ends it without a word while a bulk transfer runs.
+    NoTransfer,
+    // For what reads the drive or writes to it. While a handler, perhaps of a window that is closed
+    // by now, is at work on the line the command waits under the hourglass and is run anew then:
+    // what it reads would be about to change. Of several that wait the newest runs.
+    FreeLine,
+    // The communication test: ends it with the message of a lost link when the port is closed.
+    OpenPort,
+    // The same, and the pointer and a waiting window left behind are put away.
+    OpenPortOrTidyUp,
+    // The exclusion test: ends it when another window holds the drive.
+    NoOtherWindow,
+    // The hourglass on the main window until the command has ended.
+    Hourglass,
+    // A closing position window no longer ends its upload.
+    ForgetClosing,
+  };
+  // The exclusion test of a command, and what follows for the next one.
+  struct Exclusion {
+    const char* Refusal = "";
+    MessageIcon Icon = MessageIcon::None;
+    // What the command opens holds the drive.
+    bool Holds = false;
+    // The mark of its own window: while it is set WhenOpen runs, if there is one, and nothing is
+    // said.
+    std::optional<OpenMark> OwnMark = {};
+    std::function<void()> WhenOpen = {};
+  };
+  // Starts what the command leads to; calls `afterwards`, which may be empty, when that has ended.
+  using Starter = std::function<void(std::function<void()> afterwards)>;
+  struct Row {
+    Command Name;
+    std::vector<Step> Steps;
+    Starter Start;
+    Exclusion Windows = {};
+  };
+
+  std::vector<Row> Table();
+  Starter Modal(Window* window);
+  Starter Modeless(Window* window);
+  static Starter Call(std::function<void()> routine);
+
+  void RouteMenus();
   void RouteHelpMenu();
   void RouteToolBar();
-  // The handler `action`, kept from starting while a bulk transfer runs.
-  std::function<void()> WhenNoTransferRuns(std::function<void()> action);
-  // The same for an action that reads the drive or writes to it. While a handler, perhaps of a
-  // window that is closed by now, is at work on the line it waits under the hourglass: what it
-  // reads would be about to change. Of several that wait the newest starts.
-  std::function<void()> WhenLineIsFree(std::function<void()> action);
-  void StartOnceLineIsFree(std::function<void()> action);
-  void LineWatch_Timer();
-  // False after the message of a lost link when the port is closed.
+  std::function<void()> Runs(Command name);
+  // False: the step has ended the command.
+  bool Take(Step step, const Row& row);
   bool CommunicationTest();
-  void Refuse(const char* text, MessageIcon icon);
+  bool ExclusionTest(const Exclusion& windows);
+  void WaitForLine(Command name);
+  void LineWatch_Timer();
+  void CloseFile();
+  void StartOrStopScope();
 
   World& world_;
   ShellState& shell_;
   MDIForm1& main_;
   Routes routes_;
+  const std::vector<Row> rows_;
   // The command that waits for the line.
-  std::function<void()> waiting_;
+  std::optional<Command> waiting_;
 };
 
 }  // namespace gainsmith

@@ -26,7 +26,7 @@ TEST(ScopeSession, ItsCommandTurnsTheCycleOnAndOff) {
   bench.user.Click(bench.tool.mdiForm1[Tool1::Scope]);
   EXPECT_EQ(bench.TakeFrames(), (Texts{"R 19", "W 17=145"}));
   Timer& cycle = bench.scope.Timer1;
-  bench.tool.commands.mnuScope_Click();
+  bench.tool.commands.Run(Command::Scope);
   EXPECT_TRUE(cycle.Enabled());
   ASSERT_TRUE(bench.RunToRecording());
   ASSERT_TRUE(bench.RunToRecording());
@@ -35,7 +35,7 @@ TEST(ScopeSession, ItsCommandTurnsTheCycleOnAndOff) {
   // Off in the middle of a cycle: that one comes to its end.
   bench.world.At(200, [&] {
     EXPECT_FALSE(bench.link.LinkIdle);
-    bench.tool.commands.mnuScope_Click();
+    bench.tool.commands.Run(Command::Scope);
   });
   EXPECT_TRUE(bench.RunToRecording());
   EXPECT_FALSE(cycle.Enabled());
@@ -44,7 +44,7 @@ TEST(ScopeSession, ItsCommandTurnsTheCycleOnAndOff) {
   EXPECT_EQ(bench.TakeFrames(), Texts{});
 
   // A Start while the command's cycle runs brings its own trace time.
-  bench.tool.commands.mnuScope_Click();
+  bench.tool.commands.Run(Command::Scope);
   bench.user.Choose(bench.scope.Combo1, 0);
   bench.world.At(200, [&] { bench.user.Click(bench.scope.Command1); });
   ASSERT_TRUE(bench.RunToRecording());
@@ -54,7 +54,7 @@ TEST(ScopeSession, ItsCommandTurnsTheCycleOnAndOff) {
   // After a stop the command only arms the recorder once more: the stop is still wanted.
   bench.user.Click(bench.scope.Command1);
   bench.TakeFrames();
-  bench.tool.commands.mnuScope_Click();
+  bench.tool.commands.Run(Command::Scope);
   bench.world.RunFor(5000);
   EXPECT_EQ(bench.TakeFrames(), (Texts{"W 20=200"}));
   EXPECT_FALSE(cycle.Enabled());

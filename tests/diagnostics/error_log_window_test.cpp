@@ -73,7 +73,7 @@ TEST(ErrorLog, ShowsTheTenKindsOfEachEntryAndNothingOfTheUpperBits) {
   EXPECT_EQ(bench.Red(), (Indices{0, 16 + 9, 3 * 16, 3 * 16 + 1, 9 * 16 + 7}));
   EXPECT_EQ(bench.Window.Shape1[1].BackColor, 65280U);
   EXPECT_EQ(bench.Unread(), 60U) << "those without a meaning";
-  EXPECT_TRUE(bench.Window.BlinkRunning);
+  EXPECT_TRUE(bench.Window.BlinkRunning());
 }
 
 TEST(ErrorLog, BlinksTheRedLampsOfTheNewestEntryOneAfterTheOther) {
@@ -152,7 +152,7 @@ TEST(ErrorLog, AnEraseInTheMiddleOfAPassTakesEffectInThatPass) {
   bench.World.RunFor(900);
   EXPECT_EQ(bench.Red(), Indices{});
   EXPECT_EQ(bench.Dark(), Indices{});
-  EXPECT_FALSE(bench.Window.BlinkRunning);
+  EXPECT_FALSE(bench.Window.BlinkRunning());
 }
 
 TEST(ErrorLog, AFailureIsToldOnceAndAFailedEraseClosesTheWindow) {

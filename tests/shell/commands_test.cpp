@@ -17,6 +17,7 @@ struct Shell {
   Window Properties, CurrentLoop, PositionLoop, Scope, ErrorLog, Grid, Waiting;
   Timer ScopeCycle;
   std::string Calls;
+  bool LineInUse = false;
   Commands Menu{World, State, Main, MakeRoutes()};
   DriveDevice Device;
 
@@ -54,6 +55,7 @@ struct Shell {
     routes.ParametersGrid = &Grid;
     routes.Waiting = &Waiting;
     routes.ScopeCycle = &ScopeCycle;
+    routes.LineInUse = [this] { return LineInUse; };
     routes.DownloadToDrive = [this] { Calls += "download"; };
     routes.ResetDrive = [this] { Calls += "reset"; };
     routes.ForgetClosingPositionWindow = [this] { Calls += "forget closing"; };
@@ -166,6 +168,28 @@ TEST(Commands, TheOwnMarkOfPositionLoopAndScopeChangesTheirAnswer) {
   EXPECT_FALSE(shell.ScopeCycle.Enabled());
   EXPECT_TRUE(shell.World.Messages.empty());
   EXPECT_EQ(shell.World.LoadedWindows().size(), 1U);
+}
+
+TEST(Commands, TheNewestOneThatWaitsForTheLineStartsAndTheGridDoesNotWait) {
+  Shell shell;
+  shell.Connected();
+  shell.LineInUse = true;
+  shell.Main.ErrCheck.OnClick();
+  shell.Main.mnuScope.OnClick();
+  EXPECT_FALSE(shell.State.ChildWindowOpen) << "a command that waits holds nothing";
+  shell.World.RunFor(200);
+  EXPECT_EQ(shell.Main.Pointer, MousePointer::Hourglass);
+  shell.LineInUse = false;
+  shell.World.RunFor(200);
+  EXPECT_EQ(shell.World.ModalWindow(), &shell.Scope);
+  EXPECT_EQ(shell.Main.Pointer, MousePointer::Default);
+  shell.User.Close(shell.Scope);
+  EXPECT_FALSE(shell.ErrorLog.Loaded);
+
+  shell.State.ChildWindowOpen = false;
+  shell.LineInUse = true;
+  shell.Main.ParaDataLib.OnClick();
+  EXPECT_TRUE(shell.Grid.Loaded);
 }
 
 TEST(Commands, TwoButtonsOfTheToolBarDifferFromTheirMenuItems) {
