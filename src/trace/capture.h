@@ -9,6 +9,12 @@
 
 namespace gainsmith {
 
+// Kinds of recording for Register::TraceKind: velocity and current, or position error before them.
+constexpr float TwoChannels = 144;
+constexpr float ThreeChannels = 145;
+// What Register::ArmRecorder takes.
+constexpr float ArmSamples = ChannelSamples;
+
 // The 15 trace times of the windows, their item data being SampleDivider, with "2000ms" chosen.
 void FillTraceTimes(ComboBox& combo);
 

@@ -7,8 +7,6 @@
 namespace gainsmith {
 namespace {
 
-constexpr float ThreeChannels = 145;
-constexpr float ArmSamples = ChannelSamples;
 // Trace times above this one, in units of 100 ms, have no spectrum.
 constexpr int LongestSpectrumTime = 10;
 

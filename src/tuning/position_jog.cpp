@@ -8,7 +8,6 @@ namespace {
 
 constexpr float JogWords[] = {1, 5};
 constexpr float StopWord = 0;
-constexpr float LargestWord = 65535;
 
 bool PassesJogKey(int key) { return key == KeyBackspace || (key >= '0' && key <= '9'); }
 

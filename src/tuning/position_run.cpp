@@ -7,8 +7,6 @@ namespace {
 
 constexpr Colour StoppedColour = 0x00FF00;
 constexpr Colour RunningColour = 0x0000FF;
-constexpr float ThreeChannels = 145;
-constexpr float ArmSamples = ChannelSamples;
 // The drive is given that time before each stop word.
 constexpr int BeforeStopMs = 200;
 

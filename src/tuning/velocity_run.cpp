@@ -9,11 +9,8 @@
 namespace gainsmith {
 namespace {
 
-constexpr float TwoChannels = 144;
-constexpr float ArmSamples = ChannelSamples;
 // The end of the plan that is not recorded any more.
 constexpr double UnrecordedMs = 2500;
-constexpr double LargestWord = 65535;
 constexpr double LargestLength = 2147483647;
 constexpr double LargestCount = 32767;
 
