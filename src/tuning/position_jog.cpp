@@ -60,7 +60,7 @@ bool Form3::JogInForce() const {
 // The release that comes while this waits sends nothing: it leaves word in JogState, and the stop
 // goes out from here, behind the jog command. A bad field does not keep the motor from turning,
 // with what its register last held.
-void Form3::Jog_MouseDown(JogButton button) {
+void Form3::PressJog(JogButton button) {
   const RunScheme::MotorErrand motor(Run);
   const Errand& errand = motor.Own();
   const std::uint64_t press = ++jogPresses_;
@@ -92,7 +92,7 @@ void Form3::Jog_MouseDown(JogButton button) {
   }
 }
 
-void Form3::Jog_MouseUp(JogButton button) {
+void Form3::ReleaseJog(JogButton button) {
   jogHeld_[button] = false;
   if (JogState[button] == JogPressed) {
     JogState[button] = JogReleased;

@@ -161,7 +161,7 @@ void velocityModeTune::StopTest(const Errand& errand) {
   DataSource.Stop();
   ShowCaption(RunScheme::StartCaption);
   EnableMotionFields(true);
-  if (!Run.StopTest(errand)) return;
+  if (!StopVelocityTest(errand)) return;
   if (Run.TraceUploaded) return;
   readdata(errand);
   if (!errand.Over()) Run.TraceUploaded = false;
@@ -173,7 +173,7 @@ void velocityModeTune::readdata(const Errand& errand) {
   const int channels = Plot.Description.ChannelCount;
   const auto show = [this] { ShowRecording(); };
   if (Run.TakeFirstRecording(errand, channels, show) == RunScheme::CaptureEnd::Closed) return;
-  if (Run.StopRequested() && Run.StopTest(errand)) link_.LinkIdle = true;
+  if (Run.StopRequested() && StopVelocityTest(errand)) link_.LinkIdle = true;
 }
 
 void velocityModeTune::ShowRecording() {
