@@ -88,7 +88,7 @@ void PaintFiveChannels(benchmark::State& state) {
   QPainter painter(&image);
   state.SetLabel("part of the redraw");
   for (auto _ : state) {
-    PaintGraticule(painter, image.rect());
+    PaintGraticule(painter, image.rect(), Qt::black);
     PaintLines(painter, image.rect(), window.Shown.Picture1.Lines);
   }
 }

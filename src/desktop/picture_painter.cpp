@@ -15,7 +15,6 @@ namespace gainsmith {
 namespace {
 
 constexpr int Divisions = 10;
-constexpr QRgb GroundColour = 0xff10151b;
 constexpr QRgb DivisionColour = 0xff263039;
 constexpr QRgb CentreColour = 0xff43505c;
 // A little more than a pixel keeps slanted antialiased strokes as bright as level ones.
@@ -108,8 +107,8 @@ class Stroke {
 
 }  // namespace
 
-void PaintGraticule(QPainter& painter, const QRectF& area) {
-  painter.fillRect(area, QColor(GroundColour));
+void PaintGraticule(QPainter& painter, const QRectF& area, const QColor& ground) {
+  painter.fillRect(area, ground);
   painter.setRenderHint(QPainter::Antialiasing, false);
   for (int i = 1; i < Divisions; ++i) {
     painter.setPen(QColor(i == Divisions / 2 ? CentreColour : DivisionColour));

@@ -1,6 +1,7 @@
 // Painting the lines of a picture box at any size.
 #pragma once
 
+#include <QColor>
 #include <QRectF>
 #include <vector>
 
@@ -10,8 +11,8 @@ class QPainter;
 
 namespace gainsmith {
 
-// The dark ground and its ten by ten divisions.
-void PaintGraticule(QPainter& painter, const QRectF& area);
+// The ground, which is dark, and its ten by ten divisions.
+void PaintGraticule(QPainter& painter, const QRectF& area, const QColor& ground);
 
 // The lines, each in its own user scale, antialiased, clipped to the area. Lines with a coordinate
 // that is not a number are left out.

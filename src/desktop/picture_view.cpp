@@ -28,6 +28,7 @@ class PictureArea final : public QWidget {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMouseTracking(true);
   }
+  QColor Ground;
   std::vector<PictureLine> Lines;
   std::vector<PictureLine> Overlay;
   std::function<void(QMouseEvent&)> OnMouse;
@@ -56,7 +57,7 @@ class PictureArea final : public QWidget {
     ground_ = QPixmap(pixels);
     ground_.setDevicePixelRatio(resolution);
     QPainter painter(&ground_);
-    PaintGraticule(painter, rect());
+    PaintGraticule(painter, rect(), Ground);
     PaintLines(painter, rect(), Lines);
   }
 
@@ -71,7 +72,10 @@ class PictureBoxView final : public ControlView {
   }
 
  protected:
-  void ReflectColours() override {}
+  void ReflectColours() override {
+    area_->Ground = Background();
+    area_->DropGround();
+  }
   void ReflectOwn() override {
     if (Changed(revision_, record_.Revision)) {
       area_->Lines = record_.Lines;

@@ -22,10 +22,6 @@ constexpr int ButtonTopTwips = ColumnCaptionTopTwips + 540;
 constexpr int ButtonWidthTwips = 2400;
 constexpr int ButtonHeightTwips = 420;
 
-std::string Indexed(const char* name, std::size_t index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
-}
-
 }  // namespace
 
 void Form4::Design() {
@@ -38,7 +34,7 @@ void Form4::Design() {
   Command1[EraseCurrentError].Caption = "Erase Current Error";
   Command1[EraseAllErrors].Caption = "Erase All Errors";
   for (std::size_t i = 0; i < Command1.size(); ++i) {
-    Add(Command1[i], Indexed("Command1", i));
+    Add(Command1[i], "Command1", i);
     const int left = ClientWidthTwips - (2 - static_cast<int>(i)) * (ButtonWidthTwips + 240);
     Command1[i].Place(left, ButtonTopTwips, ButtonWidthTwips, ButtonHeightTwips);
   }
@@ -48,14 +44,14 @@ void Form4::Design() {
 
 void Form4::DesignBoard() {
   for (std::size_t kind = 0; kind < Label1.size(); ++kind) {
-    Add(Label1[kind], Indexed("Label1", kind)).Caption = KindCaptions[kind];
+    Add(Label1[kind], "Label1", kind).Caption = KindCaptions[kind];
     const int top = BoardTopTwips + static_cast<int>(kind) * RowPitchTwips;
     Label1[kind].Place(CaptionLeftTwips, top, CaptionWidthTwips, LampTwips);
   }
   for (std::size_t i = 0; i < Shape1.size(); ++i) {
     const int entry = static_cast<int>(i) / BitsPerEntry;
     const int bit = static_cast<int>(i) % BitsPerEntry;
-    Lamp& lamp = Add(Shape1[i], Indexed("Shape1", i));
+    Lamp& lamp = Add(Shape1[i], "Shape1", i);
     lamp.Parked = bit >= ErrorKinds;
     if (lamp.Parked) continue;
     lamp.AccessibleName = std::string(KindCaptions[static_cast<std::size_t>(bit)]) + ", entry " +
@@ -64,13 +60,13 @@ void Form4::DesignBoard() {
                LampTwips, LampTwips);
   }
   for (std::size_t entry = 0; entry < ErrorLogEntries; ++entry) {
-    Label& label = Add(Label2[entry], Indexed("Label2", entry));
+    Label& label = Add(Label2[entry], "Label2", entry);
     label.Caption = std::to_string(entry);
     label.Alignment = TextAlignment::Centre;
     label.Place(BoardLeftTwips + static_cast<int>(entry) * ColumnPitchTwips, ColumnCaptionTopTwips,
                 LampTwips, 300);
   }
-  Add(Label2[ErrorCounter], Indexed("Label2", ErrorCounter)).Caption = "Error Counter:";
+  Add(Label2[ErrorCounter], "Label2", ErrorCounter).Caption = "Error Counter:";
   Label2[ErrorCounter].Place(CaptionLeftTwips, ColumnCaptionTopTwips, CaptionWidthTwips, 300);
 }
 

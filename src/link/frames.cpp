@@ -24,7 +24,7 @@ Crc16 CalcCrc16(std::span<const std::uint8_t> bytes) {
 
 std::optional<std::uint16_t> PackWord(float value) {
   const double rounded = RoundHalfToEven(value);
-  if (!(rounded >= 0 && rounded <= 65535)) return std::nullopt;
+  if (!(rounded >= 0 && rounded <= LargestWord)) return std::nullopt;
   return static_cast<std::uint16_t>(rounded);
 }
 

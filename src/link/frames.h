@@ -30,8 +30,10 @@ using RequestHeader = std::array<std::uint8_t, 6>;
 // CRC-16/MODBUS: reflected polynomial A001 hexadecimal, initial value FFFF hexadecimal.
 Crc16 CalcCrc16(std::span<const std::uint8_t> bytes);
 
+constexpr double LargestWord = 65535;
+
 // The whole number that `value` packs as (nearest, ties to even); nothing when that is below 0 or
-// above 65535, or `value` is not a number.
+// above LargestWord, or `value` is not a number.
 std::optional<std::uint16_t> PackWord(float value);
 
 // The request frame. For a read `value` is the count of registers. Nothing when the value cannot

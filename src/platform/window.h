@@ -1,6 +1,7 @@
 // Window records: a window's controls and timers and its three life events.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -86,6 +87,12 @@ struct Window {
     control.Page = page;
     Controls.push_back(&control);
     return control;
+  }
+  // The same for one of an array of controls: "Text1(3)".
+  template <typename T>
+  T& Add(T& control, const char* name, std::size_t index, Control* container = nullptr,
+         int page = 0) {
+    return Add(control, name + ("(" + std::to_string(index) + ")"), container, page);
   }
 };
 

@@ -12,10 +12,6 @@ constexpr int FirstRowTwips = 360;
 constexpr int SecondRowTwips = 2280;
 constexpr int ButtonRowTwips = 4560;
 
-std::string Indexed(const char* name, std::size_t index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
-}
-
 void Park(std::initializer_list<Control*> controls) {
   for (Control* control : controls) control->Parked = true;
 }
@@ -103,7 +99,7 @@ void sysConfigFrm::DesignSignals() {
     int top = 480;
     for (const Choice& choice : group.Choices) {
       OptionButton& option = Option1[choice.Index];
-      Add(option, Indexed("Option1", choice.Index), &group.Box).Caption = choice.Caption;
+      Add(option, "Option1", choice.Index, &group.Box).Caption = choice.Caption;
       option.Parked = group.Parked;
       option.Place(MarginTwips, top, WidthTwips - 2 * MarginTwips, RowHeightTwips);
       top += 540;
@@ -159,9 +155,9 @@ void sysConfigFrm::DesignMotorConstants() {
   };
   std::size_t i = 0;
   for (const Row& row : rows) {
-    Add(lblMotor[i], Indexed("lblMotor", i), &Frame6).Caption = row.Caption;
+    Add(lblMotor[i], "lblMotor", i, &Frame6).Caption = row.Caption;
     Add(row.Field, row.FieldName, &Frame6).AccessibleName = row.Caption;
-    Add(lblMotorUnit[i], Indexed("lblMotorUnit", i), &Frame6).Caption = row.Unit;
+    Add(lblMotorUnit[i], "lblMotorUnit", i, &Frame6).Caption = row.Unit;
     Park({&lblMotor[i], &row.Field, &lblMotorUnit[i]});
     ++i;
   }
@@ -175,10 +171,10 @@ void sysConfigFrm::DesignGearAndOthers() {
   Frame7.Place(4020, SecondRowTwips, 2370, 2100);
   int top = 420;
   for (const TextIndex index : {Numerator, Denominator}) {
-    Label& label = Add(lblText1[index], Indexed("lblText1", index), &Frame7);
+    Label& label = Add(lblText1[index], "lblText1", index, &Frame7);
     label.Caption = index == Numerator ? "Numerator" : "Denominator";
     label.Place(MarginTwips, top, 1290, RowHeightTwips);
-    TextBox& field = Add(Text1[index], Indexed("Text1", index), &Frame7);
+    TextBox& field = Add(Text1[index], "Text1", index, &Frame7);
     field.AccessibleName = label.Caption;
     field.Place(1500, top, 690, RowHeightTwips);
     top += 540;
@@ -188,11 +184,11 @@ void sysConfigFrm::DesignGearAndOthers() {
   Frame4.Place(6510, SecondRowTwips, 3255, 2100);
   top = 390;
   for (const TextIndex index : {EncoderResolution, FollowingErrorLimit}) {
-    Label& label = Add(lblText1[index], Indexed("lblText1", index), &Frame4);
+    Label& label = Add(lblText1[index], "lblText1", index, &Frame4);
     label.Caption =
         index == EncoderResolution ? "Encoder Resolution" : "Position Following Error Limit";
     label.Place(MarginTwips, top, 2895, 300);
-    TextBox& field = Add(Text1[index], Indexed("Text1", index), &Frame4);
+    TextBox& field = Add(Text1[index], "Text1", index, &Frame4);
     field.AccessibleName = label.Caption;
     field.Place(MarginTwips, top + 330, 1200, RowHeightTwips);
     top += 810;
@@ -215,7 +211,7 @@ void sysConfigFrm::DesignAnalog() {
   };
   std::size_t i = 0;
   for (const Row& row : rows) {
-    Add(lblAnalog[i], Indexed("lblAnalog", i), &Frame3).Caption = row.Caption;
+    Add(lblAnalog[i], "lblAnalog", i, &Frame3).Caption = row.Caption;
     Add(row.Field, row.FieldName, &Frame3).AccessibleName = row.Caption;
     Park({&lblAnalog[i], &row.Field});
     ++i;

@@ -1,4 +1,3 @@
-// Ranges of an axis: see the header.
 #include "trace/auto_range.h"
 
 #include <algorithm>

@@ -1,4 +1,3 @@
-// The texts of the label columns: see the header.
 #include "trace/axis_labels.h"
 
 #include <cmath>

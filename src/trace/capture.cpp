@@ -1,4 +1,3 @@
-// Capture: see the header.
 #include "trace/capture.h"
 
 #include <algorithm>
@@ -59,13 +58,13 @@ WaitResult WaitForRecording(Link& link, const Errand& errand, const RecordingWai
 }
 
 Sent ReadTraceBlock(Link& link, const Errand& errand, int offset, int lastOffset,
-                    std::vector<float>& traceRaw, const std::function<bool()>& abandon) {
+                    std::vector<float>& TraceRaw, const std::function<bool()>& abandon) {
   const int count = lastOffset + 1;
   const Sent sent =
       link.Exchange(errand, Function::Read, Register::Samples + offset, static_cast<float>(count),
                     {.ClosingWait = false, .Withdrawn = [&](int) { return abandon && abandon(); }});
   if (sent == Sent::Taken) {
-    std::copy_n(link.ReplyValues.begin(), count, traceRaw.begin() + offset);
+    std::copy_n(link.ReplyValues.begin(), count, TraceRaw.begin() + offset);
   }
   return sent;
 }
@@ -76,16 +75,16 @@ UploadResult UploadTrace(Link& link, const Errand& errand, int channelCount,
   constexpr int AbandonMs = 200;
   const int words = ChannelSamples * channelCount;
   // Not shared: another upload may run inside the waits of this one.
-  std::vector<float> traceRaw(static_cast<std::size_t>(words) + 1);
+  std::vector<float> TraceRaw(static_cast<std::size_t>(words) + 1);
   for (int offset = 0; offset < words; offset += LastOffset + 1) {
     link.LinkErrorCount = 0;
-    const Sent sent = ReadTraceBlock(link, errand, offset, LastOffset, traceRaw, abandon);
+    const Sent sent = ReadTraceBlock(link, errand, offset, LastOffset, TraceRaw, abandon);
     if (sent == Sent::Lost) return UploadResult::Failed;
     if (sent == Sent::Taken) continue;
     link.WaitMs(AbandonMs);
     return UploadResult::Abandoned;
   }
-  link.ReplyValues = std::move(traceRaw);
+  link.ReplyValues = std::move(TraceRaw);
   return UploadResult::Done;
 }
 

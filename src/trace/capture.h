@@ -9,6 +9,12 @@
 
 namespace gainsmith {
 
+// Kinds of recording for Register::TraceKind: velocity and current, or position error before them.
+constexpr float TwoChannels = 144;
+constexpr float ThreeChannels = 145;
+// What Register::ArmRecorder takes.
+constexpr float ArmSamples = ChannelSamples;
+
 // The 15 trace times of the windows, their item data being SampleDivider, with "2000ms" chosen.
 void FillTraceTimes(ComboBox& combo);
 
@@ -39,10 +45,10 @@ enum class WaitResult { Ready, Stopped, NotReady, LinkFailed, Off };
 WaitResult WaitForRecording(Link& link, const Errand& errand, const RecordingWait& wait);
 
 // Reads `lastOffset` + 1 registers from Register::Samples + `offset` on and puts their values into
-// `traceRaw` from `offset` on; nothing is stored unless the drive answers. `abandon` (may be empty)
+// `TraceRaw` from `offset` on; nothing is stored unless the drive answers. `abandon` (may be empty)
 // is asked before each frame; true calls the read off.
 Sent ReadTraceBlock(Link& link, const Errand& errand, int offset, int lastOffset,
-                    std::vector<float>& traceRaw, const std::function<bool()>& abandon = {});
+                    std::vector<float>& TraceRaw, const std::function<bool()>& abandon = {});
 
 enum class UploadResult { Done, Abandoned, Failed };
 

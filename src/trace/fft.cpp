@@ -1,4 +1,3 @@
-// The spectrum of the velocity: see the header.
 #include "trace/fft.h"
 
 #include <algorithm>
@@ -41,15 +40,15 @@ std::size_t ReversedBits(std::size_t index) {
 
 // Replaces two complex values by their sum and difference, the second one turned by twiddle `w`.
 // Sums are taken in 64 bits, results kept in 32.
-void Butterfly(FftArray& data, FftArray& imag, std::size_t i1, std::size_t i2, std::size_t w) {
-  const double re = TwiddleCos[w] * data[i2] - TwiddleSin[w] * imag[i2];
-  const double im = TwiddleSin[w] * data[i2] + TwiddleCos[w] * imag[i2];
+void Butterfly(FftArray& data, FftArray& FftImag, std::size_t i1, std::size_t i2, std::size_t w) {
+  const double re = TwiddleCos[w] * data[i2] - TwiddleSin[w] * FftImag[i2];
+  const double im = TwiddleSin[w] * data[i2] + TwiddleCos[w] * FftImag[i2];
   const double firstRe = data[i1];
-  const double firstIm = imag[i1];
+  const double firstIm = FftImag[i1];
   data[i1] = static_cast<float>(firstRe + re);
-  imag[i1] = static_cast<float>(firstIm + im);
+  FftImag[i1] = static_cast<float>(firstIm + im);
   data[i2] = static_cast<float>(firstRe - re);
-  imag[i2] = static_cast<float>(firstIm - im);
+  FftImag[i2] = static_cast<float>(firstIm - im);
 }
 
 }  // namespace
@@ -62,22 +61,22 @@ FftArray FftInputOf(const TraceArray& velocity) {
 }
 
 FftArray Fft128(FftArray& data) {
-  const FftArray copy = data;
-  FftArray imag{};
-  for (std::size_t i = 0; i < data.size(); ++i) data[i] = copy[ReversedBits(i)];
+  const FftArray FftCopy = data;
+  FftArray FftImag{};
+  for (std::size_t i = 0; i < data.size(); ++i) data[i] = FftCopy[ReversedBits(i)];
   for (int stage = 0; stage < Stages; ++stage) {
     const std::size_t half = std::size_t{1} << stage;
     const std::size_t stride = HalfTurn >> stage;
     for (std::size_t block = 0; block < data.size(); block += 2 * half) {
       for (std::size_t m = 0; m < half; ++m) {
-        Butterfly(data, imag, block + m, block + m + half, m * stride);
+        Butterfly(data, FftImag, block + m, block + m + half, m * stride);
       }
     }
   }
   FftArray spectrum{};
   for (std::size_t k = 0; k < spectrum.size(); ++k) {
     const double re = data[k];
-    const double im = imag[k];
+    const double im = FftImag[k];
     spectrum[k] = static_cast<float>(std::sqrt(im * im + re * re));
   }
   return spectrum;

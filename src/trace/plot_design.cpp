@@ -1,4 +1,3 @@
-// Where a plot's controls lie in its window: see the header.
 #include "trace/plot_design.h"
 
 #include <string>

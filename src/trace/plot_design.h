@@ -7,7 +7,7 @@
 namespace gainsmith {
 
 // What the traces are drawn on.
-inline constexpr Colour PlotGround = Rgb(16, 20, 24);
+inline constexpr Colour PlotGround = Rgb(16, 21, 27);
 
 struct PlotPlace {
   // The picture, in twips of its frame. Left of it 800 twips are needed, above it 480 (a picture

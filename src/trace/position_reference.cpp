@@ -1,4 +1,3 @@
-// The position reference: see the header.
 #include "trace/position_reference.h"
 
 #include <cmath>

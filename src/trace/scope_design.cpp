@@ -28,10 +28,6 @@ constexpr ChannelPlace Channels[] = {
     {Form5::PositionError, "Position Error", 5040, 2085, 1, 4680, 8388736},
 };
 
-std::string Indexed(const char* name, std::size_t index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
-}
-
 }  // namespace
 
 void Form5::BuildDesign() {
@@ -47,12 +43,12 @@ void Form5::BuildDesign() {
 
   Add(Frame1, "Frame1").Place(120, 6960, 12735, 1335);
   for (const ChannelPlace& place : Channels) {
-    Button& swatch = Add(Command4[place.Swatch], Indexed("Command4", place.Swatch), &Frame1);
+    Button& swatch = Add(Command4[place.Swatch], "Command4", place.Swatch, &Frame1);
     swatch.Swatch = true;
     swatch.BackColor = place.SwatchColour;
     swatch.AccessibleName = std::string("Colour of ") + place.Caption;
     swatch.Place(place.SwatchLeftTwips, RowTopTwips, 315, RowHeightTwips);
-    CheckBox& check = Add(Check1[place.Index], Indexed("Check1", place.Index), &Frame1);
+    CheckBox& check = Add(Check1[place.Index], "Check1", place.Index, &Frame1);
     check.Caption = place.Caption;
     check.Place(place.LeftTwips, RowTopTwips, place.WidthTwips, RowHeightTwips);
   }

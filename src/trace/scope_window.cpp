@@ -8,8 +8,6 @@
 namespace gainsmith {
 namespace {
 
-constexpr float ThreeChannels = 145;
-constexpr float ArmSamples = ChannelSamples;
 // Trace times above this one, in units of 100 ms, have no spectrum.
 constexpr int LongestSpectrumTime = 10;
 
@@ -67,11 +65,11 @@ void Form5::Form_Load() {
   shell_[OpenMark::Scope] = true;
   shell_.ChildWindowOpen = true;
 
-  const Run run(*this);
+  const ScopeRun run(*this);
   if (ReadEncoderCounts(run) && ChooseTraceKind(run)) link_.LinkIdle = true;
 }
 
-bool Form5::ReadEncoderCounts(const Run& run) {
+bool Form5::ReadEncoderCounts(const ScopeRun& run) {
   const Sent sent = link_.Read(run.Of(), Register::EncoderCounts);
   if (run.Closed()) return false;
   if (sent != Sent::Taken) {
@@ -83,7 +81,7 @@ bool Form5::ReadEncoderCounts(const Run& run) {
   return true;
 }
 
-bool Form5::ChooseTraceKind(const Run& run) {
+bool Form5::ChooseTraceKind(const ScopeRun& run) {
   const Sent sent = link_.Write(run.Of(), Register::TraceKind, ThreeChannels);
   if (run.Closed()) return false;
   if (Stands(sent)) return true;
@@ -100,7 +98,7 @@ void Form5::FailLoad() {
 void Form5::err_Timer() {
   err.Stop();
   if (link_.LoadFailed) {
-    ReportLinkFailure(Run(*this));
+    ReportLinkFailure(ScopeRun(*this));
   } else {
     Timer1.Start();
   }
@@ -119,7 +117,7 @@ bool Form5::Form_Unload() {
   return true;
 }
 
-void Form5::ReportLinkFailure(const Run& run) {
+void Form5::ReportLinkFailure(const ScopeRun& run) {
   link_.TellFailure(run.Of());
   if (run.Closed()) return;
   link_.LinkIdle = true;
@@ -139,7 +137,7 @@ void Form5::Command1_Click() {
 
 void Form5::StartScope() {
   ++starts_;
-  const Run run(*this);
+  const ScopeRun run(*this);
   Command1.Caption = StopCaption;
   EnableSetup(false);
   StopRequested = false;
@@ -167,13 +165,13 @@ void Form5::StopScope() {
 
 void Form5::Timer1_Timer() {
   if (link_.ErrandUnderWay()) return;
-  const Run run(*this, Errand::Of::Tick);
+  const ScopeRun run(*this, Errand::Of::Tick);
   link_.LinkIdle = false;
   std::vector<float> words;
   if (Arm(run) && AwaitRecording(run) && Upload(run, words)) ShowRecording(words);
 }
 
-bool Form5::EndsCycle(const Run& run) {
+bool Form5::EndsCycle(const ScopeRun& run) {
   if (run.Closed()) return true;
   if (!StopRequested && !run.Over()) return false;
   if (StopRequested) Timer1.Stop();
@@ -181,7 +179,7 @@ bool Form5::EndsCycle(const Run& run) {
   return true;
 }
 
-bool Form5::Arm(const Run& run) {
+bool Form5::Arm(const ScopeRun& run) {
   const Sent sent = link_.Write(run.Of(), Register::ArmRecorder, ArmSamples,
                                 {.Withdrawn = [&](int) { return run.Over(); }});
   if (sent == Sent::Lost && !run.Over()) {
@@ -191,7 +189,7 @@ bool Form5::Arm(const Run& run) {
   return !EndsCycle(run);
 }
 
-bool Form5::AwaitRecording(const Run& run) {
+bool Form5::AwaitRecording(const ScopeRun& run) {
   const WaitResult waited =
       WaitForRecording(link_, run.Of(), ScopeWait([&] { return StopRequested || run.Over(); }));
   if (waited == WaitResult::Stopped || run.Over()) return !EndsCycle(run);
@@ -199,7 +197,7 @@ bool Form5::AwaitRecording(const Run& run) {
   return waited == WaitResult::Ready;
 }
 
-bool Form5::Upload(const Run& run, std::vector<float>& words) {
+bool Form5::Upload(const ScopeRun& run, std::vector<float>& words) {
   const UploadResult upload = UploadTrace(link_, run.Of(), Plot.Description.ChannelCount);
   if (run.Closed()) return false;
   TraceBlockFailed = upload == UploadResult::Failed;

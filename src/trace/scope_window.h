@@ -64,9 +64,9 @@ struct Form5 : Window {
 
  private:
   // What a handler that waits began in: its errand, and the run of the last Start click.
-  class Run {
+  class ScopeRun {
    public:
-    explicit Run(Form5& scope, Errand::Of of = Errand::Of::Handler)
+    explicit ScopeRun(Form5& scope, Errand::Of of = Errand::Of::Handler)
         : errand_(scope.link_, scope, of), scope_(scope), start_(scope.starts_) {}
     const Errand& Of() const { return errand_; }
     // The window was closed.
@@ -88,8 +88,8 @@ struct Form5 : Window {
   void EnableSetup(bool enabled);
   void EnableChannels(bool enabled);
 
-  bool ReadEncoderCounts(const Run& run);
-  bool ChooseTraceKind(const Run& run);
+  bool ReadEncoderCounts(const ScopeRun& run);
+  bool ChooseTraceKind(const ScopeRun& run);
   // Leaves the message to `err`.
   void FailLoad();
 
@@ -97,18 +97,18 @@ struct Form5 : Window {
   void StopScope();
 
   // True when the cycle ends here: closed, stopped or overtaken.
-  bool EndsCycle(const Run& run);
+  bool EndsCycle(const ScopeRun& run);
   // Each gives false when the cycle has come to its end.
-  bool Arm(const Run& run);
-  bool AwaitRecording(const Run& run);
-  bool Upload(const Run& run, std::vector<float>& words);
+  bool Arm(const ScopeRun& run);
+  bool AwaitRecording(const ScopeRun& run);
+  bool Upload(const ScopeRun& run, std::vector<float>& words);
   void ShowRecording(const std::vector<float>& words);
 
   void ShowSpectrum();
   void ShowTraces();
 
   // The message; then the window closes.
-  void ReportLinkFailure(const Run& run);
+  void ReportLinkFailure(const ScopeRun& run);
 
   World& world_;
   Link& link_;

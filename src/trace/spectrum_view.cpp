@@ -1,4 +1,3 @@
-// The spectrum on the plot: see the header.
 #include "trace/spectrum_view.h"
 
 #include "platform/number_text.h"

@@ -1,4 +1,3 @@
-// From the words of a recording to the channels: see the header.
 #include "trace/split_trace.h"
 
 #include <cassert>

@@ -1,4 +1,3 @@
-// Trace state: see the header.
 #include "trace/trace_state.h"
 
 namespace gainsmith {

@@ -1,4 +1,3 @@
-// The zoom: see the header.
 #include "trace/zoom.h"
 
 #include <algorithm>

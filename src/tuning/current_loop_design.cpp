@@ -1,4 +1,5 @@
 // Form1: its design.
+#include "trace/plot_design.h"
 #include "tuning/current_loop_window.h"
 
 namespace gainsmith {
@@ -7,11 +8,6 @@ namespace {
 constexpr int RowTwips = 345;
 constexpr int FieldRowTopTwips = 5070;
 constexpr int ReadOutTopTwips = 4530;
-constexpr Colour PlotGround = Rgb(16, 20, 24);
-
-std::string Indexed(const char* name, std::size_t index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
-}
 
 }  // namespace
 
@@ -38,7 +34,7 @@ void Form1::BuildDesign() {
       {Width, "", 8790, 1050},
   };
   for (const ReadOutPlace& place : ReadOuts) {
-    Label& label = Add(Label3[place.Index], Indexed("Label3", place.Index));
+    Label& label = Add(Label3[place.Index], "Label3", place.Index);
     label.Caption = place.Caption;
     label.Place(place.LeftTwips, ReadOutTopTwips, place.WidthTwips, RowTwips);
   }
@@ -56,10 +52,10 @@ void Form1::BuildDesign() {
       {TestCurrent, "Test Current", 4320, 1560, 5910},
   };
   for (const FieldPlace& place : Fields) {
-    Label& label = Add(Label1[place.Index], Indexed("Label1", place.Index));
+    Label& label = Add(Label1[place.Index], "Label1", place.Index);
     label.Caption = place.Caption;
     label.Place(place.LabelLeftTwips, FieldRowTopTwips, place.LabelWidthTwips, RowTwips);
-    TextBox& text = Add(Text1[place.Index], Indexed("Text1", place.Index));
+    TextBox& text = Add(Text1[place.Index], "Text1", place.Index);
     text.AccessibleName = place.Caption;
     text.Place(place.FieldLeftTwips, FieldRowTopTwips, 1260, RowTwips);
   }

@@ -1,4 +1,3 @@
-// CurrentPlot: see the header.
 #include "tuning/current_plot.h"
 
 #include <algorithm>

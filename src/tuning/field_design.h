@@ -11,10 +11,6 @@ constexpr int FieldHeightTwips = 315;
 // What a switched-off colour button shows.
 constexpr Colour InactiveColour = SystemColour(11);
 
-inline std::string Indexed(const char* name, int index) {
-  return std::string(name) + "(" + std::to_string(index) + ")";
-}
-
 // A field with its caption to the left, on one line.
 struct FieldPlace {
   int Index;
@@ -29,9 +25,9 @@ struct FieldPlace {
 // Adds Text1(Index) and Label1(Index) of a window.
 inline void AddField(Window& window, Label& label, TextBox& text, const FieldPlace& place,
                      Control* container, int page = 0) {
-  window.Add(label, Indexed("Label1", place.Index), container, page).Caption = place.Caption;
+  window.Add(label, "Label1", place.Index, container, page).Caption = place.Caption;
   label.Place(place.LabelLeftTwips, place.TopTwips, place.LabelWidthTwips, FieldHeightTwips);
-  window.Add(text, Indexed("Text1", place.Index), container, page).AccessibleName = place.Caption;
+  window.Add(text, "Text1", place.Index, container, page).AccessibleName = place.Caption;
   text.Place(place.FieldLeftTwips, place.TopTwips, place.FieldWidthTwips, FieldHeightTwips);
 }
 
@@ -48,9 +44,9 @@ struct ChannelPlace {
 inline void AddChannel(Window& window, CheckBox& check, Button& swatch, const ChannelPlace& place,
                        Control* container, int page = 0) {
   constexpr int SwatchTwips = 450;
-  window.Add(check, Indexed("Check1", place.CheckIndex), container, page).Caption = place.Caption;
+  window.Add(check, "Check1", place.CheckIndex, container, page).Caption = place.Caption;
   check.Place(place.LeftTwips, place.TopTwips, place.WidthTwips, FieldHeightTwips);
-  window.Add(swatch, Indexed("Command4", place.ButtonIndex), container, page).Caption = "...";
+  window.Add(swatch, "Command4", place.ButtonIndex, container, page).Caption = "...";
   swatch.Swatch = true;
   swatch.AccessibleName = std::string("Colour of ") + place.Caption;
   swatch.Place(place.LeftTwips + place.WidthTwips + 60, place.TopTwips, SwatchTwips,

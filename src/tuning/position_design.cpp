@@ -114,8 +114,7 @@ void Form3::AddGainFrames() {
       {LowVelocity, &Frame6, VelocityGroup, 2760, 2535},
   };
   for (const GroupPlace& group : groups) {
-    gainsmith::Frame& frame =
-        Add(Frame1[group.Index], Indexed("Frame1", static_cast<int>(group.Index)), group.Container);
+    gainsmith::Frame& frame = Add(Frame1[group.Index], "Frame1", group.Index, group.Container);
     frame.Caption = group.Caption;
     frame.Place(group.LeftTwips, GroupTopTwips, group.WidthTwips, GroupHeightTwips);
     for (const GroupedGain& gain : Gains) {

@@ -45,7 +45,6 @@ const GainRegister* GainOf(std::size_t index) {
   return nullptr;
 }
 
-constexpr double LargestWord = 65535;
 constexpr double LargestCount = 32767;
 constexpr double LargestDistance = 2147483647;
 

@@ -9,7 +9,6 @@ namespace {
 
 constexpr float JogWords[] = {1, 5};
 constexpr float StopWord = 0;
-constexpr float LargestWord = 65535;
 
 bool PassesJogKey(int key) { return key == KeyBackspace || (key >= '0' && key <= '9'); }
 
@@ -62,7 +61,7 @@ bool Form3::JogInForce() const {
 // The release that comes while this waits sends nothing: it leaves word in JogState, and the stop
 // goes out from here, behind the jog command. A bad field does not keep the motor from turning,
 // with what its register last held.
-void Form3::Jog_MouseDown(JogButton button) {
+void Form3::PressJog(JogButton button) {
   const RunScheme::MotorErrand motor(Run);
   const Errand& errand = motor.Own();
   const std::uint64_t press = ++jogPresses_;
@@ -94,7 +93,7 @@ void Form3::Jog_MouseDown(JogButton button) {
   }
 }
 
-void Form3::Jog_MouseUp(JogButton button) {
+void Form3::ReleaseJog(JogButton button) {
   jogHeld_[button] = false;
   if (JogState[button] == JogPressed) {
     JogState[button] = JogReleased;

@@ -27,13 +27,12 @@ void Form3::AddPages() {
   SSTab1.Pages = {"P_H_parameter", "P_L_parameter", "JOG", "T_Speed_par", "CurveSetting"};
 
   const auto addStart = [this](RunButton index, Page page) {
-    Add(Command1[index], Indexed("Command1", static_cast<int>(index)), &SSTab1, page)
-        .Place(StartLeftTwips, 660, 1455, 495);
+    Add(Command1[index], "Command1", index, &SSTab1, page).Place(StartLeftTwips, 660, 1455, 495);
   };
   addStart(GainStart, HighGainPage);
 
   gainsmith::Frame& feedforward =
-      Add(Frame1[Feedforward], Indexed("Frame1", Feedforward), &SSTab1, LowGainPage);
+      Add(Frame1[Feedforward], "Frame1", Feedforward, &SSTab1, LowGainPage);
   feedforward.Caption = "Feedforward control";
   feedforward.Place(240, 450, 6000, 990);
   for (const FieldPlace& place : FeedforwardFields) {

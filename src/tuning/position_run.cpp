@@ -7,8 +7,6 @@ namespace {
 
 constexpr Colour StoppedColour = 0x00FF00;
 constexpr Colour RunningColour = 0x0000FF;
-constexpr float ThreeChannels = 145;
-constexpr float ArmSamples = ChannelSamples;
 // The drive is given that time before each stop word.
 constexpr int BeforeStopMs = 200;
 
@@ -139,12 +137,12 @@ void Form3::LeaveToJog() {
   link_.LinkIdle = true;
   while (JogHeld() && !world_.Ended()) link_.WaitMs(LookMs);
   const Errand errand(link_, *this);
-  Run.StopTest(errand);
+  StopPositionTest(errand);
 }
 
 void Form3::StopTest(const Errand& errand) {
   ShowStoppable();
-  if (!Run.StopTest(errand, BeforeStopMs)) return;
+  if (!StopPositionTest(errand, BeforeStopMs)) return;
   link_.LinkIdle = true;
   if (Run.TraceUploaded) return;
   readdata(errand);
@@ -158,7 +156,7 @@ void Form3::readdata(const Errand& errand) {
     ShowRecording();
   });
   if (end == RunScheme::CaptureEnd::Closed) return;
-  if (!Run.StopRequested() || !Run.StopTest(errand)) return;
+  if (!Run.StopRequested() || !StopPositionTest(errand)) return;
   Command1[CurveStart].Caption = RunScheme::StartCaption;
   link_.LinkIdle = true;
 }
@@ -179,7 +177,7 @@ void Form3::ShowRecording() {
 
 bool Form3::StoppedInTick(const Errand& errand) {
   if (!Run.StopRequested()) return false;
-  if (!Run.StopTest(errand)) return true;
+  if (!StopPositionTest(errand)) return true;
   DataSource.Stop();
   ShowStopped();
   return true;

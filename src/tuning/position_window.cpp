@@ -34,10 +34,10 @@ void Form3::ConnectEvents() {
   }
   Text2.OnKeyPress = [this](int key) { return Text2_KeyPress(key); };
   Text3.OnKeyPress = [this](int key) { return Text3_KeyPress(key); };
-  Command2.OnPress = [this] { Jog_MouseDown(Clockwise); };
-  Command2.OnRelease = [this] { Jog_MouseUp(Clockwise); };
-  Command3.OnPress = [this] { Jog_MouseDown(CounterClockwise); };
-  Command3.OnRelease = [this] { Jog_MouseUp(CounterClockwise); };
+  Command2.OnPress = [this] { Command2_MouseDown(); };
+  Command2.OnRelease = [this] { Command2_MouseUp(); };
+  Command3.OnPress = [this] { Command3_MouseDown(); };
+  Command3.OnRelease = [this] { Command3_MouseUp(); };
 }
 
 void Form3::Form_Load() {

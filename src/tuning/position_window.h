@@ -115,8 +115,10 @@ struct Form3 : Window {
   // False drops the key.
   bool Text2_KeyPress(int key);
   bool Text3_KeyPress(int key);
-  void Jog_MouseDown(JogButton button);
-  void Jog_MouseUp(JogButton button);
+  void Command2_MouseDown() { PressJog(Clockwise); }
+  void Command2_MouseUp() { ReleaseJog(Clockwise); }
+  void Command3_MouseDown() { PressJog(CounterClockwise); }
+  void Command3_MouseUp() { ReleaseJog(CounterClockwise); }
 
  private:
   // The numbers of the fields at a Start click. The fields stay open to the user while the gains
@@ -155,6 +157,10 @@ struct Form3 : Window {
   float PlanMs(const Entries& entries) const;
   void StartTest(const Errand& errand);
   void StopTest(const Errand& errand);
+  // The stop word: see RunScheme::StopTest.
+  bool StopPositionTest(const Errand& errand, int pauseMs = 0) {
+    return Run.StopTest(errand, pauseMs);
+  }
   RunScheme::Result WriteStartList(const Errand& errand);
   // The caption, colour and fields of a window in which no test is wanted.
   void ShowStoppable();
@@ -169,6 +175,8 @@ struct Form3 : Window {
   void ShowRecording();
 
   // position_jog.cpp
+  void PressJog(JogButton button);
+  void ReleaseJog(JogButton button);
   void SetJogVelocity(const Errand& errand);
   void SetJogAcceleration(const Errand& errand);
   void SendJogWord(const Errand& errand, TextBox& field, Register reg, float word, bool good,

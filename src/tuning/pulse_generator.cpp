@@ -1,4 +1,3 @@
-// The drive's pulse generator: see the header.
 #include "tuning/pulse_generator.h"
 
 #include <cassert>

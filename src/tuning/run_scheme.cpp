@@ -10,60 +10,60 @@ constexpr float RunWord = 2;
 }  // namespace
 
 bool RunScheme::MayStart() const {
-  return !p_.Line.MotorErrandUnderWay() && !tickOfTest_ && !p_.Owner.Unloading &&
-         !p_.Line.LoadFailed;
+  return !p_.Link.MotorErrandUnderWay() && !tickOfTest_ && !p_.Window.Unloading &&
+         !p_.Link.LoadFailed;
 }
 
 double RunScheme::ElapsedMs() const {
-  return static_cast<double>(p_.Surroundings.NowMs() - TestStartTick);
+  return static_cast<double>(p_.World.NowMs() - TestStartTick);
 }
 
 void RunScheme::Open() {
   TraceUploaded = false;
   TraceBlockFailed = false;
   reported_ = false;
-  p_.Owner.Pointer = MousePointer::Default;
-  p_.Line.LinkIdle = false;
-  p_.Line.LoadFailed = false;
+  p_.Window.Pointer = MousePointer::Default;
+  p_.Link.LinkIdle = false;
+  p_.Link.LoadFailed = false;
   p_.Trace.TraceReadFailed = false;
 }
 
 std::optional<float> RunScheme::LoadRead(const Errand& errand, Register reg) {
-  const Sent sent = p_.Line.Read(errand, reg);
-  if (sent == Sent::Taken) return static_cast<float>(p_.Line.Raw());
+  const Sent sent = p_.Link.Read(errand, reg);
+  if (sent == Sent::Taken) return static_cast<float>(p_.Link.Raw());
   if (sent == Sent::Lost) FailLoad();
   return std::nullopt;
 }
 
 bool RunScheme::LoadWrite(const Errand& errand, Register reg, float value) {
-  const Sent sent = p_.Line.Write(errand, reg, value);
+  const Sent sent = p_.Link.Write(errand, reg, value);
   if (sent == Sent::Lost) FailLoad();
   return Stands(sent);
 }
 
 void RunScheme::FailLoad() {
-  p_.Line.LoadFailed = true;
+  p_.Link.LoadFailed = true;
   p_.Err.Start();
 }
 
 void RunScheme::err_Timer() {
   p_.Err.Stop();
-  if (p_.Line.LoadFailed) ReportLinkFailure(Errand(p_.Line, p_.Owner));
+  if (p_.Link.LoadFailed) ReportLinkFailure(Errand(p_.Link, p_.Window));
 }
 
 RunScheme::MotorErrand::MotorErrand(RunScheme& scheme)
-    : pointer_{scheme}, errand_(scheme.p_.Line, scheme.p_.Owner, Errand::Of::Motor) {
+    : pointer_{scheme}, errand_(scheme.p_.Link, scheme.p_.Window, Errand::Of::Motor) {
   scheme.ShowPointer();
 }
 
 RunScheme::Tick::Tick(RunScheme& scheme)
     : pointer_{scheme},
-      errand_(scheme.p_.Line, scheme.p_.Owner, Errand::Of::Tick),
+      errand_(scheme.p_.Link, scheme.p_.Window, Errand::Of::Tick),
       ofTest_(scheme.tickOfTest_, !scheme.StopRequested()) {}
 
 void RunScheme::ShowPointer() {
-  const bool startWaits = StopRequested() && !p_.Owner.Loading && !MayStart();
-  p_.Owner.Pointer = startWaits ? MousePointer::Hourglass : MousePointer::Default;
+  const bool startWaits = StopRequested() && !p_.Window.Loading && !MayStart();
+  p_.Window.Pointer = startWaits ? MousePointer::Hourglass : MousePointer::Default;
 }
 
 RunScheme::Result RunScheme::WriteSteps(const Errand& errand, std::span<const Step> steps) {
@@ -81,7 +81,7 @@ RunScheme::Result RunScheme::WriteSteps(const Errand& errand, std::span<const St
 
 RunScheme::Result RunScheme::SendRunCommand(const Errand& errand) {
   const auto stopped = [this](int) { return StopRequested(); };
-  const Sent sent = p_.Line.Write(errand, p_.Command, RunWord, {.Withdrawn = stopped});
+  const Sent sent = p_.Link.Write(errand, p_.Command, RunWord, {.Withdrawn = stopped});
   if (errand.Over()) {
     // No test may begin behind a closed window.
     if (!reported_) StopTest(errand);
@@ -95,11 +95,11 @@ RunScheme::Result RunScheme::SendRunCommand(const Errand& errand) {
 }
 
 bool RunScheme::Jogged(const Errand& errand) const {
-  return !StopRequested() && p_.Line.NewerHasWritten(errand, p_.Command);
+  return !StopRequested() && p_.Link.NewerHasWritten(errand, p_.Command);
 }
 
 bool RunScheme::Exchange(const Errand& errand, Function function, Register reg, float value) {
-  const Sent sent = p_.Line.Exchange(errand, function, reg, value);
+  const Sent sent = p_.Link.Exchange(errand, function, reg, value);
   if (sent == Sent::Lost) ReportLinkFailure(errand);
   return Stands(sent) && !errand.Over();
 }
@@ -107,20 +107,20 @@ bool RunScheme::Exchange(const Errand& errand, Function function, Register reg, 
 bool RunScheme::StopTest(const Errand& errand, int pauseMs) {
   // Also where a tick stops the test: a new one must not begin inside the stop word's exchange.
   const MotorErrand busy(*this);
-  const Sent sent = p_.Line.Write(errand, p_.Command, StopWord, {.PauseBeforeMs = pauseMs});
+  const Sent sent = p_.Link.Write(errand, p_.Command, StopWord, {.PauseBeforeMs = pauseMs});
   if (sent == Sent::Lost) ReportLinkFailure(errand);
   return !errand.Over();
 }
 
 RunScheme::CaptureEnd RunScheme::Capture(const Errand& errand, const RecordingWait& wait,
                                          int channelCount) {
-  const WaitResult waited = WaitForRecording(p_.Line, errand, wait);
+  const WaitResult waited = WaitForRecording(p_.Link, errand, wait);
   if (errand.Over() || waited == WaitResult::Off) return CaptureEnd::Closed;
   if (waited == WaitResult::Stopped) return CaptureEnd::Stopped;
   UploadResult upload = UploadResult::Failed;
   if (waited == WaitResult::Ready) {
     upload =
-        UploadTrace(p_.Line, errand, channelCount, [&] { return p_.Trace.ClosingPositionWindow; });
+        UploadTrace(p_.Link, errand, channelCount, [&] { return p_.Trace.ClosingPositionWindow; });
     if (errand.Over()) return CaptureEnd::Closed;
     TraceBlockFailed = upload == UploadResult::Failed;
   }
@@ -147,11 +147,11 @@ RunScheme::CaptureEnd RunScheme::TakeFirstRecording(const Errand& errand, int ch
 void RunScheme::ReportLinkFailure(const Errand& errand) {
   if (reported_) return;
   reported_ = true;
-  p_.Line.TellFailure(errand);
+  p_.Link.TellFailure(errand);
   if (errand.Over()) return;
-  p_.Line.LinkIdle = true;
+  p_.Link.LinkIdle = true;
   p_.DataSource.Stop();
-  p_.Surroundings.Unload(p_.Owner);
+  p_.World.Unload(p_.Window);
 }
 
 }  // namespace gainsmith

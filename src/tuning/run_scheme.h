@@ -27,10 +27,10 @@ class RunScheme {
   // All of them outlive the scheme. `command` is the register that takes 2 to run the test and 0 to
   // stop it. `dataSource` and `err` are timers of `window`.
   struct Parts {
-    World& Surroundings;
-    gainsmith::Link& Line;
+    gainsmith::World& World;
+    gainsmith::Link& Link;
     TraceState& Trace;
-    Window& Owner;
+    gainsmith::Window& Window;
     Button& RunButton;
     Timer& DataSource;
     Timer& Err;

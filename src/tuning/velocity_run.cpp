@@ -9,11 +9,8 @@
 namespace gainsmith {
 namespace {
 
-constexpr float TwoChannels = 144;
-constexpr float ArmSamples = ChannelSamples;
 // The end of the plan that is not recorded any more.
 constexpr double UnrecordedMs = 2500;
-constexpr double LargestWord = 65535;
 constexpr double LargestLength = 2147483647;
 constexpr double LargestCount = 32767;
 
@@ -164,7 +161,7 @@ void velocityModeTune::StopTest(const Errand& errand) {
   DataSource.Stop();
   ShowCaption(RunScheme::StartCaption);
   EnableMotionFields(true);
-  if (!Run.StopTest(errand)) return;
+  if (!StopVelocityTest(errand)) return;
   if (Run.TraceUploaded) return;
   readdata(errand);
   if (!errand.Over()) Run.TraceUploaded = false;
@@ -176,7 +173,7 @@ void velocityModeTune::readdata(const Errand& errand) {
   const int channels = Plot.Description.ChannelCount;
   const auto show = [this] { ShowRecording(); };
   if (Run.TakeFirstRecording(errand, channels, show) == RunScheme::CaptureEnd::Closed) return;
-  if (Run.StopRequested() && Run.StopTest(errand)) link_.LinkIdle = true;
+  if (Run.StopRequested() && StopVelocityTest(errand)) link_.LinkIdle = true;
 }
 
 void velocityModeTune::ShowRecording() {

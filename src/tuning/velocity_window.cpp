@@ -7,11 +7,6 @@
 #include "trace/capture.h"
 
 namespace gainsmith {
-namespace {
-
-constexpr double LargestWord = 65535;
-
-}  // namespace
 
 const std::array<velocityModeTune::Gain, velocityModeTune::GainCount> velocityModeTune::Gains{{
     {Vp, Register::VelocityKpHigh, Slot::VelocityKpHigh, 1},

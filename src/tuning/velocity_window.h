@@ -108,6 +108,8 @@ struct velocityModeTune : Window {
 
   void StartTest(const Errand& errand);
   void StopTest(const Errand& errand);
+  // The stop word: see RunScheme::StopTest.
+  bool StopVelocityTest(const Errand& errand) { return Run.StopTest(errand); }
   RunScheme::Result WriteStartList(const Errand& errand);
   StepValue GainIfChanged(std::size_t gain);
   // The value where `good`; else the field takes `fallback`, with the message of a bad value.

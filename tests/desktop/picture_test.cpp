@@ -4,12 +4,14 @@
 #include <limits>
 
 #include "desk.h"
+#include "desktop/look.h"
 #include "desktop/picture_painter.h"
 
 namespace gainsmith::test {
 namespace {
 
 constexpr Colour Red = Rgb(255, 0, 0);
+constexpr Colour Ground = Rgb(8, 16, 48);
 
 PictureLine LineIn(const PictureScale& scale, float x1, float y1, float x2, float y2) {
   return {x1, y1, x2, y2, Red, 1, false, scale};
@@ -50,6 +52,7 @@ struct PictureTest : Desk {
   PictureTest() {
     window.Add(picture, "Picture1").Place(0, 0, 3000, 3000);
     picture.Scale = {0, 400, 200, -800};
+    picture.BackColor = Ground;
     const auto note = [this](const char* what) {
       return [this, what](int button, float x, float y) {
         log.push_back(std::string(what) + " " + std::to_string(button) + " " +
@@ -76,12 +79,13 @@ TEST_F(PictureTest, MouseSpeaksInThePicturesScaleAlsoBeyondItsEdge) {
 }
 
 TEST_F(PictureTest, OverlayComesAndGoesWithoutTouchingThePicture) {
-  const auto pixel = [&](int y) {
+  const auto pixel = [&](int y, int x = 100) {
     driver.Settle();
-    return driver.Find("Form.Picture1")->grab().toImage().pixelColor(100, y);
+    return driver.Find("Form.Picture1")->grab().toImage().pixelColor(x, y);
   };
   picture.Line(0, 100, 200, 100, Rgb(0, 255, 0));
   const QColor ground = pixel(60);
+  EXPECT_EQ(ColourOf(pixel(50, 90)), Ground) << "between two divisions";
   EXPECT_GT(pixel(75).green(), 100);
   picture.Overlay = {LineIn(picture.Scale, 0, 160, 200, 160)};
   EXPECT_GT(pixel(60).red(), 100);
