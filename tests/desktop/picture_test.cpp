@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "desk.h"
-#include "desktop/look.h"
+#include "desktop/record_values.h"
 #include "desktop/picture_painter.h"
 
 namespace gainsmith::test {

@@ -170,7 +170,7 @@ TEST(Commands, TheOwnMarkOfPositionLoopAndScopeChangesTheirAnswer) {
   EXPECT_EQ(shell.World.LoadedWindows().size(), 1U);
 }
 
-TEST(Commands, TheNewestOneThatWaitsForTheLineStartsAndTheGridDoesNotWait) {
+TEST(Commands, TheNewestOneThatWaitsForTheLineStarts) {
   Shell shell;
   shell.Connected();
   shell.LineInUse = true;
@@ -185,11 +185,6 @@ TEST(Commands, TheNewestOneThatWaitsForTheLineStartsAndTheGridDoesNotWait) {
   EXPECT_EQ(shell.Main.Pointer, MousePointer::Default);
   shell.User.Close(shell.Scope);
   EXPECT_FALSE(shell.ErrorLog.Loaded);
-
-  shell.State.ChildWindowOpen = false;
-  shell.LineInUse = true;
-  shell.Main.ParaDataLib.OnClick();
-  EXPECT_TRUE(shell.Grid.Loaded);
 }
 
 TEST(Commands, TwoButtonsOfTheToolBarDifferFromTheirMenuItems) {
