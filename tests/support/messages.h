@@ -2,10 +2,7 @@
 #pragma once
 
 #include <ostream>
-#include <string>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include "support/virtual_world.h"
 

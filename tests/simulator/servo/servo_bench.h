@@ -14,11 +14,9 @@
 namespace gainsmith::sim {
 
 struct Move {
-  double Rpm = 300;
-  double TurnsPerS2 = 200;
+  double Rpm = 300, TurnsPerS2 = 200;
   std::int64_t Pulses = 40000;
-  int IntervalMs = 100;
-  int Repeats = 1;
+  int IntervalMs = 100, Repeats = 1;
 };
 
 using Samples = std::vector<double>;

@@ -1,8 +1,6 @@
 // The recorder: layouts, timing, and that each recording fits the move that it shows.
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "servo_bench.h"
 #include "trace/position_reference.h"
 
