@@ -2,11 +2,6 @@
 // whatever they were doing, they close, and after the next connect they work as if nothing had
 // been. Nothing that the user has not changed is another setting afterwards, in the drive or in the
 // table.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <functional>
-#include <utility>
 
 #include "bench.h"
 
@@ -114,8 +109,7 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
     scene.Play(whole);
     const Texts frames = whole.TakeFrames();
     const Texts told = whole.TakeMessages();
-    Texts known{LostLinkText, NoDrive, "Fail in writing parameters to EEPROM !",
-                       "通讯故障！"};
+    Texts known{LostLinkText, NoDrive, "Fail in writing parameters to EEPROM !", "通讯故障！"};
     known.insert(known.end(), told.begin(), told.end());
     ASSERT_GT(frames.size(), 2U) << scene.Name;
     for (int request = 1; request <= static_cast<int>(frames.size()); ++request) {

@@ -1,8 +1,4 @@
 // Handlers inside waits: what a user can do while a command runs, at any of its moments.
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <span>
 
 #include "bench.h"
 #include "simulator/bank/registers.h"
@@ -65,8 +61,7 @@ struct Undisturbed {
     Frames = bench.TakeFrames();
     Messages = bench.TakeMessages();
   }
-  Texts Frames;
-  Texts Messages;
+  Texts Frames, Messages;
   std::int64_t LastsMs = 0;
 };
 

@@ -1,5 +1,4 @@
 // The scope in the whole tool: its command while it is open, the program's end.
-#include <gtest/gtest.h>
 
 #include "bench.h"
 

@@ -1,5 +1,4 @@
 // Whole sessions with the tool: what passes on the wire and what the user sees, in order.
-#include <gtest/gtest.h>
 
 #include "bench.h"
 #include "simulator/bank/factory_values.h"
@@ -51,26 +50,6 @@ TEST(Session, FromConnectToExit) {
   bench.user.Click(tool.mdiForm1.nmuExit);
   EXPECT_TRUE(bench.world.Ended());
   EXPECT_FALSE(bench.world.IsPortOpen());
-}
-
-TEST(Session, TheSameScriptGivesTheSameFramesAtTheSameTimes) {
-  const auto run = [] {
-    sim::DriveOptions options;
-    options.Seed = 7;
-    Bench bench(options);
-    bench.device.Drive.Inject(sim::Fault::BadCrc, sim::Hits::Every(9));
-    bench.device.Drive.Inject(sim::Fault::LateReply, sim::Hits::Every(13));
-    bench.Connect();
-    bench.user.Click(bench.tool.mdiForm1.MnuCurrentLoop);
-    bench.user.Click(bench.tool.form1.cmdTest);
-    bench.user.Close(bench.tool.form1);
-    std::vector<std::pair<std::int64_t, Texts::value_type>> log;
-    for (const LoggedFrame& frame : bench.world.Log.Frames()) {
-      log.emplace_back(frame.AtMs, frame.Text());
-    }
-    return std::pair{log, bench.tool.form1.Samples};
-  };
-  EXPECT_EQ(run(), run());
 }
 
 }  // namespace

@@ -12,6 +12,8 @@
 
 namespace gainsmith::test {
 
+using Lines = std::vector<std::string>;
+
 // A window for a test to fill; keeps a log of what its handlers saw.
 struct PlainWindow : Window {
   explicit PlainWindow(std::string name) {
@@ -42,10 +44,18 @@ class Desk : public testing::Test {
     driver.Click(name);
     driver.Settle();
   }
+  void Press(const std::string& name) {
+    driver.Press(name);
+    driver.Settle();
+  }
+  void Key(const std::string& name, Qt::Key key, Qt::KeyboardModifiers modifiers = {}) {
+    driver.Key(name, key, modifiers);
+    driver.Settle();
+  }
   std::string Path(const std::string& name) { return directory.path().toStdString() + "/" + name; }
 
   QTemporaryDir directory;
-  std::vector<std::string> log;
+  Lines log;
   // Outlives the world, whose widgets show it.
   PlainWindow window{"Form"};
   DesktopWorld world{directory.path().toStdString()};

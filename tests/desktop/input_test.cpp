@@ -8,8 +8,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 struct InputTest : Desk {
   InputTest() {
     window.Add(field, "Text1(0)").Place(150, 150, 1500, 300);
@@ -61,13 +59,11 @@ TEST_F(InputTest, KeyFilterIsAskedBeforeTheKeyTakesEffect) {
   };
   driver.Type("Form.Text1(0)", "1x2");
   driver.Key("Form.Text1(0)", Qt::Key_Return);
-  driver.Key("Form.Text1(0)", Qt::Key_Backspace);
-  driver.Settle();
+  Key("Form.Text1(0)", Qt::Key_Backspace);
   EXPECT_EQ(log, (Lines{"49:", "120:1", "50:1", "8:12", "13:12"})) << "Enter is queued";
   EXPECT_EQ(field.Text, "1");
   QApplication::clipboard()->setText(QStringLiteral("2x\n3"));
-  driver.Key("Form.Text1(0)", Qt::Key_V, Qt::ControlModifier);
-  driver.Settle();
+  Key("Form.Text1(0)", Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(field.Text, "123") << "pasted letters are asked about one by one";
 }
 
@@ -80,8 +76,7 @@ TEST_F(InputTest, EnterHeldDownCommitsOnceAndWhatStoodInTheField) {
   };
   driver.Type("Form.Text1(0)", "12");
   driver.HoldKey("Form.Text1(0)", Qt::Key_Return, 20);
-  driver.Key("Form.Text1(0)", Qt::Key_3);
-  driver.Settle();
+  Key("Form.Text1(0)", Qt::Key_3);
   EXPECT_EQ(log, Lines{"12"}) << "a letter typed behind Enter is not committed with it";
   EXPECT_EQ(field.Text, "123");
   driver.Find("Form.lblLink")->setFocus();
@@ -106,8 +101,7 @@ TEST_F(InputTest, NestedActionsHaveABoundThatReleasesDoNotWaitFor) {
     WaitMs(2);
     --depth;
   };
-  driver.Press("Form.Command2");
-  driver.Settle();
+  Press("Form.Command2");
   emit go.clicked();
   driver.WaitUntil([&] { return box.Ticked; });
   EXPECT_EQ(deepest, InputQueue::MostNested);
@@ -116,6 +110,7 @@ TEST_F(InputTest, NestedActionsHaveABoundThatReleasesDoNotWaitFor) {
 
 // What the user does in the same breath as an action whose handler takes the control away.
 TEST_F(InputTest, ActionsDoNotReachWhatWasTakenAwayBeforeTheirTurn) {
+  PlainWindow dialog{"Box"};
   FrameWindow frame;
   frame.Name = "Main";
   MenuItem item;
@@ -128,40 +123,36 @@ TEST_F(InputTest, ActionsDoNotReachWhatWasTakenAwayBeforeTheirTurn) {
   struct Case {
     std::function<void()> Act;
     std::function<void()>* Handler;
-    std::function<void()> Away, Back;
+    std::function<void(bool)> SetThere;
   };
-  const auto disable = [&](auto& record, std::function<void()> act) {
-    return Case{act, &record.OnClick, [&] { record.Enabled = false; },
-                [&] { record.Enabled = true; }};
-  };
+  const auto flag = [](bool& there) { return [&there](bool on) { there = on; }; };
   const std::vector<Case> cases{
-      disable(button, click("Form.Command1")),
-      disable(box, click("Form.Check1")),
-      disable(link, click("Form.lblLink")),
-      disable(list, [&] { driver.Choose("Form.Combo1", 1); }),
-      disable(item, [&] { driver.Menu("Main.mnuGo"); }),
-      disable(tool, click("Main.Toolbar1(1)")),
-      {click("Form.Command1"), &button.OnClick, [&] { button.Visible = false; },
-       [&] { button.Visible = true; }},
-      {click("Form.Command3"), &inside.OnClick, [&] { group.Enabled = false; },
-       [&] { group.Enabled = true; }},
-      {click("Form.Command3"), &inside.OnClick, [&] { group.Visible = false; },
-       [&] { group.Visible = true; }},
-      {click("Form.Command3"), &inside.OnClick, [&] { world.Hide(window); },
-       [&] { world.Show(window); }},
+      {click("Form.Command1"), &button.OnClick, flag(button.Enabled)},
+      {click("Form.Check1"), &box.OnClick, flag(box.Enabled)},
+      {click("Form.lblLink"), &link.OnClick, flag(link.Enabled)},
+      {[&] { driver.Choose("Form.Combo1", 1); }, &list.OnClick, flag(list.Enabled)},
+      {[&] { driver.Menu("Main.mnuGo"); }, &item.OnClick, flag(item.Enabled)},
+      {click("Main.Toolbar1(1)"), &tool.OnClick, flag(tool.Enabled)},
+      {click("Form.Command1"), &button.OnClick, flag(button.Visible)},
+      {click("Form.Command3"), &inside.OnClick, flag(group.Enabled)},
+      {click("Form.Command3"), &inside.OnClick, flag(group.Visible)},
+      {click("Form.Command3"), &inside.OnClick,
+       [&](bool there) { there ? world.Show(window) : world.Hide(window); }},
+      {click("Form.Command1"), &button.OnClick,
+       [&](bool there) { there ? void(world.Unload(dialog)) : world.ShowModal(dialog); }},
   };
   for (std::size_t i = 0; i < cases.size(); ++i) {
     int run = 0;
     *cases[i].Handler = [&] {
       ++run;
-      cases[i].Away();
+      cases[i].SetThere(false);
     };
     driver.Settle();
     cases[i].Act();
     cases[i].Act();
     driver.Settle();
     EXPECT_EQ(run, 1) << i;
-    cases[i].Back();
+    cases[i].SetThere(true);
   }
   world.EndProgram();
 }
@@ -193,8 +184,6 @@ TEST_F(InputTest, FocusGivenBeforeTheWindowIsShownOrTheFieldEnabled) {
 }
 
 TEST_F(InputTest, EveryPressIsReleasedOnceHoweverItEnds) {
-  button.OnPress = [&] { log.push_back("press"); };
-  button.OnRelease = [&] { log.push_back("release"); };
   const auto ends = std::vector<std::function<void()>>{
       [&] { driver.Release("Form.Command1"); },
       [&] { driver.Find("Form.Text1(0)")->setFocus(); },
@@ -203,30 +192,26 @@ TEST_F(InputTest, EveryPressIsReleasedOnceHoweverItEnds) {
       [&] { world.Hide(window); },
       [&] { world.Unload(window); },
   };
-  for (std::size_t i = 0; i < ends.size(); ++i) {
-    log.clear();
-    button.Enabled = true;
-    Show();
-    driver.Press("Form.Command1");
-    driver.Settle();
-    ASSERT_EQ(log, Lines{"press"}) << i;
-    ends[i]();
-    driver.Settle();
-    EXPECT_EQ(log, (Lines{"press", "release"})) << i;
+  // While its handler runs, and behind it.
+  for (const bool nested : {true, false}) {
+    for (std::size_t i = 0; i < (nested ? 1 : ends.size()); ++i) {
+      button.OnPress = [&] {
+        log = {"press"};
+        if (nested) ends[i]();
+        WaitMs(5);
+        log.push_back("pressed");
+      };
+      button.OnRelease = [&] { log.push_back("release"); };
+      button.Enabled = true;
+      Show();
+      Press("Form.Command1");
+      if (!nested) ends[i]();
+      driver.Settle();
+      EXPECT_EQ(log, (nested ? Lines{"press", "release", "pressed"}
+                             : Lines{"press", "pressed", "release"}))
+          << i;
+    }
   }
-}
-
-TEST_F(InputTest, ReleaseDuringThePressHandlerRunsNested) {
-  button.OnPress = [&] {
-    log.push_back("press");
-    driver.Release("Form.Command1");
-    WaitMs(5);
-    log.push_back("pressed");
-  };
-  button.OnRelease = [&] { log.push_back("release"); };
-  driver.Press("Form.Command1");
-  driver.Settle();
-  EXPECT_EQ(log, (Lines{"press", "release", "pressed"}));
 }
 
 TEST_F(InputTest, WindowClosedAndShownAgainInsideAKeyHandler) {
@@ -238,8 +223,7 @@ TEST_F(InputTest, WindowClosedAndShownAgainInsideAKeyHandler) {
     return true;
   };
   driver.Settle();
-  driver.Key("Form.Text1(0)", Qt::Key_Return);
-  driver.Settle();
+  Key("Form.Text1(0)", Qt::Key_Return);
   EXPECT_TRUE(driver.IsShown("Form.Text1(0)"));
 }
 

@@ -12,8 +12,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 // One control of each kind that a user can change, and what each holds and shows.
 struct ShownTest : Desk {
   ShownTest() {

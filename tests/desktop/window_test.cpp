@@ -9,8 +9,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Lines = std::vector<std::string>;
-
 struct WindowTest : Desk {
   WindowTest() {
     Stack(window.Add(field, "Text1(0)"));
@@ -84,8 +82,7 @@ TEST_F(WindowTest, EveryControlIsNamedAndReachableByTab) {
   EXPECT_EQ(driver.Find("Form.Text9"), nullptr) << "parked";
   world.SetFocus(field);
   for (const char* name : {"lblLink", "Command1"}) {
-    driver.Key("Form", Qt::Key_Tab);
-    driver.Settle();
+    Key("Form", Qt::Key_Tab);
     EXPECT_TRUE(driver.Find(std::string("Form.") + name)->hasFocus()) << name;
   }
 }
@@ -128,8 +125,7 @@ TEST_F(WindowTest, BarsFollowTheirRecords) {
     open.Enabled = enabled;
     driver.Settle();
     EXPECT_EQ(driver.IsMenuEnabled("Main.mnuFileOpen"), enabled);
-    driver.Key("Main", Qt::Key_O, Qt::ControlModifier);
-    driver.Settle();
+    Key("Main", Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(log, (Lines{"tool", "open"}));
   }
   frame.Caption = "Torvane Gainsmith for KVT518 - [a.tvd]";

@@ -1,11 +1,6 @@
 // The error log: what its lamps say, how they blink, and how erases and closings cross a pass.
 #include "diagnostics/error_log_window.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "simulator/wire/modbus_frame.h"
 #include "support/messages.h"
 #include "support/virtual_user.h"
@@ -46,20 +41,15 @@ struct ErrorLogBench {
     Shell.ChildWindowOpen = true;
     World.ShowModal(Window);
   }
-  // Lamps that are dark now, that are red, and that say nothing.
-  Indices Dark() const {
-    return Lamps([](const Lamp& lamp) { return !lamp.Visible; });
-  }
-  Indices Red() const {
-    return Lamps([](const Lamp& lamp) { return lamp.BackColor == 255; });
-  }
-  std::size_t Unread() const {
-    return Lamps([](const Lamp& lamp) { return lamp.BackColor == DefaultColour; }).size();
-  }
-  Indices Lamps(bool (*are)(const Lamp&)) const {
+  // Lamps that are dark now, and those of a colour.
+  Indices Dark() const { return Lamps(&Lamp::Visible, false); }
+  Indices Red() const { return Lamps(&Lamp::BackColor, Colour{255}); }
+  std::size_t Unread() const { return Lamps(&Lamp::BackColor, DefaultColour).size(); }
+  template <typename Member, typename Value>
+  Indices Lamps(Member member, Value value) const {
     Indices indices;
     for (std::size_t i = 0; i < Window.Shape1.size(); ++i) {
-      if (are(Window.Shape1[i])) indices.push_back(i);
+      if (Window.Shape1[i].*member == value) indices.push_back(i);
     }
     return indices;
   }
@@ -156,11 +146,9 @@ TEST(ErrorLog, AnEraseInTheMiddleOfAPassTakesEffectInThatPass) {
 }
 
 TEST(ErrorLog, AFailureIsToldOnceAndAFailedEraseClosesTheWindow) {
-  // When, from the opening on, the user erases all and when the drive falls silent; whether the
-  // window stays open, and with which lamps.
   const struct {
     const char* What;
-    std::int64_t EraseMs, SilentMs;
+    std::int64_t EraseMs, SilentMs;  // from the opening on
     const char* LastFrame;
     std::size_t Frames;
     bool Stays;

@@ -1,11 +1,6 @@
 // The test console: its toggle, its tick, its formula and its file.
 #include "diagnostics/test_console_window.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "simulator/wire/modbus_frame.h"
 #include "support/messages.h"
 #include "support/virtual_user.h"
@@ -30,6 +25,9 @@ struct ConsoleBench {
     World.Devices[1] = &Device;
     World.OpenPort(1, TheLink.SerialSettings);
     World.Show(Window);
+  }
+  void Watch() {
+    for (int i = 0; i < 2; ++i) User.Click(Window.Command1);
   }
   Texts Shown() const {
     Texts texts;
@@ -59,8 +57,7 @@ TEST(TestConsole, AFailedReadEndsTheTickAndTheNextBeginsAnew) {
   ConsoleBench bench;
   bench.Location = {0, 7};
   bench.SilentRegister = 170;
-  bench.User.Click(bench.Window.Command1);
-  bench.User.Click(bench.Window.Command1);
+  bench.Watch();
   ASSERT_TRUE(bench.World.RunUntil([&] { return !bench.World.Messages.empty(); }, 20000));
   EXPECT_EQ(bench.World.Log.Texts(),
             (Texts{"R 102x2", "R 153x2", "R 170x2", "R 170x2", "R 170x2", "R 170x2", "R 170x2"}));
@@ -78,12 +75,9 @@ TEST(TestConsole, ClosingTheWindowOrThePortDuringATickEndsTheWatchingWithoutAMes
     for (const int silent : {-1, 153}) {
       ConsoleBench bench;
       bench.SilentRegister = silent;
-      bench.User.Click(bench.Window.Command1);
-      bench.User.Click(bench.Window.Command1);
-      bench.World.At(1200 + 150, [&] {
-        if (port) return bench.TheLink.ClosePort();
-        bench.User.Close(bench.Window);
-      });
+      bench.Watch();
+      bench.World.At(1200 + 150,
+                     [&] { port ? bench.TheLink.ClosePort() : bench.User.Close(bench.Window); });
       bench.World.RunFor(5000);
       EXPECT_EQ(bench.World.Log.Frames().back().Register(), 153);
       EXPECT_TRUE(bench.World.Messages.empty());
@@ -112,8 +106,7 @@ TEST(TestConsole, TheChecksumRunsOverAllButTheLastTwoNumbersAndZerosBehindThem) 
     EXPECT_EQ(crc.High * 256 + crc.Low, sim::Crc16(bytes)) << count;
   }
   // A file that is no list of bytes gives none.
-  for (const std::string& bad : {std::string(), Numbers(1302, "\n"), std::string("1 x"),
-                                 std::string("1 256"), std::string("1 -2"), std::string("1.5")}) {
+  for (const auto& bad : Texts{"", Numbers(1302, "\n"), "1 x", "1 256", "1 -2", "1.5"}) {
     file = bad;
     bench.User.Click(bench.Window.Command2);
     EXPECT_FALSE(bench.Window.AccChecksum) << bad.substr(0, 20);

@@ -7,10 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <map>
-#include <string>
-
 #include "support/virtual_world.h"
 
 namespace gainsmith::test {
@@ -97,8 +93,7 @@ TEST_F(LinkTest, ASilentDriveIsPolledTwelveTimesForEachFrame) {
   const ExchangeOptions limited{.MostFrames = 5};
   const struct {
     const char* What;
-    int Frames;
-    int WaitMs;
+    int Frames, WaitMs;
     std::function<void()> Do;
   } cases[] = {
       {"usual limit", 12, ReplyWait, [&] { EXPECT_FALSE(Read(Kp)); }},

@@ -16,26 +16,16 @@ TEST(NumberText, PatternsRoundHalfAwayFromZeroOnTheDecimalText) {
     int Decimals;
     const char* Text;
   } cases[] = {
-      {0, 0, "0"},
-      {0.5, 0, "1"},
-      {-0.5, 0, "-1"},
-      {2.5, 0, "3"},
-      {-0.49, 0, "0"},
-      {0.04, 0, "0"},
-      {-0.004, 2, "0.00"},
-      {-0.005, 2, "-0.01"},
-      {1.005, 2, "1.01"},
-      {9.995, 2, "10.00"},
-      {1234.5678, 3, "1234.568"},
-      {0.2, 7, "0.2000000"},
-      {0.000004, 5, "0.00000"},
-      {0.000005, 5, "0.00001"},
+      {0.0, 0, "0"},         {0.5, 0, "1"},       {-0.5, 0, "-1"},      {2.5, 0, "3"},
+      {-0.49, 0, "0"},       {0.04, 0, "0"},      {-0.004, 2, "0.00"},  {-0.005, 2, "-0.01"},
+      {1.005, 2, "1.01"},    {9.995, 2, "10.00"}, {4e-6, 5, "0.00000"}, {5e-6, 5, "0.00001"},
       {1e-300, 4, "0.0000"},
-      {-12.5, 10, "-12.5000000000"},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(FixedText(c.Value, c.Decimals), c.Text) << c.Value << " with " << c.Decimals;
   }
+  EXPECT_EQ(FixedText(1234.5678, 3), "1234.568");
+  EXPECT_EQ(FixedText(-12.5, 10), "-12.5000000000");
   EXPECT_EQ(FixedText(123456789012345678.0, 1), "123456789012346000.0");
   EXPECT_EQ(RoundHalfAwayFromZero(2.345, 2), 2.35);
 }
@@ -56,10 +46,9 @@ TEST(NumberText, ATieRoundsToEvenWhenPackedAndOnTheDecimalText) {
 }
 
 TEST(NumberText, PlainTextReadsBackToTheSameFloat) {
-  EXPECT_EQ(PlainText(300), "300");
-  EXPECT_EQ(PlainText(2.54F), "2.54");
-  EXPECT_EQ(PlainText(-0.0F), "0");
-  EXPECT_EQ(PlainText(0.00012F), "0.00012");
+  const std::pair<float, const char*> cases[] = {
+      {300.0F, "300"}, {2.54F, "2.54"}, {-0.0F, "0"}, {0.00012F, "0.00012"}};
+  for (const auto& [value, text] : cases) EXPECT_EQ(PlainText(value), text);
   // Every exponent of a finite float, with a mantissa that needs all its digits.
   for (std::uint32_t exponent = 0; exponent < 255; ++exponent) {
     for (const std::uint32_t mantissa : {0x000001U, 0x2AAAABU, 0x7FFFFFU}) {
@@ -74,23 +63,16 @@ TEST(NumberText, PlainTextReadsBackToTheSameFloat) {
 
 TEST(NumberText, FilesHoldSevenDigitsAtMost) {
   const std::pair<float, const char*> cases[] = {
-      {0, "0"},
-      {-0.0F, "0"},
-      {1000, "1000"},
-      {-12.5F, "-12.5"},
-      {0.00001F, "0.00001"},
-      {1234566.5F, "1234566"},
-      {1234567.5F, "1234568"},
-      {-0.12345678F, "-0.1234568"},
-      {1.0F / 3, "0.3333333"},
-      {0.99999994F, "0.9999999"},
-      {9999999.0F, "9999999"},
-      {99999992.0F, "99999990"},
-      {16777216.0F, "16777220"},
-      {3.4028235e38F, "340282300000000000000000000000000000000"},
-      {1e-45F, "0.000000000000000000000000000000000000000000001"},
+      {1000.0F, "1000"},       {-12.5F, "-12.5"},         {0.00001F, "0.00001"},
+      {1234566.5F, "1234566"}, {1234567.5F, "1234568"},   {1.0F / 3, "0.3333333"},
+      {9999999.0F, "9999999"}, {99999992.0F, "99999990"}, {16777216.0F, "16777220"},
   };
   for (const auto& [value, text] : cases) EXPECT_EQ(FileText(value), text);
+  for (const float zero : {0.0F, -0.0F}) EXPECT_EQ(FileText(zero), "0");
+  EXPECT_EQ(FileText(-0.12345678F), "-0.1234568");
+  EXPECT_EQ(FileText(0.99999994F), "0.9999999");
+  EXPECT_EQ(FileText(3.4028235e38F), "340282300000000000000000000000000000000");
+  EXPECT_EQ(FileText(1e-45F), "0.000000000000000000000000000000000000000000001");
 }
 
 TEST(NumberText, AFieldIsReadByItsLeadingNumber) {

@@ -1,6 +1,5 @@
 // What the properties window sends at once: on Enter, a choice or a click. These controls are
 // parked, so that the tests call them as the keyboard and the load do.
-#include <gtest/gtest.h>
 
 #include "params/parameter_table.h"
 #include "properties_bench.h"

@@ -1,7 +1,4 @@
 // The load of the properties window: order of reads, what lands where, modes, failures.
-#include <gtest/gtest.h>
-
-#include <set>
 
 #include "properties_bench.h"
 
@@ -25,31 +22,22 @@ TEST(PropertiesLoad, ReadsItsRegistersInOrderAndRefreshesTheTable) {
             "R 56, R 40, R 41, R 39, R 51, R 55, W 55=1, R 58, W 58=1, R 245, R 246");
 
   using enum Slot;
-  const struct {
-    const char *Field, *Text;
-    Slot Kept;
-  } cases[] = {
-      {"Combo1", "750", RatedPower},
-      {"Text3", "2.54", Resistance},
-      {"Text4", "2.60", Inductance},
-      {"Text5", "1.234", TorqueConstant},
-      {"Text6", "0.000130", Inertia},
-      {"Text7", "0.07", BackEmf},
-      {"cboMotorPolePair", "3", PolePairs},
-      {"Text1(0)", "1", GearNumerator},
-      {"Text1(1)", "2", GearDenominator},
-      {"Text1(2)", "1000", FollowingErrorLimit},
-      {"Text1(3)", "4000", EncoderCounts},
-      {"Text1(7)", "25", AnalogDeadBand},
-      {"Text9", "12", AnalogOffset},
-      {"Text10", "23.5", AnalogPeakCurrent},
-      {"Text11", "3000", AnalogMaxVelocity},
-      {"txtMaxCurrent", "3.5", PeakCurrentLimit},
-      {"txtRatedCurrent", "2", RatedCurrentLimit},
+  const std::pair<const char*, const char*> shown[] = {
+      {"Combo1", "750"},         {"Text3", "2.54"},        {"Text4", "2.60"},
+      {"Text5", "1.234"},        {"Text6", "0.000130"},    {"Text7", "0.07"},
+      {"cboMotorPolePair", "3"}, {"Text1(0)", "1"},        {"Text1(1)", "2"},
+      {"Text1(2)", "1000"},      {"Text1(3)", "4000"},     {"Text1(7)", "25"},
+      {"Text9", "12"},           {"Text10", "23.5"},       {"Text11", "3000"},
+      {"txtMaxCurrent", "3.5"},  {"txtRatedCurrent", "2"},
   };
-  for (const auto& [field, text, kept] : cases) {
-    EXPECT_EQ(bench.Text(field), text);
-    EXPECT_EQ(bench.Values[kept], std::stof(text)) << field;
+  const Slot kept[] = {
+      RatedPower,       Resistance,       Inductance,    TorqueConstant,    Inertia,
+      BackEmf,          PolePairs,        GearNumerator, GearDenominator,   FollowingErrorLimit,
+      EncoderCounts,    AnalogDeadBand,   AnalogOffset,  AnalogPeakCurrent, AnalogMaxVelocity,
+      PeakCurrentLimit, RatedCurrentLimit};
+  for (std::size_t i = 0; i < std::size(shown); ++i) {
+    EXPECT_EQ(bench.Text(shown[i].first), shown[i].second);
+    EXPECT_EQ(bench.Values[kept[i]], std::stof(shown[i].second)) << shown[i].first;
   }
   EXPECT_EQ(bench.Text("Combo2") + "," + std::to_string(bench.Values[InputSmoothing]),
             "Mode 3,3.000000");

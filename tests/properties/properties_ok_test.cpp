@@ -1,7 +1,4 @@
 // OK of the properties window: checks, options, writes in order, and what a failure leaves.
-#include <gtest/gtest.h>
-
-#include <functional>
 
 #include "params/drive_flags.h"
 #include "properties_bench.h"

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
 #include <utility>
 
 #include "drive_host.h"
@@ -34,8 +33,7 @@ std::string Answers(DriveHost& host, const std::string& requests) {
 
 TEST(Faults, HitTheRequestsTheyWereOrderedForAndCanSpoil) {
   const struct {
-    const char* Order;
-    const char* Expected;
+    const char *Order, *Expected;
   } cases[] = {
       {"bad-crc", "xxxxxxxx"},        {"bad-crc:3", "xxxooooo"},     {"bad-crc:/3", "ooxooxoo"},
       {"bad-crc:@5", "ooooxooo"},     {"silent", "--------"},        {"silent:2", "--oooooo"},

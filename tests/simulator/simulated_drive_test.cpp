@@ -5,7 +5,6 @@
 
 #include <cstdio>
 #include <fstream>
-#include <string>
 
 #include "drive_host.h"
 
@@ -17,27 +16,22 @@ constexpr TimeUs BootUs = 200'000;
 TEST(SimulatedDrive, AnswersAndRefusesAsAModbusSlaveDoes) {
   const struct {
     Request Asked;
-    Bytes Expected;  // without the checksum; empty for silence
+    Bytes Expected;  // without the checksum
   } cases[] = {
-      {{1, 3, 255, 1}, {0x01, 0x03, 0x02, 0x01, 0x84}},
-      {{1, 3, 28, 1}, {0x01, 0x03, 0x02, 0x00, 0x01}},
-      {{1, 6, 2, 1}, {0x01, 0x06, 0x00, 0x02, 0x00, 0x01}},
-      {{1, 3, 0, 0}, {0x01, 0x83, 0x03}},
-      {{1, 3, 855, 2}, {0x01, 0x83, 0x02}},
-      {{1, 6, 256, 1}, {0x01, 0x86, 0x02}},
-      {{1, 6, 253, 1}, {0x01, 0x86, 0x02}},
-      {{1, 6, 16, 2}, {0x01, 0x86, 0x03}},
-      {{1, 4, 0, 1}, {0x01, 0x84, 0x01}},
-      {{2, 3, 0, 1}, {}},
-      {{0, 6, 0, 1}, {}},
+      {{1, 3, 255, 1}, {1, 3, 2, 1, 0x84}}, {{1, 3, 28, 1}, {1, 3, 2, 0, 1}},
+      {{1, 6, 2, 1}, {1, 6, 0, 2, 0, 1}},   {{1, 3, 0, 0}, {1, 0x83, 3}},
+      {{1, 3, 855, 2}, {1, 0x83, 2}},       {{1, 6, 256, 1}, {1, 0x86, 2}},
+      {{1, 6, 253, 1}, {1, 0x86, 2}},       {{1, 6, 16, 2}, {1, 0x86, 3}},
+      {{1, 4, 0, 1}, {1, 0x84, 1}},
   };
   EXPECT_EQ(RequestFrame({1, 3, 255, 1}), (Bytes{0x01, 0x03, 0x00, 0xFF, 0x00, 0x01, 0xB4, 0x3A}));
   DriveHost host;
   for (const auto& [asked, expected] : cases) {
-    EXPECT_EQ(host.Ask(asked), expected.empty() ? Bytes{} : Sealed(expected))
-        << int{asked.Address} << ' ' << int{asked.Function} << ' ' << asked.Register << ' '
-        << asked.Value;
+    EXPECT_EQ(host.Ask(asked), Sealed(expected))
+        << int{asked.Function} << ' ' << asked.Register << ' ' << asked.Value;
   }
+  EXPECT_EQ(host.Ask({2, 3, 0, 1}), Bytes{}) << "to another drive";
+  EXPECT_EQ(host.Ask({0, 6, 0, 1}), Bytes{}) << "to all drives";
   EXPECT_EQ(DriveHost{}.Read(731, 125), Words(125, 0)) << "the end of a memory never recorded to";
   EXPECT_EQ(DriveHost({.Address = 0}).Ask({0, 3, 252, 1}), Sealed({0, 3, 2, 0x01, 0x90}));
 }
@@ -180,10 +174,18 @@ TEST(SimulatedDrive, EepromFileCarriesParametersAndErrorsToTheNextRun) {
   next.Write(Reg::ErrorLog, 1);
   EXPECT_EQ(SimulatedDrive({.EepromPath = path}).Errors().All()[0], 0) << "erased for good";
 
-  std::ofstream(path, std::ios::app) << "noise";
-  DriveHost corrupt({.EepromPath = path});
-  EXPECT_EQ(corrupt.Drive.Registers()[Reg::Resistance], 260);
-  EXPECT_EQ(corrupt.Drive.Errors().All()[0], 0x200);
+  // Taken whole or not at all.
+  std::string digit = EncodeImage(FactoryImage());
+  ASSERT_TRUE(DecodeImage(digit));
+  const std::string half = digit.substr(0, digit.size() / 2);
+  digit[digit.find("P 34 4") + 5] = '5';
+  for (const std::string& text : {digit, half, half + "noise"}) {
+    std::ofstream(path) << text;
+    SimulatedDrive corrupt({.EepromPath = path});
+    EXPECT_EQ(corrupt.Registers()[Reg::PolePairs], 4);
+    EXPECT_EQ(corrupt.Errors().All()[0], 0x200);
+  }
+  EXPECT_FALSE(DecodeImage(""));
   std::remove(path.c_str());
 
   DriveHost unwritable({.EepromPath = testing::TempDir() + "no/such/directory/eeprom"});
@@ -191,37 +193,20 @@ TEST(SimulatedDrive, EepromFileCarriesParametersAndErrorsToTheNextRun) {
   EXPECT_EQ(unwritable.Drive.Errors().All()[0], 0x200);
 }
 
-TEST(SimulatedDrive, EepromTextIsTakenWholeOrNotAtAll) {
-  const std::string good = EncodeImage(FactoryImage());
-  EXPECT_TRUE(DecodeImage(good));
-  std::string oneDigit = good;
-  oneDigit[good.find("P 34 4") + 5] = '5';
-  for (const std::string& bad : {std::string{}, oneDigit, good.substr(0, good.size() / 2)}) {
-    EXPECT_FALSE(DecodeImage(bad)) << bad;
-  }
-}
-
-// A session with faults that draw random bytes: every byte of it with its time.
-std::vector<TimeUs> Session(std::uint32_t seed) {
-  DriveHost host({.Seed = seed});
-  host.Drive.Inject(Fault::Garbage, Hits::Every(3));
-  host.Drive.Inject(Fault::ExtraByte, Hits::Every(4));
-  host.Drive.Inject(Fault::SplitReply, Hits::Only(7));
-  host.Drive.StartMotion(host.Now);
-  host.Write(Reg::ArmRecorder, 200);
-  host.Pass(1'200'000);
-  std::vector<TimeUs> log;
-  for (std::uint16_t i = 0; i < 24; ++i) {
-    const Bytes reply = host.Ask({1, 3, static_cast<std::uint16_t>(256 + 25 * i), 25});
-    log.insert(log.end(), reply.begin(), reply.end());
-    log.push_back(host.RepliedAt);
-  }
-  return log;
-}
-
 TEST(SimulatedDrive, SameSeedAndScriptGiveTheSameBytes) {
-  EXPECT_EQ(Session(5), Session(5));
-  EXPECT_NE(Session(5), Session(6));
+  // Samples, a random byte behind them, and when it came.
+  const auto run = [](std::uint32_t seed) {
+    DriveHost host({.Seed = seed});
+    host.Drive.Inject(Fault::ExtraByte, Hits::All());
+    host.Drive.StartMotion(host.Now);
+    host.Write(Reg::ArmRecorder, 200);
+    host.Pass(1'200'000);
+    const Bytes reply = host.Ask({1, 3, 356, 100});
+    EXPECT_EQ(reply.size(), 206U);
+    return std::tuple{Bytes(reply.begin(), reply.end() - 3), int{reply.back()}, host.RepliedAt};
+  };
+  EXPECT_EQ(run(5), run(5));
+  EXPECT_NE(std::get<1>(run(5)), std::get<1>(run(6)));
 }
 
 }  // namespace

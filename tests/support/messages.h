@@ -2,10 +2,7 @@
 #pragma once
 
 #include <ostream>
-#include <string>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include "platform/common_texts.h"
 #include "support/virtual_world.h"

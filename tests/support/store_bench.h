@@ -2,11 +2,6 @@
 // simulated drive behind COM1 and an engineer at the screen.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <cstdint>
-#include <string>
-
 #include "connect/connect_window.h"
 #include "link/link.h"
 #include "params/bulk_transfer.h"

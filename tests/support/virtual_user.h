@@ -4,9 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <string>
-
 #include "support/virtual_world.h"
 
 namespace gainsmith::test {

@@ -14,11 +14,9 @@
 namespace gainsmith::sim {
 
 struct Move {
-  double Rpm = 300;
-  double TurnsPerS2 = 200;
+  double Rpm = 300, TurnsPerS2 = 200;
   std::int64_t Pulses = 40000;
-  int IntervalMs = 100;
-  int Repeats = 1;
+  int IntervalMs = 100, Repeats = 1;
 };
 
 using Samples = std::vector<double>;
@@ -102,8 +100,8 @@ class ServoBench {
     WaitForRecording();
   }
   void LoadWords(double speed, double acceleration, std::int64_t length, int pause, int repeats) {
-    Write(Reg::SpeedWord, static_cast<int>(std::nearbyint(speed)));
-    Write(Reg::AccelerationWord, static_cast<int>(std::nearbyint(acceleration)));
+    Write(Reg::SpeedWord, static_cast<int>(std::lrint(speed)));
+    Write(Reg::AccelerationWord, static_cast<int>(std::lrint(acceleration)));
     Write(Reg::LengthHigh, static_cast<int>(length / 65536));
     Write(Reg::LengthLow, static_cast<int>(length % 65536));
     Write(Reg::PauseWord, pause);
@@ -116,12 +114,10 @@ inline Samples Part(const Samples& values, int from, int to) {
   return {values.begin() + from, values.begin() + to};
 }
 inline double PeakOf(const Samples& values) {
-  const auto [least, most] = std::minmax_element(values.begin(), values.end());
-  return std::max(std::abs(*least), std::abs(*most));
+  return std::abs(*std::ranges::max_element(values, {}, [](double v) { return std::abs(v); }));
 }
 inline double SpreadOf(const Samples& values) {
-  const auto [least, most] = std::minmax_element(values.begin(), values.end());
-  return *most - *least;
+  return std::ranges::max(values) - std::ranges::min(values);
 }
 inline double MeanOf(const Samples& values) {
   return std::accumulate(values.begin(), values.end(), 0.0) / static_cast<double>(values.size());

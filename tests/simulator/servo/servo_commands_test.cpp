@@ -1,7 +1,6 @@
 // Commands and faults: what moves the motor, what stops it, and what enters the error log.
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <random>
 
 #include "servo_bench.h"

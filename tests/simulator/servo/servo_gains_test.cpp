@@ -1,9 +1,6 @@
 // What the gains and filters do to current and motion, seen through the drive's own recordings.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-
 #include "servo_bench.h"
 
 namespace gainsmith::sim {
@@ -73,8 +70,7 @@ struct Experiment {
   const char* Name;
   double (*Measure)(ServoBench&);
   std::vector<std::pair<Reg, int>> Changed;  // from the factory values
-  double Least;
-  double Most;
+  double Least, Most;
   const char* Motor = "bare-shaft";
 };
 

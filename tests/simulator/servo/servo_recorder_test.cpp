@@ -1,8 +1,6 @@
 // The recorder: layouts, timing, and that each recording fits the move that it shows.
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "servo_bench.h"
 #include "trace/position_reference.h"
 
@@ -23,8 +21,7 @@ void ExpectRecordingFitsReference(const ServoBench& bench) {
     trace.PErrTrace[static_cast<std::size_t>(i)] = bench.Motor.Sample(i);
   }
   RegeneratePositionReference(trace);
-  double shaft = 0;
-  double worst = 0;
+  double shaft = 0, worst = 0;
   const std::size_t filled = trace.SampleDivider > 1 ? 199 : 200;
   for (std::size_t i = 0; i < filled; ++i) {
     shaft += bench.Motor.Sample(200 + static_cast<int>(i));
