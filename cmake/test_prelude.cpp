@@ -1,1 +1,0 @@
-// Carries the precompiled headers of the tests.
