@@ -1,6 +1,8 @@
 // Form3's jog: presses, releases, and what comes between them.
 #include <gtest/gtest.h>
 
+#include <sstream>
+
 #include "tuning/run_window_bench.h"
 
 namespace gainsmith::test {
@@ -81,103 +83,56 @@ TEST_F(JogTest, BothButtonsReleasedMeansStandstill) {
   }
 }
 
-// Two handlers at once: which words go out, and whether the motor turns at the end.
+// Two handlers at once: which words go out to register 9, the last of which is in force. A deed is
+// a time in ms, what is done (+ press, - release, c click, k close), and to what: r and l jog,
+// s starts and stops, w is the window.
 TEST_F(JogTest, TheNewestPressOwnsTheMotor) {
-  Button& cw = Window.Command2;
-  Button& ccw = Window.Command3;
-  Button& start = RunButton;
-  struct Deed {
-    std::int64_t AtMs;
-    char Kind;  // '+' press, '-' release, 'c' click, '!' the line dies, 'k' the window is closed
-    Button* Target = nullptr;
-  };
   const struct {
     const char* What;
-    std::vector<Deed> Deeds;
-    Texts Commands;  // words to register 9
-    int AtEnd;
+    const char* Deeds;
+    std::vector<int> Words;
   } cases[] = {
-      {"tapped, and the other held",
-       {{0, '+', &cw}, {100, '-', &cw}, {300, '+', &ccw}},
-       {"W 9=5"},
-       5},
-      {"tapped, and the other held while the word is in flight",
-       {{0, '+', &cw}, {100, '-', &cw}, {360, '+', &ccw}},
-       {"W 9=1", "W 9=5"},
-       5},
-      {"released, and the other held while the stop word is in flight",
-       {{0, '+', &cw}, {1000, '-', &cw}, {1060, '+', &ccw}},
-       {"W 9=1", "W 9=0", "W 9=5"},
-       5},
-      {"the other pressed before the release",
-       {{0, '+', &cw}, {1000, '+', &ccw}, {1100, '-', &cw}, {3000, '-', &ccw}},
-       {"W 9=1", "W 9=5", "W 9=0"},
-       0},
-      {"the other pressed and released at once, under the release",
-       {{0, '+', &cw}, {1000, '-', &cw}, {1060, '+', &ccw}, {1100, '-', &ccw}},
-       {"W 9=1", "W 9=0", "W 9=5", "W 9=0"},
-       0},
-      {"tapped, and Start at once",
-       {{0, '+', &cw}, {100, '-', &cw}, {150, 'c', &start}},
-       {"W 9=1", "W 9=0"},
-       0},
-      {"released, and Start at once",
-       {{0, '+', &cw}, {1000, '-', &cw}, {1060, 'c', &start}},
-       {"W 9=1", "W 9=0"},
-       0},
-      {"held, and Start", {{0, '+', &cw}, {1000, 'c', &start}}, {"W 9=1"}, 1},
-      {"pressed while Start writes its list", {{0, 'c', &start}, {700, '+', &cw}}, {"W 9=1"}, 1},
-      {"pressed while the run word is in flight",
-       {{0, 'c', &start}, {1930, '+', &cw}, {4000, '-', &cw}},
-       {"W 9=2", "W 9=1", "W 9=0", "W 9=0"},
-       0},
-      {"pressed in the first recording",
-       {{0, 'c', &start}, {2500, '+', &cw}, {4000, '-', &cw}},
-       {"W 9=2", "W 9=1", "W 9=0", "W 9=0"},
-       0},
-      {"pressed while Start writes its gains, and released",
-       {{0, 'c', &start}, {40, '+', &cw}, {1500, '-', &cw}},
-       {"W 9=1", "W 9=0", "W 9=0"},
-       0},
-      {"Stop under a held button",
-       {{0, 'c', &start}, {9000, '+', &cw}, {10000, 'c', &start}, {11000, '-', &cw}},
-       {"W 9=2", "W 9=1", "W 9=0", "W 9=0", "W 9=0"},
-       0},
-      {"pressed while the stop word of a test is in flight",
-       {{0, 'c', &start}, {9000, 'c', &start}, {9250, '+', &cw}},
-       {"W 9=2", "W 9=0", "W 9=1"},
-       1},
-      {"the window closed in a press when both are released",
-       {{0, '+', &cw}, {1000, '+', &ccw}, {1020, '-', &cw}, {1030, '-', &ccw}, {1040, 'k'}},
-       {"W 9=1", "W 9=0"},
-       0},
-      {"the window closed in a press whose other button was released",
-       {{0, '+', &cw}, {1000, '+', &ccw}, {1020, '-', &cw}, {1040, 'k'}, {3000, '-', &ccw}},
-       {"W 9=1", "W 9=0"},
-       0},
+      {"tapped, and the other held", "0+r 100-r 300+l", {5}},
+      {"tapped, and the other held while the word is in flight", "0+r 100-r 360+l", {1, 5}},
+      {"released, and the other held at once", "0+r 1000-r 1060+l", {1, 0, 5}},
+      {"the other pressed before the release", "0+r 1000+l 1100-r 3000-l", {1, 5, 0}},
+      {"the other tapped under the release", "0+r 1000-r 1060+l 1100-l", {1, 0, 5, 0}},
+      {"tapped, and Start at once", "0+r 100-r 150cs", {1, 0}},
+      {"released, and Start at once", "0+r 1000-r 1060cs", {1, 0}},
+      {"held, and Start", "0+r 1000cs", {1}},
+      {"pressed while Start writes its list", "0cs 700+r", {1}},
+      {"pressed while the run word is in flight", "0cs 1930+r 4000-r", {2, 1, 0, 0}},
+      {"pressed in the first recording", "0cs 2500+r 4000-r", {2, 1, 0, 0}},
+      {"tapped while Start writes its gains", "0cs 40+r 1500-r", {1, 0, 0}},
+      {"Stop under a held button", "0cs 9000+r 10000cs 11000-r", {2, 1, 0, 0, 0}},
+      {"pressed while a stop word is in flight", "0cs 9000cs 9250+r", {2, 0, 1}},
+      {"the window closed, both released", "0+r 1000+l 1020-r 1030-l 1040kw", {1, 0}},
+      {"the window closed, one released", "0+r 1000+l 1020-r 1040kw 3000-l", {1, 0}},
   };
+  std::map<char, Button*> buttons{
+      {'r', &Window.Command2}, {'l', &Window.Command3}, {'s', &RunButton}, {'w', nullptr}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.What);
     Open(Window);
     World.Log.Clear();
-    for (const Deed& deed : c.Deeds) {
-      World.At(deed.AtMs, [this, deed] {
-        if (deed.Kind == '+') User.Press(*deed.Target);
-        if (deed.Kind == '-') User.Release(*deed.Target);
-        if (deed.Kind == 'c') (void)User.TryClick(*deed.Target);
-        if (deed.Kind == 'k') User.Close(Window);
+    std::istringstream deeds(c.Deeds);
+    for (std::int64_t atMs = 0; deeds >> atMs;) {
+      char kind = 0;
+      char target = 0;
+      deeds >> kind >> target;
+      World.At(atMs, [this, kind, button = buttons.at(target)] {
+        if (kind == '+') User.Press(*button);
+        if (kind == '-') User.Release(*button);
+        if (kind == 'c') (void)User.TryClick(*button);
+        if (kind == 'k') User.Close(Window);
       });
     }
     // A Start that gave way waits for the release of what is still held.
     World.At(15000, [&] {
-      Texts commands;
-      for (const std::string& frame : TakeFrames()) {
-        if (frame.starts_with("W 9=")) commands.push_back(frame);
-      }
-      EXPECT_EQ(commands, c.Commands);
-      EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], c.AtEnd);
+      EXPECT_EQ(World.Log.Writes(9), c.Words);
+      EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], c.Words.back());
       EXPECT_EQ(RunButton.Caption, "Start");
-      for (Button* button : {&cw, &ccw}) User.Release(*button);
+      for (const char side : {'r', 'l'}) User.Release(*buttons[side]);
     });
     World.RunFor(20000);
     EXPECT_TRUE(Link.LinkIdle);
