@@ -4,8 +4,8 @@
 #include <limits>
 
 #include "desk.h"
-#include "desktop/record_values.h"
 #include "desktop/picture_painter.h"
+#include "desktop/record_values.h"
 
 namespace gainsmith::test {
 namespace {

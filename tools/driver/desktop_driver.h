@@ -13,8 +13,8 @@
 #include <string>
 #include <type_traits>
 
-#include "platform/world.h"
 #include "driver/scripted_dialogs.h"
+#include "platform/world.h"
 
 namespace gainsmith::test {
 
