@@ -5,6 +5,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <cstdlib>
 #include <limits>
 
@@ -50,10 +51,12 @@ bool IsHuge(std::string_view text) {
   if (first >= e) return false;
   const bool negative = text.substr(e).starts_with("e-") || text.substr(e).starts_with("E-");
   text.remove_prefix(std::min(text.size(), text.find_first_of("0123456789", e)));
-  long long exponent = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), exponent);
-  if (error == std::errc::result_out_of_range) return !negative;
-  const auto order = static_cast<long long>(point) - static_cast<long long>(first);
+  // No text is as long as this, so a larger exponent says no more.
+  std::int64_t exponent = std::int64_t{1} << 40;
+  std::int64_t read = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), read);
+  if (error != std::errc::result_out_of_range) exponent = std::min(exponent, read);
+  const auto order = static_cast<std::int64_t>(point) - static_cast<std::int64_t>(first);
   return order + (negative ? -exponent : exponent) > 0;
 }
 

@@ -88,9 +88,13 @@ TEST(NumberText, AFieldIsReadByItsLeadingNumber) {
 
 TEST(NumberText, ANumberBeyondAllRangeIsInfiniteOrZeroByItsSize) {
   const std::string zeros(400, '0');
-  const std::string huge[] = {
-      "1e999",   "1" + zeros, "00" + ("1" + zeros), "1" + zeros + "e-9", "1e99999999999999999999",
-      "0.1e+999"};
+  const std::string huge[] = {"1e999",
+                              "1" + zeros,
+                              "00" + ("1" + zeros),
+                              "1" + zeros + "e-9",
+                              "1e99999999999999999999",
+                              "0.1e+999",
+                              "1e9223372036854775807"};
   const std::string tiny[] = {"1e-999",
                               "0." + zeros + "1",
                               "." + zeros + "1",
