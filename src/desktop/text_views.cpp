@@ -177,7 +177,7 @@ class FilteredEdit final : public QLineEdit {
  private:
   // Whether the field itself has no more to do with the key. Enter that repeats by itself, because
   // it is held down, commits nothing.
-  bool Takes(int key, bool repeats) {
+  bool Takes(int key, bool repeats) const {
     return key == KeyEnter ? repeats || OnEnter() : !Passes(key);
   }
 };

@@ -102,7 +102,7 @@ ControlView* WindowView::ViewOf(const Control& record) const {
   return view == controls_.end() ? nullptr : *view;
 }
 
-void WindowView::PlaceWidget(ControlView& view, const QRect& place) {
+void WindowView::PlaceWidget(ControlView& view, const QRect& place) const {
   QPoint origin(0, 0);
   if (const Control* container = view.Record().Container) {
     if (const ControlView* owner = ViewOf(*container)) origin = owner->PageOrigin();

@@ -58,7 +58,7 @@ class WindowView : public QObject {
   void PostUrgent(std::function<void()> run);
 
   // For control views.
-  void PlaceWidget(ControlView& view, const QRect& place);
+  void PlaceWidget(ControlView& view, const QRect& place) const;
   QColor BackgroundUnder(const Control& record) const;
 
  protected:

@@ -226,6 +226,8 @@ void Form8::AddRows() {
   WriteMarker(false);
 }
 
+// It changes the store, which is this window's own.
+// NOLINTNEXTLINE(readability-make-member-function-const)
 void Form8::DeleteRows() { Data2->DeleteLast(AllRows); }
 
 void Form8::RefreshGrid() {

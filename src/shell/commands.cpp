@@ -160,6 +160,8 @@ void Commands::CloseFile() {
   main_.ShowBaseCaption();
 }
 
+// It changes the scope, whoever owns that.
+// NOLINTNEXTLINE(readability-make-member-function-const)
 void Commands::StartOrStopScope() {
   if (routes_.ScopeCycle->Enabled()) {
     routes_.ScopeCycle->Stop();
