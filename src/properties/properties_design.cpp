@@ -44,9 +44,9 @@ void sysConfigFrm::DesignSignals() {
   };
   struct Group {
     gainsmith::Frame& Box;
-    const char* Name;
-    const char* Caption;
-    bool Parked;
+    const char* Name = nullptr;
+    const char* Caption = nullptr;
+    bool Parked = false;
     std::initializer_list<Choice> Choices;
   };
   const Group groups[] = {
