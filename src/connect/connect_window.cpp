@@ -117,7 +117,13 @@ void Form2::Open() {
   main_.ShowNotice(Notice::Window, "");
   // From the first frame on the drive is taken: nothing else may use it or this button.
   const TransferMark mark(shell_);
-  if (!MakeContact()) {
+  bool reached = false;
+  {
+    const ActivityScope activity(main_, "Making contact");
+    reached = MakeContact();
+  }
+  if (!reached) {
+    TellReason();
     ReportFailure();
     return;
   }
@@ -129,6 +135,24 @@ void Form2::Open() {
   if (world_.IsPortOpen()) {
     main_.mnuPositionLoop.Enabled = true;
     main_.ErrCheck.Enabled = true;
+  }
+}
+
+// The message has one text for all reasons.
+void Form2::TellReason() {
+  const std::string port = "COM" + std::to_string(link_.PortNumber);
+  const std::string behind = world_.DescribePort(link_.PortNumber);
+  if (world_.IsPortOpen()) {
+    main_.TellTrouble(port + ": no drive answers there at " +
+                      FixedText(LeadingNumber(link_.SerialSettings), 0) + " baud as device " +
+                      std::to_string(link_.DeviceAddress) +
+                      ". Check its supply, the cable, the line speed and the device number.");
+  } else if (behind.empty()) {
+    main_.TellTrouble(port +
+                      " could not be opened: there is no such serial port. Plug the adapter in"
+                      " and choose the port that appears.");
+  } else {
+    main_.TellTrouble(port + " could not be opened: " + behind);
   }
 }
 

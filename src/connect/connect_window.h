@@ -55,6 +55,7 @@ struct Form2 : Window {
   void TakeDevice();
   void Open();
   void Close();
+  void TellReason();
   void ReportFailure();
   // Opens the port and reads the drive's three first registers. False when that failed.
   bool MakeContact();

@@ -23,6 +23,7 @@ namespace gainsmith {
 namespace {
 
 constexpr int HeadingHeightPixels = 15;
+constexpr int ElidedIndentPixels = 6;
 
 // A label that can be clicked, by keyboard too.
 class TextLabel final : public QLabel {
@@ -30,7 +31,17 @@ class TextLabel final : public QLabel {
   using QLabel::QLabel;
   std::function<void()> OnClick;
 
+  // Shows as much of the text as there is room for.
+  void SetElided(const QString& text) {
+    whole_ = text;
+    Elide();
+  }
+
  protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QLabel::resizeEvent(event);
+    if (!whole_.isNull()) Elide();
+  }
   void mouseReleaseEvent(QMouseEvent* event) override {
     if (OnClick && rect().contains(event->position().toPoint())) OnClick();
   }
@@ -51,6 +62,13 @@ class TextLabel final : public QLabel {
     option.initFrom(this);
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
   }
+
+ private:
+  void Elide() {
+    const int room = contentsRect().width() - 2 * indent();
+    setText(fontMetrics().elidedText(whole_, Qt::ElideRight, room));
+  }
+  QString whole_;
 };
 
 Qt::Alignment AlignmentOf(const Label& record) {
@@ -72,6 +90,7 @@ class LabelView final : public ControlView {
       : ControlView(window, record, label), record_(record), label_(label) {
     label_->setTextFormat(Qt::PlainText);
     label_->setWordWrap(record.WordWrap);
+    label_->setIndent(record.Elided ? ElidedIndentPixels : 0);
     if (record.OnClick) MakeLink();
     QFont font = label_->font();
     if (record.Heading) {
@@ -83,7 +102,15 @@ class LabelView final : public ControlView {
   }
 
  protected:
-  void ReflectCaption() override { label_->setText(ShownText(record_.Caption)); }
+  void ReflectCaption() override {
+    const QString text = ShownText(record_.Caption);
+    if (!record_.Elided) {
+      label_->setText(text);
+      return;
+    }
+    label_->SetElided(text);
+    if (record_.ToolTip.empty()) label_->setToolTip(text);
+  }
   void ReflectOwn() override {
     const Qt::Alignment alignment = AlignmentOf(record_);
     if (label_->alignment() != alignment) label_->setAlignment(alignment);

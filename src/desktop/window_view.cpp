@@ -197,6 +197,13 @@ void WindowView::Show(QWidget* owner) {
   topLevel_->activateWindow();
 }
 
+void WindowView::TakeArea() {
+  auto* frame = dynamic_cast<FrameWindow*>(&record_);
+  if (frame == nullptr || !topLevel_->isVisible()) return;
+  frame->AreaWidthTwips = TwipsFromPixels(client_->width());
+  frame->AreaHeightTwips = TwipsFromPixels(client_->height());
+}
+
 void WindowView::Detach() {
   if (detached_) return;
   host_.Reflecting = true;

@@ -42,6 +42,8 @@ class WindowView : public QObject {
   ViewHost& Host() const { return host_; }
 
   void Show(QWidget* owner);
+  // Tells a frame window's record how large its area is.
+  void TakeArea();
   void Reflect();
   // Takes the window from the screen for good and lets its widgets be deleted once the handlers
   // that are under way have returned, if no dialog is open; Delete does so when the last is closed.

@@ -95,6 +95,8 @@ struct Label : Control {
   TextAlignment Alignment = TextAlignment::Left;
   bool WordWrap = false;
   bool Heading = false;
+  // A text wider than its place ends in an ellipsis, and is whole in the tool tip.
+  bool Elided = false;
   // A label with a handler is shown as a link.
   std::function<void()> OnClick;
 };
@@ -277,12 +279,17 @@ struct GridColumn {
   bool operator==(const GridColumn&) const = default;
 };
 
-// A read-only table of texts.
+// A read-only table of texts. Copying takes the rows that are selected, or all where none is, with
+// the headings and with tabs between the columns that are shown.
 struct Grid : Control {
   Grid() : Control(ControlKind::Grid) {}
   std::vector<GridColumn> Columns;
   std::vector<std::vector<std::string>> Rows;
+  // Rows that head those below them; they show their first text over the whole width.
+  std::vector<int> HeadingRows;
   int CurrentRow = -1;
+  // Any number of rows can be selected at once; CurrentRow says nothing then.
+  bool ManySelected = false;
 };
 
 // A picture that belongs to the program, by name ("about").

@@ -120,6 +120,9 @@ struct Form3 : Window {
   void Command3_MouseDown() { PressJog(CounterClockwise); }
   void Command3_MouseUp() { ReleaseJog(CounterClockwise); }
 
+  // A jog button is held down.
+  bool JogHeld() const { return jogHeld_[Clockwise] || jogHeld_[CounterClockwise]; }
+
  private:
   // The numbers of the fields at a Start click. The fields stay open to the user while the gains
   // are written; what was checked is what is sent.
@@ -182,7 +185,6 @@ struct Form3 : Window {
   void SendJogWord(const Errand& errand, TextBox& field, Register reg, float word, bool good,
                    const char* fallback);
   void WriteJogStop(const Errand& errand);
-  bool JogHeld() const { return jogHeld_[Clockwise] || jogHeld_[CounterClockwise]; }
   // The last word that went to the drive has set it jogging.
   bool JogInForce() const;
 

@@ -48,7 +48,7 @@ struct Bench {
   void ExpectAtRest() {
     EXPECT_FALSE(tool.shell.BulkTransferRunning);
     EXPECT_FALSE(tool.waiting.Loaded);
-    EXPECT_FALSE(tool.mdiForm1.lblActivity.Visible);
+    EXPECT_EQ(tool.mdiForm1.lblActivity.Caption, "");
     EXPECT_EQ(world.ScreenPointer, MousePointer::Default);
     EXPECT_TRUE(tool.form2.openPort.Enabled);
   }
