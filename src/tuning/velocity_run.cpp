@@ -179,8 +179,8 @@ void velocityModeTune::readdata(const Errand& errand) {
 void velocityModeTune::ShowRecording() {
   trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
   SplitTrace(trace_, link_.ReplyValues, Plot.Description.ChannelCount);
-  trace_.ShowIBak = Check1[IBak].Ticked;
-  trace_.ShowVBak = Check1[VBak].Ticked;
+  trace_.Show[Signal::IBak] = Check1[IBak].Ticked;
+  trace_.Show[Signal::VBak] = Check1[VBak].Ticked;
   Plot.SetAxisLabels();
   Plot.Form_Resize();
 }
