@@ -11,8 +11,6 @@ namespace {
 
 // The end of the plan that is not recorded any more.
 constexpr double UnrecordedMs = 2500;
-constexpr double LargestLength = 2147483647;
-constexpr double LargestCount = 32767;
 
 }  // namespace
 
