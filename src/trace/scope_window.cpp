@@ -238,7 +238,7 @@ void Form5::Check2_Click() {
     world_.ShowMessage({"Please input a value of 100ms - 1s", "Invalid Value", MessageButtons::Ok,
                         MessageIcon::Critical});
     Check2.Ticked = false;
-    Check2_Click();
+    ShowTraces();
   } else {
     ShowSpectrum();
   }
