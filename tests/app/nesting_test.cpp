@@ -10,15 +10,6 @@ namespace {
 constexpr const char* ExitQuestion = "Exit Gainsmith for KVT518?";
 constexpr const char* Downloaded = "New configurations have been downloaded to drive successfully";
 
-// The tool, connected, with nothing logged yet.
-struct ConnectedBench : Bench {
-  ConnectedBench() : Bench({}, Edition::ServiceBench) {
-    Connect();
-    TakeFrames();
-    EXPECT_TRUE(TakeMessages().empty());
-  }
-};
-
 struct Undisturbed {
   explicit Undisturbed(const Transfer& command) {
     ConnectedBench bench;

@@ -7,6 +7,15 @@
 
 namespace gainsmith::test {
 
+// The tool, connected, with nothing logged yet.
+struct ConnectedBench : Bench {
+  ConnectedBench() : Bench({}, Edition::ServiceBench) {
+    Connect();
+    TakeFrames();
+    EXPECT_TRUE(TakeMessages().empty());
+  }
+};
+
 // A command that moves the whole table, as the user gives it to a connected tool.
 struct Transfer {
   const char* Name;

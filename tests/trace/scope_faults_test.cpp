@@ -24,14 +24,14 @@ TEST_F(ScopeFaultTest, AFailedLoadIsToldASecondLaterThoughStartWasClicked) {
   for (const int request : {EncoderRead, KindWrite}) {
     AtRequest(request, [this] { Device.Drive.Inject(sim::Fault::Silent); });
     Open();
-    EXPECT_EQ(TakeMessages(), Texts(request == KindWrite ? 1 : 0, LostLink));
+    EXPECT_EQ(TakeMessages(), Texts(request == KindWrite ? 1 : 0, LostLinkText));
     const std::int64_t failedMs = World.NowMs();
     User.Close(Window);
     EXPECT_TRUE(Window.Visible) << "not while the failure is to be told";
     ClickAfter(500);
     World.RunFor(20'000);
     EXPECT_EQ(toldMs, failedMs + 1000);
-    EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
+    EXPECT_EQ(TakeMessages(), (Texts{LostLinkText}));
     ExpectClosedAndQuiet();
   }
 }
@@ -50,7 +50,7 @@ TEST_F(ScopeFaultTest, AFailureInsideAFailingCycleIsToldOnce) {
       Click();
     });
     World.RunFor(30'000);
-    EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
+    EXPECT_EQ(TakeMessages(), (Texts{LostLinkText}));
     ExpectClosedAndQuiet();
   }
 }

@@ -7,7 +7,7 @@
 namespace gainsmith::test {
 namespace {
 
-const TuningBench::Texts OneCycle{"W 20=200", "R 28", "upload 12"};
+const Texts OneCycle{"W 20=200", "R 28", "upload 12"};
 
 float Peak(const TraceArray& trace) {
   return *std::max_element(trace.begin(), trace.end(),

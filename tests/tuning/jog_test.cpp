@@ -153,7 +153,7 @@ TEST_F(JogTest, AReleaseStillStopsWhenTheLineIsLostUnderTheNextPress) {
   World.RunFor(20000);
   EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
   EXPECT_EQ(TakeFrames().back(), "W 9=0");
-  EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
+  EXPECT_EQ(TakeMessages(), (Texts{LostLinkText}));
 }
 
 // Also where the press waits below the message: its own stop word would come too late.

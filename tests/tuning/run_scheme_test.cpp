@@ -11,8 +11,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = TuningBench::Texts;
-
 template <typename WindowBench>
 class RunSchemeTest : public ::testing::Test {};
 
@@ -144,7 +142,7 @@ TYPED_TEST(RunSchemeTest, ARecordingThatNeverCompletesIsGivenUp) {
   on.User.Click(on.RunButton);
   const Texts frames = on.TakeFrames();
   EXPECT_EQ(std::count(frames.begin(), frames.end(), "R 28"), 17);
-  EXPECT_EQ(on.TakeMessages(), (Texts{LostLink}));
+  EXPECT_EQ(on.TakeMessages(), (Texts{LostLinkText}));
   EXPECT_FALSE(on.Window.Loaded);
   EXPECT_TRUE(on.Trace.TraceReadFailed);
 }
