@@ -62,6 +62,8 @@ std::function<void()> Choosing(WindowView& view, Record& record) {
   };
 }
 
+// As deep as the record's menus, which are a few.
+// NOLINTNEXTLINE(misc-no-recursion)
 void AddMenuItem(Bars& bars, WindowView& view, QWidget& parent, MenuItem& item) {
   if (item.Caption == "-") {
     auto* separator = new QAction(&parent);

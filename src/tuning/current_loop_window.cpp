@@ -2,6 +2,7 @@
 #include "tuning/current_loop_window.h"
 
 #include "platform/number_text.h"
+#include "trace/capture.h"
 
 namespace gainsmith {
 namespace {
@@ -119,7 +120,7 @@ void Form1::cmdTest_Click() {
   if (valid && written) {
     Samples.fill(0);
     for (int first = 0; first < CurrentSamples; first += BlockSamples) {
-      ReadCurrentBlock(errand, Register::Samples + first, BlockSamples - 1);
+      ReadCurrentBlock(errand, first, BlockSamples - 1);
       if (errand.Over()) return;
     }
     Plot.ShowTrace(Samples, TestCurrentA, Picture1);
@@ -154,15 +155,9 @@ bool Form1::WriteStep(const Errand& errand, Register reg, float value, bool clos
   return Stands(sent) && !errand.Over();
 }
 
-void Form1::ReadCurrentBlock(const Errand& errand, Register reg, int lastOffset) {
-  const auto count = static_cast<float>(lastOffset + 1);
-  const Sent sent = link_.Exchange(errand, Function::Read, reg, count, {.ClosingWait = false});
+void Form1::ReadCurrentBlock(const Errand& errand, int offset, int lastOffset) {
+  const Sent sent = ReadTraceBlock(link_, errand, offset, lastOffset, Samples);
   if (sent == Sent::Lost) ReportFailure(errand);
-  if (sent != Sent::Taken) return;
-  const auto first = static_cast<std::size_t>(reg) - static_cast<std::size_t>(Register::Samples);
-  for (int i = 0; i <= lastOffset; ++i) {
-    Samples[first + static_cast<std::size_t>(i)] = link_.ReplyValues[static_cast<std::size_t>(i)];
-  }
 }
 
 void Form1::ReportFailure(const Errand& errand) {

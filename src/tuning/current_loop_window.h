@@ -62,7 +62,8 @@ struct Form1 : Window {
   // the window was closed meanwhile.
   bool WriteTestSetup(const Errand& errand, const Entries& entries);
   bool WriteStep(const Errand& errand, Register reg, float value, bool closingWait = true);
-  void ReadCurrentBlock(const Errand& errand, Register reg, int lastOffset);
+  // The samples from `offset` on.
+  void ReadCurrentBlock(const Errand& errand, int offset, int lastOffset);
   void ReportFailure(const Errand& errand);
   // The number in a field.
   double Number(Field field) const;

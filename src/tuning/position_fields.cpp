@@ -45,9 +45,6 @@ const GainRegister* GainOf(std::size_t index) {
   return nullptr;
 }
 
-constexpr double LargestCount = 32767;
-constexpr double LargestDistance = 2147483647;
-
 }  // namespace
 
 bool Form3::ReadGains(const Errand& errand) {
@@ -167,10 +164,10 @@ bool Form3::ValidateWords(const Entries& entries) {
       LargestWord) {
     return tooHigh(Acceleration, "acceleration", accelFirst * accelSecond / counts);
   }
-  if (entries.Text1[Distance] > LargestDistance) {
+  if (entries.Text1[Distance] > LargestLength) {
     return RefuseField(Text1[Distance],
-                       "The distance is more than the drive can take: it takes at most "
-                       "2147483647 pulses. Nothing was sent.");
+                       "The distance is more than the drive can take: it takes at most " +
+                           FixedText(LargestLength, 0) + " pulses. Nothing was sent.");
   }
   if (!PackWord(SplitLength(entries.Text1[Distance]).Low)) {
     return RefuseField(Text1[Distance],

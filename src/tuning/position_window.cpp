@@ -1,6 +1,9 @@
 // Form3: opening, closing, channels and colours.
 #include "tuning/position_window.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "platform/common_texts.h"
 #include "platform/number_text.h"
 #include "trace/capture.h"
@@ -83,26 +86,15 @@ bool Form3::Form_Unload() {
 }
 
 void Form3::Check1_Click(Channel channel) {
-  const bool ticked = Check1[channel].Ticked;
-  switch (channel) {
-    case IBak:
-      trace_.ShowIBak = ticked;
-      break;
-    case VBak:
-      trace_.ShowVBak = ticked;
-      break;
-    case PErr:
-      trace_.ShowPErr = ticked;
-      break;
-    case PBak:
-      trace_.ShowPBak = ticked;
-      break;
-    case PRef:
-      trace_.ShowPRef = ticked;
-      break;
-    default:
-      return;
-  }
+  constexpr std::pair<Channel, Signal> channelsWithData[] = {{IBak, Signal::IBak},
+                                                             {VBak, Signal::VBak},
+                                                             {PErr, Signal::PErr},
+                                                             {PBak, Signal::PBak},
+                                                             {PRef, Signal::PRef}};
+  const auto* const live =
+      std::ranges::find(channelsWithData, channel, &std::pair<Channel, Signal>::first);
+  if (live == std::end(channelsWithData)) return;
+  trace_.Show[live->second] = Check1[channel].Ticked;
   if (!Plot.CaptureHaveData) return;
   Plot.PickPositionSource();
   Plot.SetAxisLabels();

@@ -126,8 +126,8 @@ void velocityModeTune::WriteGainNow(std::size_t gain) {
 }
 
 void velocityModeTune::Check1_Click(Channel channel) {
-  if (channel == IBak) trace_.ShowIBak = Check1[IBak].Ticked;
-  if (channel == VBak) trace_.ShowVBak = Check1[VBak].Ticked;
+  if (channel == IBak) trace_.Show[Signal::IBak] = Check1[IBak].Ticked;
+  if (channel == VBak) trace_.Show[Signal::VBak] = Check1[VBak].Ticked;
   Plot.SetAxisLabels();
   Plot.Form_Resize();
 }

@@ -19,7 +19,6 @@
 namespace gainsmith::test {
 
 struct Bench {
-  using Texts = test::Texts;
   explicit Bench(sim::DriveOptions options = {}, Edition edition = Edition::Standard)
       : device(std::move(options)), tool(world, edition) {
     world.Devices[1] = &device;

@@ -10,7 +10,6 @@ namespace {
 
 using sim::Fault;
 using sim::Hits;
-using Texts = std::vector<std::string>;
 
 const Message NoContact{
     "Unable to Communicate with the Drive. Check your connection and confirm you have selected the "

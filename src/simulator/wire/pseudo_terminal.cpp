@@ -114,7 +114,7 @@ std::optional<int> PseudoTerminal::HostBaud() const {
   return baud;
 }
 
-std::vector<std::uint8_t> PseudoTerminal::ReadAll() {
+std::vector<std::uint8_t> PseudoTerminal::ReadAll() const {
   std::vector<std::uint8_t> bytes;
   std::array<std::uint8_t, 256> part{};
   for (;;) {
@@ -124,7 +124,7 @@ std::vector<std::uint8_t> PseudoTerminal::ReadAll() {
   }
 }
 
-void PseudoTerminal::Write(std::span<const std::uint8_t> bytes) {
+void PseudoTerminal::Write(std::span<const std::uint8_t> bytes) const {
   while (!bytes.empty()) {
     const ssize_t count = write(handle_, bytes.data(), bytes.size());
     if (count <= 0) return;
@@ -132,7 +132,7 @@ void PseudoTerminal::Write(std::span<const std::uint8_t> bytes) {
   }
 }
 
-void PseudoTerminal::Flush() {
+void PseudoTerminal::Flush() const {
   if (handle_ >= 0) tcflush(handle_, TCIOFLUSH);
 }
 

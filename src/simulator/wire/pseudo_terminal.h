@@ -34,11 +34,11 @@ class PseudoTerminal {
   std::optional<int> HostBaud() const;
 
   // The bytes that wait, without blocking.
-  std::vector<std::uint8_t> ReadAll();
+  std::vector<std::uint8_t> ReadAll() const;
   // Hands bytes to the host, without blocking: what does not fit is lost, as on a line.
-  void Write(std::span<const std::uint8_t> bytes);
+  void Write(std::span<const std::uint8_t> bytes) const;
   // Drops what waits in both directions.
-  void Flush();
+  void Flush() const;
 
  private:
   bool OpenPair();
