@@ -1,6 +1,7 @@
 // What is known of the drive, in words.
 #include "app/drive_watch.h"
 
+#include <algorithm>
 #include <string>
 
 #include "params/parameter_table.h"
@@ -31,6 +32,12 @@ std::string InWords(Function function, Register reg) {
   return (function == Function::Read ? "reading register " : "writing register ") + number;
 }
 
+bool IsSetting(Register reg) {
+  const auto rows = ParameterRows();
+  return std::any_of(rows.begin(), rows.end(),
+                     [reg](const ParameterRow& row) { return row.Source == reg; });
+}
+
 bool IsJog(Register reg, std::uint16_t word) {
   return reg == Register::PositionCommand && word != 2;
 }
@@ -39,9 +46,9 @@ bool IsJog(Register reg, std::uint16_t word) {
 
 DriveWatch::DriveWatch(World& world, Link& link, MDIForm1& main)
     : world_(world), link_(link), main_(main) {
-  link_.OnTaken = [this](Register reg, float value) {
+  link_.OnTaken = [this](Register reg) {
     if (reg == Register::StoreEeprom) stored_ = Stored::Yes;
-    if (KindOf(Function::Write, reg, value) == WordKind::Setting) stored_ = Stored::No;
+    if (IsSetting(reg)) stored_ = Stored::No;
   };
   link_.OnLost = [this](Function function, Register reg, int frames) {
     if (!world_.IsPortOpen()) return;

@@ -206,7 +206,7 @@ Sent Link::End(const Word& word, Sent sent, int frames) {
       lastWrites_[word.Target].Word == word.Number) {
     command->second.Acknowledged = true;
   }
-  if (word.Function == Function::Write) OnTaken(word.Target, word.Value);
+  if (word.Function == Function::Write) OnTaken(word.Target);
   return sent;
 }
 

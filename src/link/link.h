@@ -147,7 +147,7 @@ class Link {
 
   // Told of each write that the drive has taken, and of each exchange that was lost with nothing
   // refused. May neither wait nor show anything.
-  std::function<void(Register reg, float value)> OnTaken = [](Register, float) {};
+  std::function<void(Register reg)> OnTaken = [](Register) {};
   std::function<void(Function function, Register reg, int frames)> OnLost = [](Function, Register,
                                                                                int) {};
 

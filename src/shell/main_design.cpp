@@ -164,7 +164,7 @@ void MDIForm1::PlaceStrip(int widthTwips, int topTwips) {
   constexpr int LineTwips = 15;
   constexpr int TextTwips = 345;
   constexpr int BarTwips = 60;
-  constexpr std::array<int, 5> Shares{285, 240, 240, 125, 110};
+  constexpr std::array<int, 5> Shares{280, 262, 252, 118, 88};
   linStrip[0].Place(0, topTwips, widthTwips, LineTwips);
   int share = 0;
   for (std::size_t i = 0; i < lblStrip.size(); ++i) {
