@@ -53,8 +53,14 @@ void ControlView::Reflect() {
   const bool foreChanged = Changed(foreColor_, record_.ForeColor);
   if (backChanged || foreChanged) ReflectColours();
   ReflectOwn();
-  if (Changed(enabled_, record_.Enabled)) widget_->setEnabled(record_.Enabled);
-  if (Changed(visible_, record_.Visible)) widget_->setVisible(record_.Visible);
+  if (Changed(enabled_, record_.Enabled)) {
+    if (!record_.Enabled) window_.HoldFocusOf(*widget_);
+    widget_->setEnabled(record_.Enabled);
+  }
+  if (Changed(visible_, record_.Visible)) {
+    if (!record_.Visible) window_.HoldFocusOf(*widget_);
+    widget_->setVisible(record_.Visible);
+  }
 }
 
 void ControlView::ReflectPlace() {

@@ -126,9 +126,28 @@ void WindowView::Reflect() {
   }
   ReflectWindow();
   for (ControlView* view : controls_) view->Reflect();
+  ReturnFocus();
   if (reflectBars_) reflectBars_();
   if (!TakesInput(host_.TheWorld, record_)) {
     for (ControlView* view : controls_) view->LetGo();
+  }
+}
+
+// Otherwise the window system would pass it on to the next field, and what the user goes on typing
+// with it.
+void WindowView::HoldFocusOf(const QWidget& leaving) {
+  QWidget* focus = topLevel_->focusWidget();
+  if (focus == nullptr || (focus != &leaving && !leaving.isAncestorOf(focus))) return;
+  focusHome_ = focus;
+  topLevel_->setFocus(Qt::OtherFocusReason);
+}
+
+void WindowView::ReturnFocus() {
+  if (!focusHome_) return;
+  if (topLevel_->focusWidget() != topLevel_) {
+    focusHome_.clear();
+  } else if (focusHome_->isEnabled() && focusHome_->isVisibleTo(topLevel_)) {
+    std::exchange(focusHome_, nullptr)->setFocus(Qt::OtherFocusReason);
   }
 }
 

@@ -60,6 +60,9 @@ class WindowView : public QObject {
   // For control views.
   void PlaceWidget(ControlView& view, const QRect& place) const;
   QColor BackgroundUnder(const Control& record) const;
+  // The widget is about to be disabled or hidden: the keyboard, where it or something in it has it,
+  // goes to no other control meanwhile, and comes back to it unless it was given elsewhere.
+  void HoldFocusOf(const QWidget& leaving);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -73,6 +76,7 @@ class WindowView : public QObject {
   void ForgetAll();
   void ReflectColours();
   void MoveToPlace();
+  void ReturnFocus();
 
   ViewHost& host_;
   Window& record_;
@@ -87,6 +91,8 @@ class WindowView : public QObject {
   std::optional<MousePointer> pointer_;
   std::optional<QRect> place_;
   qint64 paletteKey_ = 0;
+  // Had the keyboard when it was taken out of reach.
+  QPointer<QWidget> focusHome_;
 };
 
 }  // namespace gainsmith
