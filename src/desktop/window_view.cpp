@@ -1,8 +1,10 @@
 // WindowView: building, placing and reflecting a window.
 #include "desktop/window_view.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QScreen>
 #include <QWindow>
@@ -247,8 +249,27 @@ void WindowView::PostUrgent(std::function<void()> run) {
   host_.Queue.Post(std::move(action));
 }
 
+// Keys come here that the control with the keyboard has no use for.
+bool WindowView::PressByKey(int key) const {
+  const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (!enter && key != Qt::Key_Escape) return false;
+  for (ControlView* view : controls_) {
+    if (view->Record().Kind != ControlKind::Button || !WithinReach(view->Record())) continue;
+    const auto& button = static_cast<const Button&>(view->Record());
+    if (!(enter ? button.Default : button.Cancel)) continue;
+    static_cast<QAbstractButton&>(view->Widget()).click();
+    return true;
+  }
+  return false;
+}
+
 bool WindowView::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != topLevel_ || event->type() != QEvent::Close || detached_) return false;
+  if (watched != topLevel_ || detached_) return false;
+  if (event->type() == QEvent::KeyPress) {
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    return !key.isAutoRepeat() && PressByKey(key.key());
+  }
+  if (event->type() != QEvent::Close) return false;
   event->ignore();
   UserAction action;
   action.Run = [&world = host_.TheWorld, &record = record_] { world.Unload(record); };

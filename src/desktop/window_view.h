@@ -77,6 +77,8 @@ class WindowView : public QObject {
   void ReflectColours();
   void MoveToPlace();
   void ReturnFocus();
+  // The key presses the window's default or cancel button. False: it means nothing to the window.
+  bool PressByKey(int key) const;
 
   ViewHost& host_;
   Window& record_;

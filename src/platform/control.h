@@ -136,6 +136,10 @@ struct Button : Control {
   Button() : Control(ControlKind::Button) {}
   // A colour swatch shows its BackColor over its whole area.
   bool Swatch = false;
+  // Enter presses the button from wherever Enter means nothing else, and it looks like it; Esc
+  // presses the other. At most one of each in a window is in reach.
+  bool Default = false;
+  bool Cancel = false;
   std::function<void()> OnClick;
   // Press and release by any mouse button or by the keyboard. OnRelease follows each OnPress
   // exactly once: losing the focus, the window or the mouse grab counts as release.

@@ -209,6 +209,33 @@ TEST_F(InputTest, FocusComesHomeToAButtonThatWasDisabled) {
   EXPECT_TRUE(has("Form.Command3"));
 }
 
+TEST_F(InputTest, EnterAndEscPressTheirButtonsWhereTheyMeanNothingElse) {
+  button.OnClick = [&] { log.push_back("default"); };
+  jog.OnClick = [&] { log.push_back("cancel"); };
+  inside.OnClick = [&] { log.push_back("own"); };
+  field.OnKeyPress = [&](int key) {
+    if (key == KeyEnter) log.push_back("committed");
+    return true;
+  };
+  const auto keys = [&](const char* focus) {
+    driver.Find(focus)->setFocus();
+    log.clear();
+    driver.Key("Form", Qt::Key_Escape);
+    driver.HoldKey("Form", Qt::Key_Return, 3);
+    driver.Settle();
+    return log;
+  };
+  EXPECT_EQ(keys("Form.Combo1"), Lines{}) << "a window without such buttons";
+  button.Default = jog.Cancel = true;
+  driver.Settle();
+  EXPECT_EQ(keys("Form.Combo1"), (Lines{"cancel", "default"}));
+  EXPECT_EQ(keys("Form.Command3"), (Lines{"cancel", "own"}));
+  EXPECT_EQ(keys("Form.Text1(0)"), (Lines{"cancel", "committed"}));
+  button.Enabled = jog.Enabled = false;
+  driver.Settle();
+  EXPECT_EQ(keys("Form.Combo1"), Lines{});
+}
+
 TEST_F(InputTest, FocusGivenBeforeTheWindowIsShownOrTheFieldEnabled) {
   ASSERT_TRUE(world.Unload(window));
   other.Enabled = false;

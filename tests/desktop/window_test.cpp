@@ -1,5 +1,6 @@
 // Windows as a whole: every control named and in reach, nothing clipped, light and dark; a main
 // window with bars.
+#include <QApplication>
 #include <QImage>
 
 #include "desk.h"
@@ -106,6 +107,7 @@ TEST_F(WindowTest, BarsFollowTheirRecords) {
   FrameWindow frame;
   frame.Name = "Main";
   MenuItem file, open, hidden;
+  file.Name = "mnuFile";
   open.Name = "mnuFileOpen";
   open.Shortcut = "Ctrl+O";
   open.OnClick = [&] { log.push_back("open"); };
@@ -128,6 +130,9 @@ TEST_F(WindowTest, BarsFollowTheirRecords) {
     Key("Main", Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(log, (Lines{"tool", "open"}));
   }
+  Key("Main", Qt::Key_F10);
+  EXPECT_TRUE(driver.IsShown("Main.mnuFile"));
+  QApplication::activePopupWidget()->close();
   frame.Caption = "Torvane Gainsmith for KVT518 - [a.tvd]";
   driver.Settle();
   EXPECT_EQ(driver.TextOf("Main"), frame.Caption);
