@@ -65,10 +65,10 @@ void ControlView::Reflect() {
 
 void ControlView::ReflectPlace() {
   // Edges are rounded, not lengths, so that neighbours stay neighbours.
-  const int left = PixelsFromTwips(record_.LeftTwips);
-  const int top = PixelsFromTwips(record_.TopTwips);
-  const QRect place(left, top, PixelsFromTwips(record_.LeftTwips + record_.WidthTwips) - left,
-                    PixelsFromTwips(record_.TopTwips + record_.HeightTwips) - top);
+  const int left = window_.Pixels(record_.LeftTwips);
+  const int top = window_.Pixels(record_.TopTwips);
+  const QRect place(left, top, window_.Pixels(record_.LeftTwips + record_.WidthTwips) - left,
+                    window_.Pixels(record_.TopTwips + record_.HeightTwips) - top);
   if (Changed(place_, place)) window_.PlaceWidget(*this, place);
 }
 

@@ -95,6 +95,9 @@ struct Label : Control {
   TextAlignment Alignment = TextAlignment::Left;
   bool WordWrap = false;
   bool Heading = false;
+  // A text that is wider than its label is drawn narrower, and all the labels of its array that are
+  // as wide alike: the columns of an axis, whose digits grow with the zoom.
+  bool Squeeze = false;
   // A label with a handler is shown as a link.
   std::function<void()> OnClick;
 };

@@ -7,7 +7,7 @@ namespace {
 
 constexpr int LabelHeightTwips = 240;
 constexpr int GapTwips = 45;
-constexpr int LeftColumnTwips = 720;
+constexpr int LeftColumnTwips = 750;
 constexpr int Divisions = AxisLabels - 1;
 
 struct Column {
@@ -29,6 +29,7 @@ void AddColumn(Window& window, Control& frame, LabelColumn& labels, const PlotPl
   for (int i = 0; i < AxisLabels; ++i) {
     Label& label = labels[static_cast<std::size_t>(i)];
     AddLabel(window, frame, label, column.Name + ("(" + std::to_string(i) + ")"), column.Alignment);
+    label.Squeeze = true;
     const int line = place.TopTwips + place.HeightTwips * (Divisions - i) / Divisions;
     label.Place(column.LeftTwips, line - LabelHeightTwips / 2, column.WidthTwips, LabelHeightTwips);
   }

@@ -2,6 +2,7 @@
 // window with bars.
 #include <QApplication>
 #include <QImage>
+#include <QScreen>
 
 #include "desk.h"
 #include "desktop/look.h"
@@ -75,6 +76,30 @@ TEST_F(WindowTest, WhatIsClippedOrOverlapsIsFound) {
                        "Form.lblLink: ", "Form.lblNote: ", "Form.Command1: "};
   ASSERT_EQ(faults.size(), expected.size()) << testing::PrintToString(faults);
   for (std::size_t i = 0; i < faults.size(); ++i) EXPECT_TRUE(faults[i].starts_with(expected[i]));
+}
+
+TEST_F(WindowTest, AWindowLargerThanTheScreenIsDrawnSmallerAndWhole) {
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  // The controls fill it once more as high as the screen is.
+  window.LeftTwips = 9000;
+  window.ClientWidthTwips = 12000;
+  window.ClientHeightTwips = 2 * 15 * screen.height();
+  for (Control* control : window.Controls) {
+    if (control->Container != nullptr) continue;
+    control->Place(control->LeftTwips, control->TopTwips * 5, 3000, control->HeightTwips);
+  }
+  start.Place(9900, window.ClientHeightTwips - 600, 1500, 450);
+  Show();
+  const QWidget& form = *driver.Find("Form");
+  EXPECT_TRUE(screen.contains(form.frameGeometry())) << "moved, too";
+  EXPECT_NEAR(form.height(), screen.height(), 60);
+  EXPECT_NEAR(form.width(), 400, 24);
+  EXPECT_EQ(LayoutFaults(form), Lines{});
+  EXPECT_EQ(window.ClientHeightTwips, 2 * 15 * screen.height()) << "the record keeps its size";
+  bool clicked = false;
+  start.OnClick = [&] { clicked = true; };
+  Click("Form.Command1");
+  EXPECT_TRUE(clicked);
 }
 
 TEST_F(WindowTest, EveryControlIsNamedAndReachableByTab) {
