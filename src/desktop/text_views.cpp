@@ -198,6 +198,11 @@ class FilteredEdit final : public QLineEdit {
       insert(Passing(QApplication::clipboard()->text()));
       return;
     }
+    if (event->matches(QKeySequence::Copy) && !hasSelectedText()) {
+      // There is more to copy in the window.
+      event->ignore();
+      return;
+    }
     const int key = KeyOf(*event);
     if (key == 0 || !Takes(key, event->isAutoRepeat())) QLineEdit::keyPressEvent(event);
   }

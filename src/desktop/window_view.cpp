@@ -289,6 +289,11 @@ void WindowView::PostUrgent(std::function<void()> run) {
   host_.Queue.Post(std::move(action));
 }
 
+bool WindowView::Copy() const {
+  return std::any_of(controls_.begin(), controls_.end(),
+                     [](ControlView* view) { return view->Widget().isVisible() && view->Copy(); });
+}
+
 // Keys come here that the control with the keyboard has no use for.
 bool WindowView::PressByKey(int key) const {
   const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
@@ -307,6 +312,7 @@ bool WindowView::eventFilter(QObject* watched, QEvent* event) {
   if (watched != topLevel_ || detached_) return false;
   if (event->type() == QEvent::KeyPress) {
     const auto& key = *static_cast<QKeyEvent*>(event);
+    if (key.matches(QKeySequence::Copy)) return Copy();
     return !key.isAutoRepeat() && PressByKey(key.key());
   }
   if (event->type() != QEvent::Close) return false;

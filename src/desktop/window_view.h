@@ -87,6 +87,8 @@ class WindowView : public QObject {
   void ReturnFocus();
   // The key presses the window's default or cancel button. False: it means nothing to the window.
   bool PressByKey(int key) const;
+  // Of the controls on show the first that has something to copy.
+  bool Copy() const;
 
   ViewHost& host_;
   Window& record_;

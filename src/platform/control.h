@@ -257,6 +257,9 @@ struct PictureBox : Control {
   std::function<void(int button, float x, float y)> OnMouseDown;
   std::function<void(int button, float x, float y)> OnMouseMove;
   std::function<void(int button, float x, float y)> OnMouseUp;
+  // The user copies the picture: what it shows as text for a spreadsheet; empty: there is nothing
+  // to copy. Only answers.
+  std::function<std::string()> OnCopy;
 };
 
 // A round signal lamp in its BackColor.

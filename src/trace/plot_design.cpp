@@ -56,6 +56,9 @@ void DesignPlot(Window& window, Control& frame, Plot& plot, const PlotPlace& pla
   plot.Picture1.Place(place.LeftTwips, place.TopTwips, place.WidthTwips, place.HeightTwips);
   plot.Picture1.BackColor = PlotGround;
   plot.Picture1.AccessibleName = "Plot of the last recording";
+  plot.Picture1.ToolTip =
+      "Drag to zoom in, click to zoom out.\n"
+      "Ctrl+C copies the picture and, for a spreadsheet, the samples with their score.";
 
   const int right = place.LeftTwips + place.WidthTwips;
   const int velocityLeft = right + GapTwips;
