@@ -32,8 +32,14 @@ void Form2::Form_Load() {
   Combo1[BaudList].Choose(open ? openedBaud_ : 2);
   Combo1[DeviceList].Choose(open ? link_.DeviceAddress : 1);
   if (!open) TakeChoices();
-  openPort.Caption = open ? "Close" : "Open";
+  ShowAction(open ? "Close" : "Open");
   Combo1[PortList].Enabled = !open;
+}
+
+// Enter opens; it never closes a connection in use.
+void Form2::ShowAction(const char* caption) {
+  openPort.Caption = caption;
+  openPort.Default = openPort.Caption == "Open";
 }
 
 void Form2::FillLists() {
@@ -102,7 +108,7 @@ void Form2::openPort_Click() {
 
 void Form2::Close() {
   link_.ClosePort();
-  openPort.Caption = "Open";
+  ShowAction("Open");
   Combo1[PortList].Enabled = true;
   main_.DisableDriveMenus();
   main_.DisableToolbarButtons();
@@ -127,7 +133,7 @@ void Form2::Open() {
     ReportFailure();
     return;
   }
-  openPort.Caption = "Close";
+  ShowAction("Close");
   openPort.Enabled = true;
   Combo1[PortList].Enabled = true;
   world_.Hide(*this);
@@ -163,7 +169,7 @@ void Form2::ReportFailure() {
        "Communication Error", MessageButtons::Ok, MessageIcon::Critical});
   if (world_.IsPortOpen()) link_.ClosePort();
   // The dialog may have been opened anew meanwhile, over a port that was open then.
-  openPort.Caption = "Open";
+  ShowAction("Open");
   Combo1[PortList].Enabled = true;
   main_.ShowPort("");
   DescribePorts();

@@ -49,6 +49,7 @@ struct Form2 : Window {
 
  private:
   void Design();
+  void ShowAction(const char* caption);
   void FillLists();
   void DescribePorts();
   void TakeChoices();

@@ -149,7 +149,7 @@ class GridView final : public ControlView {
     table_->setWordWrap(false);
     table_->verticalHeader()->hide();
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table_->verticalHeader()->setDefaultSectionSize(GridRowHeightPixels);
+    table_->verticalHeader()->setDefaultSectionSize(window.Scaled(GridRowHeightPixels));
     table_->horizontalHeader()->setHighlightSections(false);
     table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     table_->horizontalHeader()->setStretchLastSection(true);
@@ -192,7 +192,7 @@ class GridView final : public ControlView {
     for (int i = 0; i < table_->columnCount(); ++i) {
       const int widthTwips = record_.Columns[static_cast<std::size_t>(i)].WidthTwips;
       table_->setColumnHidden(i, widthTwips == 0);
-      if (widthTwips != 0) table_->setColumnWidth(i, PixelsFromTwips(widthTwips));
+      if (widthTwips != 0) table_->setColumnWidth(i, Owner().Pixels(widthTwips));
     }
   }
   void ReflectRows() {

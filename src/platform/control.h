@@ -97,6 +97,9 @@ struct Label : Control {
   bool Heading = false;
   // A text wider than its place ends in an ellipsis, and is whole in the tool tip.
   bool Elided = false;
+  // A text that is wider than its label is drawn narrower, and all the labels of its array that are
+  // as wide alike: the columns of an axis, whose digits grow with the zoom.
+  bool Squeeze = false;
   // A label with a handler is shown as a link.
   std::function<void()> OnClick;
 };
@@ -138,6 +141,10 @@ struct Button : Control {
   Button() : Control(ControlKind::Button) {}
   // A colour swatch shows its BackColor over its whole area.
   bool Swatch = false;
+  // Enter presses the button from wherever Enter means nothing else, and it looks like it; Esc
+  // presses the other. At most one of each in a window is in reach.
+  bool Default = false;
+  bool Cancel = false;
   std::function<void()> OnClick;
   // Press and release by any mouse button or by the keyboard. OnRelease follows each OnPress
   // exactly once: losing the focus, the window or the mouse grab counts as release.
@@ -252,6 +259,9 @@ struct PictureBox : Control {
   std::function<void(int button, float x, float y)> OnMouseDown;
   std::function<void(int button, float x, float y)> OnMouseMove;
   std::function<void(int button, float x, float y)> OnMouseUp;
+  // The user copies the picture: what it shows as text for a spreadsheet; empty: there is nothing
+  // to copy. Only answers.
+  std::function<std::string()> OnCopy;
 };
 
 // A round signal lamp in its BackColor.

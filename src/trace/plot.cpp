@@ -38,6 +38,11 @@ Plot::Plot(const PlotDescription& description, TraceState& trace, const bool& li
   Picture1.OnMouseDown = [this](int button, float x, float y) { Picture1_MouseDown(button, x, y); };
   Picture1.OnMouseMove = [this](int button, float x, float y) { Picture1_MouseMove(button, x, y); };
   Picture1.OnMouseUp = [this](int button, float x, float y) { Picture1_MouseUp(button, x, y); };
+  Picture1.OnCopy = [this] {
+    if (Picture1.Lines.empty()) return std::string();
+    return RecordingText(trace_, Description.ChannelCount, Description.FollowsTest,
+                         Notes ? Notes() : RunNotes{});
+  };
   Open();
 }
 

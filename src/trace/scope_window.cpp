@@ -26,6 +26,7 @@ Form5::Form5(World& world, Link& link, ParameterStore& params, ShellState& shell
 }
 
 void Form5::ConnectEvents() {
+  Plot.Notes = [this] { return RunNotes{{}, PeaksOf(trace_)}; };
   Command1.OnClick = [this] { Command1_Click(); };
   for (const Channel channel : {Current, Velocity, PositionError}) {
     Check1[channel].OnClick = [this, channel] { Check1_Click(channel); };

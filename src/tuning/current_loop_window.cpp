@@ -3,6 +3,7 @@
 
 #include "platform/number_text.h"
 #include "trace/capture.h"
+#include "trace/copy_text.h"
 
 namespace gainsmith {
 namespace {
@@ -27,6 +28,7 @@ void Form1::ConnectEvents() {
   cmdTest.OnClick = [this] { cmdTest_Click(); };
   DataSource.OnTimer = [this] { DataSource_Timer(); };
   for (TextBox& text : Text1) text.OnLostFocus = [this] { Text1_LostFocus(); };
+  Picture1.OnCopy = [this] { return CopiedText(); };
   Picture1.OnMouseDown = [this](int button, float x, float y) {
     if (link_.LinkIdle) Plot.MouseDown(button, x, y);
   };
@@ -36,6 +38,20 @@ void Form1::ConnectEvents() {
   Picture1.OnMouseUp = [this](int button, float x, float y) {
     if (link_.LinkIdle) Plot.MouseUp(button, x, y);
   };
+}
+
+std::string Form1::CopiedText() const {
+  if (!Plot.HasTrace()) return {};
+  RunNotes notes{{{"Kp", PlainText(tested_.Kp), ""},
+                  {"Ki", PlainText(tested_.Ki), ""},
+                  {"Test Current", PlainText(tested_.TestCurrentA), "A"}},
+                 {}};
+  if (Plot.TestCurrent != 0) {
+    notes.Score =
+        ScoreLines(ScoreStep(Plot.MeasuredCurrent, 0, Plot.TestCurrent, 1), "A", "samples");
+  }
+  const SampleColumn column{"Current (A)", Plot.MeasuredCurrent};
+  return CopyText(notes, "Sample", 1, {&column, 1});
 }
 
 double Form1::Number(Field field) const { return LeadingNumber(Text1[field].Text); }
@@ -115,7 +131,8 @@ void Form1::cmdTest_Click() {
   cmdTest.Enabled = false;
   Pointer = MousePointer::Hourglass;
   const bool valid = ValidateTestFields();
-  const bool written = WriteTestSetup(errand, TakeEntries());
+  const Entries entries = TakeEntries();
+  const bool written = WriteTestSetup(errand, entries);
   if (errand.Over()) return;
   if (valid && written) {
     Samples.fill(0);
@@ -124,6 +141,7 @@ void Form1::cmdTest_Click() {
       if (errand.Over()) return;
     }
     Plot.ShowTrace(Samples, TestCurrentA, Picture1);
+    tested_ = entries;
     DataSource.Start();
     link_.LinkIdle = true;
   }

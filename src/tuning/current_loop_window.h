@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 
 #include "link/link.h"
 #include "params/parameter_store.h"
@@ -53,6 +54,8 @@ struct Form1 : Window {
     float TestCurrentA;
   };
   Entries TakeEntries() const;
+  // The trace with what it was made with, for a spreadsheet; empty without one.
+  std::string CopiedText() const;
 
   bool ReadGain(const Errand& errand, Register reg, Field field, Slot slot);
   // Reports the first bad field, corrects it and gives false.
@@ -72,6 +75,8 @@ struct Form1 : Window {
   Link& link_;
   ParameterStore& params_;
   ShellState& shell_;
+  // Of the trace that is shown.
+  Entries tested_{};
 };
 
 }  // namespace gainsmith

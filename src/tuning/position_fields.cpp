@@ -228,4 +228,24 @@ bool Form3::WriteChangedGains(const Errand& errand, const Entries& entries) {
   return WriteKaff(errand, entries);
 }
 
+RunNotes Form3::NotesOfRun() const {
+  RunNotes notes;
+  const auto add = [&](const gainsmith::Frame& frame, std::span<const GainRegister> gains) {
+    for (const GainRegister& gain : gains) {
+      notes.Settings.push_back({frame.Caption + " " + Label1[gain.Index].Caption,
+                                PlainText(GainCopies[gain.Index]), ""});
+    }
+  };
+  add(Frame5, HighGains);
+  notes.Settings.push_back({Frame5.Caption + " " + Label7.Caption, PlainText(KaffCopy), ""});
+  add(Frame6, LowPositionGains);
+  add(Frame6, LowVelocityGains);
+  for (const Field field : {Velocity, Acceleration, Distance, Interval, RepeatTimes}) {
+    const auto value = static_cast<float>(entries_.Text1[field]);
+    notes.Settings.push_back({Label1[field].Caption, PlainText(value), ""});
+  }
+  notes.Score = MoveScoreOf(trace_, params_[Slot::InPosition]);
+  return notes;
+}
+
 }  // namespace gainsmith

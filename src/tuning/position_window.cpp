@@ -28,6 +28,7 @@ Form3::Form3(World& world, Link& link, ParameterStore& params, ShellState& shell
 }
 
 void Form3::ConnectEvents() {
+  Plot.Notes = [this] { return NotesOfRun(); };
   for (Button& button : Command1) button.OnClick = [this] { Command1_Click(); };
   DataSource.OnTimer = [this] { DataSource_Timer(); };
   err.OnTimer = [this] { Run.err_Timer(); };

@@ -152,6 +152,8 @@ struct Form3 : Window {
   bool WriteFieldIfChanged(const Errand& errand, const Entries& entries, std::size_t index);
   bool WriteKaff(const Errand& errand, const Entries& entries);
   float* RememberedOf(std::size_t index);
+  // The gains in the drive, the motion of the last Start, and how well it was followed.
+  RunNotes NotesOfRun() const;
 
   // position_run.cpp
   void ShowCaption(const char* caption);

@@ -46,6 +46,9 @@ void velocityModeTune::StartTest(const Errand& errand) {
   ShowCaption(RunScheme::StopCaption);
   EnableMotionFields(false);
   sentGains_.clear();
+  for (const Field field : {TopSpeed, Acceleration, RunningTime, Interval, RepeatTimes}) {
+    motion_[field] = Number(field);
+  }
   if (!Run.Exchange(errand, Function::Read, Register::EncoderCounts, 1)) return;
   trace_.EncoderCounts = link_.Raw();
   params_[Slot::EncoderCounts] = trace_.EncoderCounts;
