@@ -34,7 +34,11 @@ void Axis::Configure(const RegisterBank& registers) {
   highSpeedGains_ = ReadHighSpeedGains(registers);
   lowSpeedGains_ = ReadLowSpeedGains(registers);
   followingLimitPulses_ = registers[Reg::FollowingErrorLimit];
-  countsPerTurn_ = std::max<double>(1.0, registers[Reg::EncoderCounts]);
+  const double countsPerTurn = std::max<double>(1.0, registers[Reg::EncoderCounts]);
+  // The last position stays unless the pulse itself becomes another: what the shaft has moved since
+  // then would be lost, and look like a jolt.
+  if (countsPerTurn == countsPerTurn_) return;
+  countsPerTurn_ = countsPerTurn;
   pulsesPerRad_ = countsPerTurn_ / RadPerTurn;
   rpmPerPps_ = 60.0 / countsPerTurn_;
   lastFinePosition_ = std::floor(motor_.AngleRad() * pulsesPerRad_ * EdgeTimingSteps);

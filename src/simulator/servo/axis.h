@@ -25,7 +25,8 @@ class Axis {
  public:
   explicit Axis(const MotorPreset& preset) : preset_(preset) {}
 
-  // Takes all parameters; the state of motor and loops stays.
+  // Takes all parameters; the state of motor and loops stays, so that the motor notices nothing of
+  // a value that it had already.
   void Configure(const RegisterBank& registers);
   // Forgets what the controllers have integrated: to be called before power comes on.
   void ResetControllers();
@@ -53,7 +54,7 @@ class Axis {
   OverloadGuard guard_;
   MotionGains highSpeedGains_;
   MotionGains lowSpeedGains_;
-  double countsPerTurn_ = 1.0;
+  double countsPerTurn_ = 0.0;
   double pulsesPerRad_ = 1.0;
   double rpmPerPps_ = 1.0;
   double followingLimitPulses_ = 0.0;

@@ -9,7 +9,7 @@
 
 namespace gainsmith::sim {
 
-constexpr double CurrentPeriodS = 62.5e-6;  // 16 Hz
+constexpr double CurrentPeriodS = 62.5e-6;  // 16 kHz
 constexpr double CountsPerAmpere = 1024.0;
 
 // The winding as the drive knows it from its registers.

@@ -111,6 +111,24 @@ TEST(ServoCommands, JammedMotorFallsBackToRatedCurrentAndThenFails) {
   EXPECT_FALSE(bench.Motor.Moving());
 }
 
+// Each parameter rewritten with the value that it has, in full motion, against a twin that is left
+// alone.
+TEST(ServoCommands, AWriteThatChangesNothingMovesNothing) {
+  ServoBench bench, twin;
+  for (ServoBench* one : {&bench, &twin}) {
+    one->Load({.Rpm = 3000});
+    one->Write(Reg::Trap1WidthHz, 50);
+    one->Command(Reg::PositionCommand, 1, 1000);
+  }
+  for (const FactoryValue& parameter : FactoryParameters()) {
+    bench.PassMs(0.75);
+    twin.PassMs(0.75);
+    bench.Write(parameter.Register, bench.Registers[parameter.Register]);
+    EXPECT_EQ(bench.Rpm(), twin.Rpm()) << static_cast<int>(parameter.Register);
+    EXPECT_EQ(bench.Motor.CurrentA(), twin.Motor.CurrentA());
+  }
+}
+
 TEST(ServoCommands, CurrentStepTakesTheMotorOverAndMotionTakesItBack) {
   ServoBench bench;
   bench.Load({});
