@@ -46,6 +46,7 @@ void Servo::Advance(TimeUs now) {
     const bool nothingHappens = resting_ && !motion_ && recorder_.Idle();
     if (nothingHappens) {
       nextTickUs_ += (now - nextTickUs_) / TickUs * TickUs;
+      recorder_.Rested();
       continue;
     }
     Tick();
@@ -65,7 +66,8 @@ void Servo::Tick() {
   }
   recorder_.Tick({.PositionPulses = axis_.PositionPulses(),
                   .ErrorPulses = static_cast<double>(axis_.ErrorPulses()),
-                  .CurrentCounts = CurrentA() * CountsPerAmpere});
+                  .CurrentCounts = CurrentA() * CountsPerAmpere,
+                  .ReferenceMoves = commandedPps_ != 0.0});
   if (motion_ && motion_->Finished()) EndMotion();
 }
 
@@ -190,6 +192,7 @@ void Servo::TakeParameters() {
   stillTicks_ = 0;
   if (axis_.CountsPerTurn() == countsBefore) return;
   // The same shaft angle is another position now.
+  recorder_.Rested();
   if (motion_) EndMotion();
   commandedPulses_ = originPulses_ = static_cast<double>(axis_.PositionPulses());
   commandedPps_ = 0.0;

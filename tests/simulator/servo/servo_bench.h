@@ -78,6 +78,7 @@ class ServoBench {
   Samples StepA() const { return Channel(0, 200, 1 / 1024.0); }
   Samples CurrentA() const { return Channel(VelocityFrom() + 200, 200, 1 / 1024.0); }
 
+  double NowMs() const { return static_cast<double>(NowUs) / 1000; }
   double Position() const { return static_cast<double>(Motor.ShaftPositionPulses()); }
   double Rpm() const { return Motor.ShaftSpeedRpm(); }
 
