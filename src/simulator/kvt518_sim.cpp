@@ -39,6 +39,11 @@ class Program {
 
   // Runs until interrupted or told to quit. Gives the exit code.
   int Run() {
+    const std::string problem = EepromFile(options_.Drive.EepromPath).Problem();
+    if (!problem.empty()) {
+      std::fprintf(stderr, "kvt518-sim: %s\n", problem.c_str());
+      return 1;
+    }
     if (!OpenTerminal()) return 1;
     while (interrupted == 0 && !quit_) {
       WaitForWork();
@@ -47,7 +52,7 @@ class Program {
       if (drive_.Moving()) drive_.Advance(Now());
       for (const std::string& event : drive_.TakeEvents()) Say(event);
     }
-    return 0;
+    return failed_ ? 1 : 0;
   }
 
  private:
@@ -99,11 +104,11 @@ class Program {
       if (Now() < *reopenAt_) return;
       reopenAt_.reset();
       drive_.Reconnect();
-      if (!OpenTerminal()) quit_ = true;
+      if (!OpenTerminal()) failed_ = quit_ = true;
       return;
     }
     ServeHost();
-    for (const std::uint8_t byte : terminal_.ReadAll()) drive_.Receive(byte, Now());
+    for (const std::uint8_t byte : terminal_.ReadSome()) drive_.Receive(byte, Now());
     const std::vector<std::uint8_t> bytes = drive_.Transmit(Now());
     if (hasHost_) terminal_.Write(bytes);
     if (drive_.HungUp()) {
@@ -194,6 +199,7 @@ class Program {
   bool inputReady_ = false;
   std::string input_;
   bool quit_ = false;
+  bool failed_ = false;
 };
 
 void SetUpSignals() {

@@ -42,6 +42,21 @@ std::string_view CommandName(Reg reg) {
 
 std::string Number(std::uint32_t number) { return std::to_string(number); }
 
+std::optional<Refusal> ReasonToRefuse(const Request& write) {
+  if (write.Register >= BankEnd) return Refusal::IllegalRegister;
+  switch (static_cast<Reg>(write.Register)) {
+    case Reg::Identity:
+    case Reg::RecorderStatus:
+      return Refusal::IllegalRegister;
+    case Reg::ErrorLog:
+      return write.Value > 1 ? std::optional(Refusal::IllegalValue) : std::nullopt;
+    case Reg::StoreEeprom:
+      return write.Value != 1 ? std::optional(Refusal::IllegalValue) : std::nullopt;
+    default:
+      return std::nullopt;
+  }
+}
+
 }  // namespace
 
 SimulatedDrive::SimulatedDrive(DriveOptions options)
@@ -57,14 +72,17 @@ SimulatedDrive::SimulatedDrive(DriveOptions options)
   SetPowerUpState(registers_);
   servo_.TakeParameters();
   log_.Restore(image_.Log);
-  if (found == EepromFile::Found::Corrupt) RaiseError(DriveError::Eeprom);
+  if (found == EepromFile::Found::Corrupt) {
+    Note("EEPROM file damaged and set aside");
+    RaiseError(DriveError::Eeprom);
+  }
 }
 
 void SimulatedDrive::Receive(std::uint8_t byte, TimeUs now) {
-  const TimeUs at = line_.Arrival(now);
-  if (hungUp_ || at < bootedAt_) return;
-  const std::optional<Request> request = feeder_.Feed(byte, at);
-  if (request && request->Address == options_.Address) Serve(*request, at);
+  const std::optional<TimeUs> at = line_.Arrival(now);
+  if (hungUp_ || !at || *at < bootedAt_) return;
+  const std::optional<Request> request = feeder_.Feed(byte, *at);
+  if (request && request->Address == options_.Address) Serve(*request, *at);
 }
 
 std::vector<std::uint8_t> SimulatedDrive::Transmit(TimeUs now) { return line_.Take(now); }
@@ -229,20 +247,17 @@ std::uint32_t SimulatedDrive::WatchValue(Reg reg) const {
 }
 
 SimulatedDrive::Answer SimulatedDrive::Write(const Request& request) {
+  std::string event = "write " + Number(request.Register) + " = " + Number(request.Value);
+  if (const auto refusal = ReasonToRefuse(request)) {
+    Note(event + " refused");
+    return {RefusalReply(request, *refusal)};
+  }
   Answer done{WriteReply(request)};
-  if (request.Register >= BankEnd) return {RefusalReply(request, Refusal::IllegalRegister)};
   const auto reg = static_cast<Reg>(request.Register);
   const std::string_view command = CommandName(reg);
-  if (!command.empty()) {
-    Note("write " + Number(request.Register) + " = " + Number(request.Value) + ": " +
-         std::string(command));
-  }
+  if (!command.empty()) Note(event.append(": ").append(command));
   switch (reg) {
-    case Reg::Identity:
-    case Reg::RecorderStatus:
-      return {RefusalReply(request, Refusal::IllegalRegister)};
     case Reg::ErrorLog:
-      if (request.Value > 1) return {RefusalReply(request, Refusal::IllegalValue)};
       if (request.Value == 0) log_.EraseCurrent();
       if (request.Value == 1) log_.EraseAll();
       SaveImage();

@@ -12,7 +12,8 @@ TimeUs PacedLine::CharactersUs(std::size_t count) const {
   return (bitsUs + baud_ - 1) / baud_;
 }
 
-TimeUs PacedLine::Arrival(TimeUs now) {
+std::optional<TimeUs> PacedLine::Arrival(TimeUs now) {
+  if (paced_ && inFreeAt_ - now >= CharactersUs(MostWaiting)) return std::nullopt;
   inFreeAt_ = std::max(now, inFreeAt_) + CharactersUs(1);
   return inFreeAt_;
 }
