@@ -26,7 +26,7 @@ void Interrupt(int) { interrupted = 1; }
 
 // A terminal without a host reports a hang-up at once and always, so it is asked now and then.
 constexpr TimeUs HostPollUs = 10'000;
-// While the motor moves, its faults are looked for so often.
+// While the motor is not at rest, it is looked after so often.
 constexpr TimeUs MotionPollUs = 20'000;
 // How long the device stays away after a hang-up.
 constexpr TimeUs AwayUs = 2'000'000;
@@ -49,7 +49,7 @@ class Program {
       WaitForWork();
       ServeInput();
       ServeLine();
-      if (drive_.Moving()) drive_.Advance(Now());
+      if (drive_.Busy()) drive_.Advance(Now());
       for (const std::string& event : drive_.TakeEvents()) Say(event);
     }
     return failed_ ? 1 : 0;
@@ -80,7 +80,7 @@ class Program {
     TimeUs at = now + 3'600'000'000;
     if (reopenAt_) at = std::min(at, *reopenAt_);
     if (!reopenAt_ && !hasHost_) at = std::min(at, now + HostPollUs);
-    if (drive_.Moving()) at = std::min(at, now + MotionPollUs);
+    if (drive_.Busy()) at = std::min(at, now + MotionPollUs);
     if (const auto transmitAt = drive_.NextTransmitAt()) at = std::min(at, *transmitAt);
     return at;
   }

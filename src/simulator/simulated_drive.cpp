@@ -65,8 +65,7 @@ SimulatedDrive::SimulatedDrive(DriveOptions options)
       line_(options_.Baud, options_.Paced),
       random_(options_.Seed),
       servo_(
-          registers_, [this](DriveError error) { RaiseError(error); }, options_.Motor,
-          options_.Seed) {
+          registers_, [this](Trip trip) { TripOut(trip); }, options_.Motor, options_.Seed) {
   const EepromFile::Found found = file_.Load(image_);
   registers_ = image_.Stored;
   SetPowerUpState(registers_);
@@ -115,6 +114,11 @@ void SimulatedDrive::StopMotion(TimeUs now) {
   servo_.StopBackgroundMotion(clock_);
 }
 
+void SimulatedDrive::PlugEncoder(bool on, TimeUs now) {
+  Advance(now);
+  servo_.PlugEncoder(on, clock_);
+}
+
 void SimulatedDrive::Reconnect() {
   hungUp_ = false;
   feeder_.Clear();
@@ -125,6 +129,11 @@ void SimulatedDrive::RaiseError(DriveError error) {
   log_.Add(error);
   Note("error " + std::string(NameOf(error)));
   SaveImage();
+}
+
+void SimulatedDrive::TripOut(Trip trip) {
+  Note("trip " + std::string(NameOf(trip)) + ": no power until reset or erased");
+  RaiseError(ErrorOf(trip));
 }
 
 std::vector<std::string> SimulatedDrive::TakeEvents() { return std::exchange(events_, {}); }
@@ -260,6 +269,7 @@ SimulatedDrive::Answer SimulatedDrive::Write(const Request& request) {
     case Reg::ErrorLog:
       if (request.Value == 0) log_.EraseCurrent();
       if (request.Value == 1) log_.EraseAll();
+      servo_.ClearTrip();
       SaveImage();
       return done;
     case Reg::StoreEeprom:
@@ -267,6 +277,7 @@ SimulatedDrive::Answer SimulatedDrive::Write(const Request& request) {
       return {WriteReply(request), options_.EepromStoreUs};
     case Reg::FilterSwitch:
       filterOff_ = request.Value != 0;
+      servo_.UseTraps(!filterOff_);
       return done;
     default:
       registers_[reg] = request.Value;

@@ -60,15 +60,19 @@ class SimulatedDrive {
   // command takes over.
   void StartMotion(TimeUs now, const BackgroundMotion& motion = {});
   void StopMotion(TimeUs now);
-  // Whether the motor turns or is about to: time then has work to do.
+  // Whether the motor turns or is about to.
   bool Moving() const { return servo_.Moving(); }
+  // Whether anything may happen by itself as time passes.
+  bool Busy() const { return servo_.Busy(); }
+  // The encoder's plug: off is a trip at once when the motor has power.
+  void PlugEncoder(bool on, TimeUs now);
   const Servo& Motor() const { return servo_; }
 
   // The working values. Writing here has none of the effects of a request: commands do not run,
   // and the motor takes parameters over only with a later write to one of them.
   RegisterBank& Registers() { return registers_; }
   const ErrorLog& Errors() const { return log_; }
-  // Register 254 as written: true when its filter is switched off.
+  // Register 254 as written: true when the trap filters are switched off.
   bool FilterOff() const { return filterOff_; }
 
   // Faults count the requests that follow. Injecting a fault again replaces its earlier order.
@@ -104,6 +108,7 @@ class SimulatedDrive {
   std::uint32_t WatchValue(Reg reg) const;
   void StoreParameters();
   void SaveImage();
+  void TripOut(Trip trip);
   void Note(std::string event);
 
   DriveOptions options_;

@@ -10,11 +10,12 @@
 namespace gainsmith::test {
 namespace {
 
-// Where the shaft was, by the velocity words, less where the picture's feedback says it was.
+// Where the shaft was, by the velocity words from where it stood at first, less where the picture's
+// feedback says it was.
 double WorstDisagreement(const TraceState& trace) {
   const double pulsesPerSample =
       trace.EncoderCounts * trace.SampleDivider * 0.5 / 60'000.0;  // at 1 rpm
-  double shaft = 0;
+  double shaft = trace.PBakTrace[0] - trace.VBakTrace[0] * pulsesPerSample;
   double worst = 0;
   for (std::size_t i = 0; i < 199; ++i) {
     shaft += trace.VBakTrace[i] * pulsesPerSample;
