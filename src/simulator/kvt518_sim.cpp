@@ -34,7 +34,7 @@ constexpr TimeUs AwayUs = 2'000'000;
 class Program {
  public:
   explicit Program(const SimOptions& options) : options_(options), drive_(options.Drive) {
-    for (const FaultOrder& order : options.Faults) drive_.Inject(order.Kind, order.When);
+    for (const FaultOrder& order : options.Faults) drive_.Inject(order);
   }
 
   // Runs until interrupted or told to quit. Gives the exit code.
@@ -50,7 +50,7 @@ class Program {
       ServeInput();
       ServeLine();
       if (drive_.Busy()) drive_.Advance(Now());
-      for (const std::string& event : drive_.TakeEvents()) Say(event);
+      for (const std::string& event : drive_.TakeEvents()) Tell(event);
     }
     return failed_ ? 1 : 0;
   }
@@ -63,6 +63,11 @@ class Program {
 
   void Say(const std::string& text) const {
     std::printf("%10.3f  %s\n", static_cast<double>(Now()) / 1e6, text.c_str());
+  }
+
+  // What passes on the link.
+  void Tell(const std::string& text) const {
+    if (!options_.Quiet) Say(text);
   }
 
   bool OpenTerminal() {
@@ -123,16 +128,20 @@ class Program {
     const bool hadHost = hasHost_;
     hasHost_ = terminal_.HasHost();
     if (hadHost && !hasHost_) {
-      Say("host gone");
+      Tell("host gone");
       terminal_.Flush();
       hostBaud_ = 0;
     }
     if (!hasHost_) return;
     const int baud = terminal_.HostBaud().value_or(options_.Drive.Baud);
     if (hadHost && baud == hostBaud_) return;
-    Say((hadHost ? "host changes to " : "host connected at ") + std::to_string(baud) + " baud");
+    Tell((hadHost ? "host changes to " : "host connected at ") + std::to_string(baud) + " baud");
     hostBaud_ = baud;
-    if (options_.FollowHostBaud) drive_.SetBaud(baud);
+    if (options_.FollowHostBaud) {
+      drive_.SetBaud(baud);
+    } else {
+      drive_.SetHostBaud(baud);
+    }
   }
 
   void ServeInput() {
@@ -162,7 +171,7 @@ class Program {
     } else if (command == "fault") {
       const auto order = ParseFault(count.empty() ? name : name + ":" + count);
       if (!order) return Say("no such fault: " + line);
-      drive_.Inject(order->Kind, order->When);
+      drive_.Inject(*order);
     } else if (command == "error") {
       const auto error = DriveErrorNamed(name);
       if (!error) return Say("no such error: " + line);
@@ -176,6 +185,9 @@ class Program {
       drive_.StartMotion(Now(), motion);
     } else if (command == "stop") {
       drive_.StopMotion(Now());
+    } else if (command == "encoder") {
+      if (name != "off" && name != "on") return Say("encoder off or on: " + line);
+      drive_.PlugEncoder(name == "on", Now());
     } else if (command == "reset") {
       drive_.Reset(Now());
     } else if (command == "help") {
@@ -185,7 +197,7 @@ class Program {
     } else {
       return Say("no such command: " + line);
     }
-    Say("console " + line);
+    Tell("console " + line);
   }
 
   const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <random>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -76,7 +77,8 @@ class SimulatedDrive {
   bool FilterOff() const { return filterOff_; }
 
   // Faults count the requests that follow. Injecting a fault again replaces its earlier order.
-  void Inject(Fault fault, Hits hits = Hits::All()) { faults_.Inject({fault, hits}); }
+  void Inject(Fault fault, Hits hits = Hits::All()) { faults_.Inject({fault, hits, {}}); }
+  void Inject(const FaultOrder& order) { faults_.Inject(order); }
   void ClearFaults() { faults_.Clear(); }
   // Puts an error into the log, as the drive itself would.
   void RaiseError(DriveError error);
@@ -84,10 +86,13 @@ class SimulatedDrive {
   // True from a hang-up fault on: the device is gone, bytes to it are lost, until Reconnect.
   bool HungUp() const { return hungUp_; }
   void Reconnect();
-  void SetBaud(int baud) { line_.SetBaud(baud); }
+  // The speed of both ends.
+  void SetBaud(int baud);
+  // The speed of the host's end alone. Where it is not the drive's, both hear garbage.
+  void SetHostBaud(int baud) { hostBaud_ = baud; }
 
-  // What happened since the last call, one line each without an end of line: commands, faults,
-  // errors. Keeps the latest thousand.
+  // What happened since the last call, one line each without an end of line: writes, requests with
+  // a bad check, faults, trips, errors. Keeps the latest thousand.
   std::vector<std::string> TakeEvents();
 
  private:
@@ -97,16 +102,20 @@ class SimulatedDrive {
   };
 
   void Serve(const Request& request, TimeUs at);
-  Answer Execute(const Request& request);
+  Answer Execute(const Request& request, const FaultSet& faults);
   Answer Read(const Request& request) const;
   Answer Write(const Request& request);
   void Send(const Answer& answer, const FaultSet& faults, TimeUs at);
   bool StrikesBeforeExecution(const FaultSet& faults, TimeUs at);
+  void SpeakUnasked(const Request& request, const FaultSet& faults, TimeUs at);
+  void SendBytes(std::span<const std::uint8_t> bytes, TimeUs at, int baud);
 
   std::uint16_t ReadWord(unsigned number) const;
   // What the watch address of which `reg` is a half shows, negative numbers in two's complement.
   std::uint32_t WatchValue(Reg reg) const;
+  void LoadImage();
   void StoreParameters();
+  void LosePowerInStore(TimeUs at);
   void SaveImage();
   void TripOut(Trip trip);
   void Note(std::string event);
@@ -122,7 +131,9 @@ class SimulatedDrive {
   std::mt19937 random_;
   Servo servo_;
   TimeUs clock_ = 0;  // how far the motor has been run
-  TimeUs bootedAt_ = 0;
+  TimeUs deafUntil_ = 0;
+  int baud_;
+  int hostBaud_;
   bool filterOff_ = false;
   bool hungUp_ = false;
   std::vector<std::string> events_;

@@ -163,9 +163,24 @@ TEST(SimulatedDrive, TellsOfCommandsFaultsAndErrors) {
   host.Read(0);
   host.Read(0);
   host.Drive.RaiseError(DriveError::Phase);
+  host.Drive.PlugEncoder(false, host.Now);
+  host.Send({1, 3, 0, 0, 0, 1, 0xFF, 0x00, 0xAA});
   EXPECT_EQ(host.Drive.TakeEvents(),
             (std::vector<std::string>{"write 2 = 1: current step", "write 16 = 2 refused",
-                                      "fault bad-crc", "error phase"}));
+                                      "write 0 = 1000", "fault bad-crc", "error phase",
+                                      "bad request 01 03 00 00 00 01 FF 00"}));
+  // The current step had taken the power off.
+  host.Write(Reg::PositionCommand, 1);
+  host.Write(Reg::PositionCommand, 1);
+  host.Write(Reg::ErrorLog, 1);
+  host.Drive.PlugEncoder(true, host.Now);
+  host.Write(Reg::PositionCommand, 1);
+  EXPECT_EQ(host.Drive.TakeEvents(),
+            (std::vector<std::string>{
+                "write 9 = 1: position command",
+                "trip encoder-loss: no power until reset or erased", "error encoder",
+                "write 9 = 1: position command", "motion refused after trip encoder-loss",
+                "write 16 = 1: erase errors", "write 9 = 1: position command"}));
   EXPECT_TRUE(host.Drive.TakeEvents().empty());
 }
 

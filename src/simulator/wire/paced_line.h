@@ -20,6 +20,9 @@ class PacedLine {
   // Holds for bytes handed over from now on. The rate must be above 0.
   void SetBaud(int baud) { baud_ = baud; }
 
+  // How many characters fill a time; on a line that is not paced, as many as at its rate.
+  std::size_t CharactersIn(TimeUs duration) const;
+
   // When a byte handed to the line now has arrived with its last bit. A pseudo-terminal takes bytes
   // faster than any line: while MostWaiting characters wait for their turn, the byte is lost, as it
   // would be in a full buffer, and nothing is given.
