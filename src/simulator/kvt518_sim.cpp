@@ -28,6 +28,9 @@ void Interrupt(int) { interrupted = 1; }
 constexpr TimeUs HostPollUs = 10'000;
 // While the motor is not at rest, it is looked after so often.
 constexpr TimeUs MotionPollUs = 20'000;
+// Bytes are handed over to the host in lots of so long, as serial adapters do it, and the last one
+// of a reply at its time.
+constexpr TimeUs HandOverUs = 1'000;
 // How long the device stays away after a hang-up.
 constexpr TimeUs AwayUs = 2'000'000;
 
@@ -86,7 +89,9 @@ class Program {
     if (reopenAt_) at = std::min(at, *reopenAt_);
     if (!reopenAt_ && !hasHost_) at = std::min(at, now + HostPollUs);
     if (drive_.Busy()) at = std::min(at, now + MotionPollUs);
-    if (const auto transmitAt = drive_.NextTransmitAt()) at = std::min(at, *transmitAt);
+    if (const auto nextAt = drive_.NextTransmitAt()) {
+      at = std::min({at, *nextAt + HandOverUs, drive_.AllTransmittedAt()});
+    }
     return at;
   }
 

@@ -50,6 +50,8 @@ class SimulatedDrive {
   std::vector<std::uint8_t> Transmit(TimeUs now);
   // When Transmit will next have something to give, if nothing more is received.
   std::optional<TimeUs> NextTransmitAt() const { return line_.NextAt(); }
+  // When it will have given all of it. Only while there is something to give.
+  TimeUs AllTransmittedAt() const { return line_.AllAt(); }
 
   // Runs the motor up to the time given, so that its faults show. Requests do that by themselves.
   void Advance(TimeUs now);

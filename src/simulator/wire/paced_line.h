@@ -38,6 +38,8 @@ class PacedLine {
 
   // When the next byte will have left, or nothing when none is queued.
   std::optional<TimeUs> NextAt() const;
+  // When all that is queued will have left. Only while something is queued.
+  TimeUs AllAt() const { return queue_.back().LeftAt; }
 
   // Drops what is queued and forgets what is under way.
   void Clear();
