@@ -12,8 +12,8 @@ namespace {
 
 constexpr auto Presets = std::to_array<MotorPreset>({
     {.Name = "screw-table",
-     .Description = "a table on a screw, seven and a half times the rotor's inertia",
-     .LoadInertiaRatio = 7.5,
+     .Description = "a table on a screw, eight times the rotor's inertia",
+     .LoadInertiaRatio = 8.0,
      .ViscousNmPerRadPerSec = 3e-4,
      .CoulombNm = 0.03},
     {.Name = "bare-shaft",

@@ -34,11 +34,13 @@ TEST(ServoMotors, EveryStepOfVpShowsInTheDefaultMoves) {
   for (const bool velocityWindow : {false, true}) {
     SCOPED_TRACE(velocityWindow);
     const Picture factory = DefaultMove(1, velocityWindow);
-    EXPECT_NEAR(factory.OvershootPercent, 4.5, 2);
+    EXPECT_NEAR(factory.OvershootPercent, 4.75, 1);
     EXPECT_GT(factory.CurrentA, 0.2 * 2) << "of an axis of 2 A";
     const Picture half = DefaultMove(0.5, velocityWindow);
     EXPECT_GT(half.OvershootPercent, 1.6 * factory.OvershootPercent);
-    EXPECT_GE(half.SettledMs, factory.SettledMs);
+    if (!velocityWindow) {
+      EXPECT_GT(half.SettledMs, 1.5 * factory.SettledMs) << "slow";
+    }
     EXPECT_LT(DefaultMove(2, velocityWindow).OvershootPercent, factory.OvershootPercent - 1);
   }
 }
@@ -62,7 +64,7 @@ double RingA(double vpFactor) {
 TEST(ServoMotors, FourTimesVpRingsAndFiveTimesIsTooMuch) {
   const double factory = RingA(1);
   EXPECT_GT(RingA(4), 5 * factory);
-  EXPECT_GT(RingA(4), 0.5);
+  EXPECT_GT(RingA(4), 0.3);
   EXPECT_GT(RingA(5), 5);
 }
 
