@@ -122,7 +122,7 @@ class Tour {
   // labels are longest.
   void ZoomIn() {
     const Plot& plot = tool_.form3.Plot;
-    const auto& error = tool_.trace.PErrPlot;
+    const auto& error = tool_.trace.Plots[Signal::PErr];
     const auto dip = std::min_element(error.begin(), error.end());
     for (int level = 1; level <= 7; ++level) {
       const PictureScale view = plot.Picture1.Scale;
