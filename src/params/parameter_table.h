@@ -66,6 +66,20 @@ inline constexpr std::array ReadOrder{
 // Exchanges of a bulk read, and writes of a bulk download.
 constexpr int TransferSteps = static_cast<int>(ReadOrder.size());
 
+// What a setting belongs to, in the order in which settings are listed for a reader.
+enum class SettingGroup {
+  CurrentLoop,
+  VelocityLoop,
+  PositionLoop,
+  Motor,
+  Limits,
+  Gear,
+  Analog,
+  Flags
+};
+// As a heading: "Velocity loop".
+std::string_view TitleOf(SettingGroup group);
+
 // One row for each slot, in slot order. Readers and writers derive from it.
 struct ParameterRow {
   Slot Index;
@@ -79,10 +93,18 @@ struct ParameterRow {
   int Scale;
   // Digits behind the point of the pattern that rounds a value read; NoPattern: none.
   int PatternDecimals;
+  // For a reader: group, name inside it, and unit of the engineering value, which may be empty.
+  // Where the grid and the properties window name a register differently these follow the latter.
+  SettingGroup Group;
+  std::string_view PlainName;
+  std::string_view Unit;
 };
 
 std::span<const ParameterRow, ParameterCount> ParameterRows();
 const ParameterRow& RowOf(Slot slot);
+
+// All slots in the order in which they are listed for a reader: by group.
+std::span<const Slot, ParameterCount> ListOrder();
 
 // The slots of the bulk download, in slot order.
 std::span<const Slot, TransferSteps> WriteOrder();

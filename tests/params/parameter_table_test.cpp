@@ -5,6 +5,7 @@
 
 #include "link/frames.h"
 #include "params/drive_flags.h"
+#include "params/setting_text.h"
 
 namespace gainsmith::test {
 namespace {
@@ -71,6 +72,40 @@ TEST(DriveFlags, ADownloadOfAFileSendsTheWholeWordOrTheSlotsOverTheLastWord) {
     for (std::size_t i = 0; i < c.Slots.size(); ++i) store.ParameterValues[22 + i] = c.Slots[i];
     TakeFileFlags(store);
     EXPECT_EQ(FlagsToSend(store), c.Sent) << c.What;
+  }
+}
+
+TEST(SettingText, SpeaksAsThePropertiesWindowDoesAndComparesWhatTheDriveWouldGet) {
+  ParameterStore bits;
+  ParameterStore word;
+  TakeDriveFlags(bits, 0x0142);
+  TakeWholeDriveFlags(word, 0x0142);
+  for (const Slot slot : ListOrder()) {
+    EXPECT_EQ(SettingText(bits, slot), SettingText(word, slot));
+    EXPECT_TRUE(SameSetting(bits, word, slot));
+  }
+  const struct {
+    Slot Index;
+    float Value;
+    const char* Text;
+    float SameAs, Unlike;
+  } cases[] = {
+      {Slot::DirectionPolarity, 1, "positive", 5, 0},
+      {Slot::AlarmPolarity, 1, "active low", 2, 0},
+      {Slot::OperatingMode, 1, "torque mode", 1, 2},
+      {Slot::PulseEdge, 1, "falling edge", 1, 0},
+      {Slot::AnalogReverse, 1, "on", 1, 0},
+      {Slot::Resistance, 2.6F, "2.6", 2.601F, 2.61F},
+      {Slot::Inertia, 1e9F, "1000000000", 1e9F, 2e9F},
+  };
+  for (const auto& c : cases) {
+    ParameterStore one, same, other;
+    one[c.Index] = c.Value;
+    same[c.Index] = c.SameAs;
+    other[c.Index] = c.Unlike;
+    EXPECT_EQ(SettingText(one, c.Index), c.Text);
+    EXPECT_TRUE(SameSetting(one, same, c.Index)) << c.Text;
+    EXPECT_FALSE(SameSetting(one, other, c.Index)) << c.Text;
   }
 }
 
