@@ -32,7 +32,9 @@ Interrupts::Interrupts(std::function<void()> onSignal) : onSignal_(std::move(onS
   QObject::connect(notifier_.get(), &QSocketNotifier::activated, [this] { Hear(); });
   struct sigaction action {};
   action.sa_handler = Note;
-  for (const int number : {SIGINT, SIGTERM, SIGHUP}) sigaction(number, &action, nullptr);
+  for (const int number : {SIGINT, SIGTERM}) sigaction(number, &action, nullptr);
+  // Whoever started it to outlive its terminal has said so.
+  if (signal(SIGHUP, SIG_IGN) != SIG_IGN) sigaction(SIGHUP, &action, nullptr);
   signal(SIGPIPE, SIG_IGN);
   signal(SIGXFSZ, SIG_IGN);
 }

@@ -14,6 +14,9 @@ class CommandLine {
  public:
   explicit CommandLine(Options& options) : options_(options) {
     app_.name("gainsmithctl");
+    app_.get_formatter()->label("SUBCOMMAND", "VERB");
+    app_.get_formatter()->label("Subcommands", "Verbs");
+    app_.get_formatter()->label("TEXT", "VALUE");
     app_.set_version_flag("--version", "gainsmithctl " GAINSMITH_VERSION);
     app_.set_help_all_flag("--help-all", "This help and that of every verb");
     app_.require_subcommand(1);
@@ -41,7 +44,8 @@ class CommandLine {
 
   CLI::App* AddVerb(const char* name, const char* does, const char* example) {
     CLI::App* verb = app_.add_subcommand(name, does);
-    verb->footer(std::string("Example: ") + example);
+    verb->footer(std::string("The options of gainsmithctl --help hold here, too.\nExample: ") +
+                 example);
     return verb;
   }
 

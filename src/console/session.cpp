@@ -1,7 +1,6 @@
 #include "console/session.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <algorithm>
 #include <utility>
 
@@ -40,21 +39,25 @@ Session::Session(const Options& options, Terminal& terminal)
   world.OnIdle = [this] { Idle(); };
   world.OnFrame = [this](const std::string& frame) {
     nothingSent_ = false;
-    if (!options_.FrameLog.empty()) frameLog_ += frame + "\n";
+    if (frameLog_ != nullptr) std::fprintf(frameLog_, "%s\n", frame.c_str());
   };
   tool.Start();
+  if (options_.FrameLog.empty()) return;
+  frameLog_ = std::fopen(options_.FrameLog.c_str(), "w");
+  if (frameLog_ == nullptr) {
+    End(ExitStatus::Trouble, options_.FrameLog + " could not be written.");
+  } else {
+    // Whoever reads along sees each frame when it has gone out.
+    std::setvbuf(frameLog_, nullptr, _IOLBF, 0);
+  }
 }
 
 Session::~Session() {
   const std::string notice = tool.mdiForm1.lblNotice.Caption;
   if (!notice.empty()) terminal_.Note(notice);
   world.EndProgram();
-  if (options_.FrameLog.empty()) return;
-  // The world has ended and writes no more.
-  QFile log(ToQt(options_.FrameLog));
-  const auto size = static_cast<qint64>(frameLog_.size());
-  if (!log.open(QIODevice::WriteOnly) || log.write(frameLog_.data(), size) != size) {
-    terminal_.Trouble("The list of frames could not be written to " + options_.FrameLog);
+  if (frameLog_ != nullptr && std::fclose(frameLog_) != 0) {
+    terminal_.Trouble("The list of frames is not whole: " + options_.FrameLog);
   }
 }
 

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <functional>
 #include <string>
 #include <vector>
@@ -94,7 +95,7 @@ class Session {
   Terminal& terminal_;
   Interrupts interrupts_;
   std::vector<Expectation> expected_;
-  std::string frameLog_;
+  std::FILE* frameLog_ = nullptr;
   ExitStatus status_ = ExitStatus::Done;
   bool interrupted_ = false;
   // A field is being filled or left, or a button pressed, and no frame has gone out since.
