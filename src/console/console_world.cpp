@@ -2,6 +2,7 @@
 
 #include <QAbstractEventDispatcher>
 #include <QDate>
+#include <QFileInfo>
 #include <algorithm>
 #include <utility>
 
@@ -42,7 +43,11 @@ ConsoleWorld::ConsoleWorld(std::string programDirectory, std::string device)
     : programDirectory_(std::move(programDirectory)), device_(std::move(device)) {}
 
 QString ConsoleWorld::DeviceOf(int portNumber) const {
-  if (portNumber == 1 && !device_.empty()) return ToQt(device_);
+  if (portNumber == 1 && !device_.empty()) {
+    // Programs that share a port lock it under the name of the device itself.
+    const QString path = QFileInfo(ToQt(device_)).canonicalFilePath();
+    return path.isEmpty() ? ToQt(device_) : path;
+  }
   return PortDevice(ToQt(programDirectory_), portNumber);
 }
 

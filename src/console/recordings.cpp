@@ -14,13 +14,14 @@ std::vector<float> Taken(const TraceArray& trace, int samples) {
   return {trace.begin(), trace.begin() + samples};
 }
 
+// "Rise time 10-90 %" in samples is "rise_time_10_to_90_percent_samples".
 QString KeyOf(const ScoreLine& line) {
-  QString unit = ToQt(line.Unit);
-  unit.replace(u'%', QStringLiteral("percent"));
-  QString key = ToQt(line.Name).toLower();
-  if (!unit.isEmpty()) key += u'_' + unit.toLower();
-  key.replace(u' ', u'_');
-  return key;
+  QString key = ToQt(line.Name);
+  if (!line.Unit.empty()) key += u' ' + ToQt(line.Unit);
+  key = key.toLower();
+  key.replace(u'-', QStringLiteral("_to_"));
+  key.replace(u'%', QStringLiteral("percent"));
+  return key.replace(u' ', u'_');
 }
 
 }  // namespace
