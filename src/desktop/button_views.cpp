@@ -22,6 +22,8 @@ class HoldButton final : public QPushButton {
   std::function<void()> OnHold;
   std::function<void()> OnLetGo;
   QColor Swatch;
+  // Only shows its swatch.
+  bool Flat = false;
 
   void LetGo() {
     if (heldBy_ == 0) return;
@@ -76,7 +78,7 @@ class HoldButton final : public QPushButton {
     return QPushButton::event(event);
   }
   void paintEvent(QPaintEvent* event) override {
-    QPushButton::paintEvent(event);
+    if (!Flat) QPushButton::paintEvent(event);
     if (!Swatch.isValid()) return;
     QPainter painter(this);
     painter.setOpacity(isEnabled() ? 1.0 : 0.4);
@@ -100,6 +102,7 @@ class ButtonView final : public ControlView {
  public:
   ButtonView(WindowView& window, Button& record, HoldButton* button)
       : ControlView(window, record, button), record_(record), button_(button) {
+    if (record.Swatch && !record.OnClick) ShowOnly();
     button_->OnHold = [this] { OnHold(); };
     button_->OnLetGo = [this] { OnLetGo(); };
     connect(button_, &QPushButton::clicked, this, [this] {
@@ -127,6 +130,12 @@ class ButtonView final : public ControlView {
   }
 
  private:
+  void ShowOnly() {
+    button_->Flat = true;
+    button_->setFocusPolicy(Qt::NoFocus);
+    button_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  }
+
   // A press and its release are both heard or neither, and in this order: the release does not wait
   // where the press did, and nothing would end what a press heard after it began.
   struct Press {
