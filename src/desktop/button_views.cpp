@@ -1,4 +1,5 @@
 // Views of buttons, check boxes and option buttons.
+#include <QApplication>
 #include <QCheckBox>
 #include <QKeyEvent>
 #include <QPainter>
@@ -7,6 +8,7 @@
 #include <memory>
 
 #include "desktop/control_view.h"
+#include "desktop/look.h"
 #include "desktop/record_values.h"
 #include "desktop/window_view.h"
 
@@ -24,6 +26,8 @@ class HoldButton final : public QPushButton {
   QColor Swatch;
   // Only shows its swatch.
   bool Flat = false;
+  // What the ring of the keyboard is drawn in, where the style's own would not be seen.
+  QColor Ring;
 
   void LetGo() {
     if (heldBy_ == 0) return;
@@ -79,8 +83,11 @@ class HoldButton final : public QPushButton {
   }
   void paintEvent(QPaintEvent* event) override {
     if (!Flat) QPushButton::paintEvent(event);
-    if (!Swatch.isValid()) return;
     QPainter painter(this);
+    if (Ring.isValid() && hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+      PaintRing(painter);
+    }
+    if (!Swatch.isValid()) return;
     painter.setOpacity(isEnabled() ? 1.0 : 0.4);
     painter.fillRect(rect().adjusted(SwatchMarginPixels, SwatchMarginPixels, -SwatchMarginPixels,
                                      -SwatchMarginPixels),
@@ -88,6 +95,14 @@ class HoldButton final : public QPushButton {
   }
 
  private:
+  void PaintRing(QPainter& painter) {
+    constexpr qreal InsetPixels = 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Ring, 2));
+    painter.drawRoundedRect(
+        QRectF(rect()).adjusted(InsetPixels, InsetPixels, -InsetPixels, -InsetPixels), 2, 2);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+  }
   void Hold(int by) {
     if (heldBy_ != 0) return;
     heldBy_ = by;
@@ -120,8 +135,11 @@ class ButtonView final : public ControlView {
     if (!record_.Swatch) {
       ControlView::ReflectColours();
       button_->setAutoFillBackground(false);
+      const auto back = FixedColour(record_.BackColor);
+      button_->Ring = back ? TextOn(*back) : QColor();
       return;
     }
+    button_->Ring = QApplication::palette().color(QPalette::Highlight);
     button_->Swatch = FixedColour(record_.BackColor).value_or(QColor(Qt::gray));
     button_->update();
   }
