@@ -169,8 +169,10 @@ struct OptionButton : Control {
 struct ListItem {
   std::string Text;
   int ItemData = 0;
-  // Shown as the entry's own tool tip.
+  // Shown as the entry's own tool tip, and as the list's while the entry is chosen.
   std::string ToolTip;
+  // Drawn grey: there is nothing behind it. It can be chosen all the same.
+  bool Absent = false;
   bool operator==(const ListItem&) const = default;
 };
 
