@@ -182,27 +182,33 @@ void PaintNames(QPainter& painter, const QRectF& area, const std::vector<Picture
     const double width = metrics.horizontalAdvance(ToQt(text.Text));
     right = std::min(right, area.right() - width - 3 * TextMarginPixels);
   }
-  std::vector<QRectF> taken;
+  // From above, so that they stand in the order of their traces.
+  std::vector<std::pair<double, const PictureText*>> names;
   for (const PictureText& text : texts) {
     if (text.At != PictureText::Place::TraceEnd) continue;
-    const QString shown = ToQt(text.Text);
     const double y = Place(text.X, text.Y, text.Scale, area).y();
+    names.emplace_back(std::isfinite(y) ? y : area.top(), &text);
+  }
+  std::stable_sort(names.begin(), names.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<QRectF> taken;
+  for (const auto& [y, text] : names) {
+    const QString shown = ToQt(text->Text);
     QRectF place(QPointF(), QSizeF(metrics.horizontalAdvance(shown), metrics.height()));
     place.moveRight(right);
     // Above the trace, or as far from there as the names before it and the edges ask for.
     const double highest = area.top();
     const double lowest = area.bottom() - place.height();
-    const double wanted = std::isfinite(y) ? y - place.height() - 1 : highest;
-    place.moveTop(std::clamp(wanted, highest, lowest));
+    place.moveTop(std::clamp(y - place.height() - 1, highest, lowest));
     const auto free = [&] {
       return std::none_of(taken.begin(), taken.end(),
                           [&](const QRectF& other) { return other.intersects(place); });
     };
-    while (!free() && place.top() > highest) place.moveTop(std::max(place.top() - 1, highest));
     while (!free() && place.top() < lowest) place.moveTop(std::min(place.top() + 1, lowest));
+    while (!free() && place.top() > highest) place.moveTop(std::max(place.top() - 1, highest));
     taken.push_back(place);
     painter.fillRect(place, veil);
-    painter.setPen(Readable(FixedColour(text.Color).value_or(QColor(Qt::white)), ground));
+    painter.setPen(Readable(FixedColour(text->Color).value_or(QColor(Qt::white)), ground));
     painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, shown);
   }
 }
