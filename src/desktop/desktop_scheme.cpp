@@ -11,40 +11,77 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
+#include <QObject>
 
 namespace gainsmith {
+namespace {
 
-void AskDesktopForDark(std::function<void(bool dark)> answer) {
+const QString Service = QStringLiteral("org.freedesktop.portal.Desktop");
+const QString Path = QStringLiteral("/org/freedesktop/portal/desktop");
+const QString Interface = QStringLiteral("org.freedesktop.portal.Settings");
+const QString Appearance = QStringLiteral("org.freedesktop.appearance");
+const QString ColorScheme = QStringLiteral("color-scheme");
+
+bool IsDark(const QVariant& value) {
   constexpr unsigned PrefersDark = 1;
+  return value.toUInt() == PrefersDark;
+}
+
+// Listens for as long as the program runs.
+class SchemeListener final : public QObject {
+  Q_OBJECT
+
+ public:
+  SchemeListener(QObject* parent, std::function<void(bool dark)> changed)
+      : QObject(parent), changed_(std::move(changed)) {
+    QDBusConnection::sessionBus().connect(Service, Path, Interface,
+                                          QStringLiteral("SettingChanged"), this,
+                                          SLOT(OnSettingChanged(QString, QString, QDBusVariant)));
+  }
+
+ private slots:
+  void OnSettingChanged(const QString& space, const QString& key, const QDBusVariant& value) {
+    if (space == Appearance && key == ColorScheme) changed_(IsDark(value.variant()));
+  }
+
+ private:
+  std::function<void(bool dark)> changed_;
+};
+
+}  // namespace
+
+void FollowDesktopScheme(std::function<void(bool dark)> first,
+                         std::function<void(bool dark)> changed) {
   // Without an address the library would start a bus of its own.
   if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return;
-  QDBusMessage question = QDBusMessage::createMethodCall(
-      QStringLiteral("org.freedesktop.portal.Desktop"),
-      QStringLiteral("/org/freedesktop/portal/desktop"),
-      QStringLiteral("org.freedesktop.portal.Settings"), QStringLiteral("Read"));
-  question << QStringLiteral("org.freedesktop.appearance") << QStringLiteral("color-scheme");
+  new SchemeListener(QCoreApplication::instance(), std::move(changed));
+  QDBusMessage question =
+      QDBusMessage::createMethodCall(Service, Path, Interface, QStringLiteral("Read"));
+  question << Appearance << ColorScheme;
   auto* reply = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(question),
                                             QCoreApplication::instance());
   QObject::connect(reply, &QDBusPendingCallWatcher::finished, reply,
-                   [reply, answer = std::move(answer)] {
+                   [reply, first = std::move(first)] {
                      const QDBusPendingReply<QDBusVariant> scheme = *reply;
                      reply->deleteLater();
                      if (scheme.isError()) return;
                      // The value is a variant inside a variant.
                      const QVariant inner = scheme.value().variant();
                      const QVariant value = inner.value<QDBusVariant>().variant();
-                     answer((value.isValid() ? value : inner).toUInt() == PrefersDark);
+                     first(IsDark(value.isValid() ? value : inner));
                    });
 }
 
 }  // namespace gainsmith
+
+#include "desktop_scheme.moc"
 
 #else
 
 namespace gainsmith {
 
 // Qt's own palette tells.
-void AskDesktopForDark(std::function<void(bool dark)>) {}
+void FollowDesktopScheme(std::function<void(bool dark)>, std::function<void(bool dark)>) {}
 
 }  // namespace gainsmith
 

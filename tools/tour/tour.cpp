@@ -35,9 +35,7 @@ class Tour {
   void RunOnSmallScreen() {
     driver_.Play([this] {
       Connect();
-      Open("MnuCurrentLoop", "Form1");
-      Picture("Form1", "current-loop");
-      Close("Form1");
+      CurrentLoop();
       Open("mnuPositionLoop", "Form3");
       SingleMove();
       Picture("Form3", "position-loop");
@@ -49,9 +47,7 @@ class Tour {
       Open("sysConfig", "sysConfigFrm");
       Picture("sysConfigFrm", "properties");
       Close("sysConfigFrm");
-      Open("ErrCheck", "Form4");
-      Picture("Form4", "error-log");
-      Close("Form4");
+      ErrorLog();
       Open("mnuVelocityLoop", "velocityModeTune");
       Picture("velocityModeTune", "velocity-loop");
       Close("velocityModeTune");
