@@ -11,7 +11,8 @@
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
-#include <QObject>
+
+#include "desktop/setting_listener.h"
 
 namespace gainsmith {
 namespace {
@@ -27,34 +28,21 @@ bool IsDark(const QVariant& value) {
   return value.toUInt() == PrefersDark;
 }
 
-// Listens for as long as the program runs.
-class SchemeListener final : public QObject {
-  Q_OBJECT
-
- public:
-  SchemeListener(QObject* parent, std::function<void(bool dark)> changed)
-      : QObject(parent), changed_(std::move(changed)) {
-    QDBusConnection::sessionBus().connect(Service, Path, Interface,
-                                          QStringLiteral("SettingChanged"), this,
-                                          SLOT(OnSettingChanged(QString, QString, QDBusVariant)));
-  }
-
- private slots:
-  void OnSettingChanged(const QString& space, const QString& key, const QDBusVariant& value) {
-    if (space == Appearance && key == ColorScheme) changed_(IsDark(value.variant()));
-  }
-
- private:
-  std::function<void(bool dark)> changed_;
-};
-
 }  // namespace
 
 void FollowDesktopScheme(std::function<void(bool dark)> first,
                          std::function<void(bool dark)> changed) {
   // Without an address the library would start a bus of its own.
   if (qEnvironmentVariableIsEmpty("DBUS_SESSION_BUS_ADDRESS")) return;
-  new SchemeListener(QCoreApplication::instance(), std::move(changed));
+  auto* listener =
+      new SettingListener(QCoreApplication::instance(),
+                          [changed = std::move(changed)](const QString& space, const QString& key,
+                                                         const QVariant& value) {
+                            if (space == Appearance && key == ColorScheme) changed(IsDark(value));
+                          });
+  QDBusConnection::sessionBus().connect(Service, Path, Interface, QStringLiteral("SettingChanged"),
+                                        listener,
+                                        SLOT(OnSettingChanged(QString, QString, QDBusVariant)));
   QDBusMessage question =
       QDBusMessage::createMethodCall(Service, Path, Interface, QStringLiteral("Read"));
   question << Appearance << ColorScheme;
@@ -73,8 +61,6 @@ void FollowDesktopScheme(std::function<void(bool dark)> first,
 }
 
 }  // namespace gainsmith
-
-#include "desktop_scheme.moc"
 
 #else
 
