@@ -81,7 +81,7 @@ class WatchedWorld : public DesktopWorld {
     DesktopWorld::PumpEvents(deadlineMs);
   }
   // Nobody is there to answer: it is told, and answered with its default.
-  MessageAnswer ShowMessage(const Message& message) override {
+  MessageAnswer AnswerMessage(const Message& message) override {
     std::fprintf(stderr, "%s\n", message.Text.c_str());
     return message.Default;
   }

@@ -44,7 +44,8 @@ struct PlotWindow : Window {
     ClientWidthTwips = TwipsFromPixels(FullHd.width());
     ClientHeightTwips = TwipsFromPixels(FullHd.height());
     Add(Shown.Picture1, "Picture1").Place(0, 0, ClientWidthTwips, ClientHeightTwips);
-    trace.ShowPErr = trace.ShowPBak = trace.ShowPRef = trace.ShowVBak = trace.ShowIBak = true;
+    trace.Show[Signal::PErr] = trace.Show[Signal::PBak] = trace.Show[Signal::PRef] =
+        trace.Show[Signal::VBak] = trace.Show[Signal::IBak] = true;
     Shown.PickPositionSource();
     Shown.CaptureHaveData = true;
     Shown.SetAxisLabels();

@@ -25,7 +25,7 @@ void PositionTest(benchmark::State& state) {
   const MotorPreset& preset = MotorPresets()[static_cast<std::size_t>(state.range(0))];
   state.SetLabel(std::string(preset.Name));
   Servo servo(
-      registers, [](DriveError) {}, preset, 1);
+      registers, [](Trip) {}, preset, 1);
   TimeUs now = 0;
   servo.Write(Reg::PositionCommand, 2, now);
   for (auto _ : state) {
@@ -35,12 +35,12 @@ void PositionTest(benchmark::State& state) {
   }
   Report(state, now);
 }
-BENCHMARK(PositionTest)->DenseRange(0, 2)->Unit(benchmark::kMicrosecond);
+BENCHMARK(PositionTest)->DenseRange(0, 5)->Unit(benchmark::kMicrosecond);
 
 void Rest(benchmark::State& state) {
   const RegisterBank registers = FactoryValues();
   Servo servo(
-      registers, [](DriveError) {}, MotorPresets().front(), 1);
+      registers, [](Trip) {}, MotorPresets().front(), 1);
   TimeUs now = 0;
   for (auto _ : state) {
     now += SecondUs;
@@ -54,7 +54,7 @@ void CurrentStep(benchmark::State& state) {
   RegisterBank registers = FactoryValues();
   registers[Reg::TestCurrent] = 512;
   Servo servo(
-      registers, [](DriveError) {}, MotorPresets().front(), 1);
+      registers, [](Trip) {}, MotorPresets().front(), 1);
   for (auto _ : state) {
     servo.Write(Reg::CurrentStep, 1, 0);
     benchmark::DoNotOptimize(servo.Sample(199));

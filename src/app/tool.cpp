@@ -9,6 +9,7 @@ Tool::Tool(World& world, Edition edition)
       waiting(world, shell),
       form9(world, shell),
       dialog(world),
+      troubles(world, mdiForm1),
       transfer(world, link, parameters, shell, mdiForm1, waiting),
       files(world, parameters, shell, mdiForm1, waiting, transfer),
       driveCommands(world, shell, mdiForm1, waiting, transfer, files),
@@ -22,11 +23,26 @@ Tool::Tool(World& world, Edition edition)
       sysConfig(world, link, parameters, shell, mdiForm1),
       velocityMode(world, link, parameters, shell, trace),
       commands(world, shell, mdiForm1, MakeRoutes()),
+      watch(world, link, mdiForm1),
+      page(world, parameters, files, mdiForm1),
       world_(world) {
+  mdiForm1.OnRefresh = [this] {
+    watch.Refresh(HandsOnMotor());
+    page.Refresh();
+  };
+  mdiForm1.OnTroubleClick = [this] { world_.Show(troubles); };
   if (edition == Edition::ServiceBench) benchMenu.emplace(mdiForm1, commands);
 }
 
 void Tool::Start() { world_.Show(mdiForm1); }
+
+DriveWatch::Hands Tool::HandsOnMotor() const {
+  const bool running =
+      (form3.Loaded && form3.Command1[Form3::MainStart].Caption == RunScheme::StopCaption) ||
+      (velocityMode.Loaded && velocityMode.Command1.Caption == RunScheme::StopCaption);
+  const bool stepping = form1.Loaded && !form1.cmdTest.Enabled;
+  return {.OnTest = running || stepping, .OnJog = form3.JogHeld()};
+}
 
 Routes Tool::MakeRoutes() {
   Routes routes;

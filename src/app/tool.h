@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "app/bench_menu.h"
+#include "app/drive_watch.h"
 #include "connect/connect_window.h"
 #include "diagnostics/error_log_window.h"
 #include "diagnostics/test_console_window.h"
@@ -11,6 +12,7 @@
 #include "params/bulk_transfer.h"
 #include "params/config_file.h"
 #include "params/drive_commands.h"
+#include "params/drive_page.h"
 #include "params/grid_window.h"
 #include "params/parameter_store.h"
 #include "platform/world.h"
@@ -20,6 +22,7 @@
 #include "shell/main_window.h"
 #include "shell/progress_window.h"
 #include "shell/shell_state.h"
+#include "shell/trouble_window.h"
 #include "shell/waiting_window.h"
 #include "trace/scope_window.h"
 #include "trace/trace_state.h"
@@ -54,6 +57,7 @@ struct Tool {
   frmWaitingMessage waiting;
   Form9 form9;
   Dialog dialog;
+  frmTroubles troubles;
 
   // --- Bulk operations.
   BulkTransfer transfer;
@@ -72,11 +76,15 @@ struct Tool {
   velocityModeTune velocityMode;
 
   Commands commands;
+  // What the main window says of the drive.
+  DriveWatch watch;
+  DrivePage page;
   // Present in the service bench's edition only.
   std::optional<BenchMenu> benchMenu;
 
  private:
   Routes MakeRoutes();
+  DriveWatch::Hands HandsOnMotor() const;
 
   World& world_;
 };

@@ -38,6 +38,7 @@ void Form2::Design() {
   openPort.OnClick = [this] { openPort_Click(); };
   Add(Command1, "Command1").Caption = "Cancel";
   Command1.Place(3300, 2640, 1500, 420);
+  Command1.Cancel = true;
   Command1.OnClick = [this] { Command1_Click(); };
 }
 

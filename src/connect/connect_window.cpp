@@ -32,8 +32,14 @@ void Form2::Form_Load() {
   Combo1[BaudList].Choose(open ? openedBaud_ : 2);
   Combo1[DeviceList].Choose(open ? link_.DeviceAddress : 1);
   if (!open) TakeChoices();
-  openPort.Caption = open ? "Close" : "Open";
+  ShowAction(open ? "Close" : "Open");
   Combo1[PortList].Enabled = !open;
+}
+
+// Enter opens; it never closes a connection in use.
+void Form2::ShowAction(const char* caption) {
+  openPort.Caption = caption;
+  openPort.Default = openPort.Caption == "Open";
 }
 
 void Form2::FillLists() {
@@ -102,7 +108,7 @@ void Form2::openPort_Click() {
 
 void Form2::Close() {
   link_.ClosePort();
-  openPort.Caption = "Open";
+  ShowAction("Open");
   Combo1[PortList].Enabled = true;
   main_.DisableDriveMenus();
   main_.DisableToolbarButtons();
@@ -117,11 +123,17 @@ void Form2::Open() {
   main_.ShowNotice(Notice::Window, "");
   // From the first frame on the drive is taken: nothing else may use it or this button.
   const TransferMark mark(shell_);
-  if (!MakeContact()) {
+  bool reached = false;
+  {
+    const ActivityScope activity(main_, "Making contact");
+    reached = MakeContact();
+  }
+  if (!reached) {
+    TellReason();
     ReportFailure();
     return;
   }
-  openPort.Caption = "Close";
+  ShowAction("Close");
   openPort.Enabled = true;
   Combo1[PortList].Enabled = true;
   world_.Hide(*this);
@@ -132,6 +144,24 @@ void Form2::Open() {
   }
 }
 
+// The message has one text for all reasons.
+void Form2::TellReason() {
+  const std::string port = "COM" + std::to_string(link_.PortNumber);
+  const std::string behind = world_.DescribePort(link_.PortNumber);
+  if (world_.IsPortOpen()) {
+    main_.TellTrouble(port + ": no drive answers there at " +
+                      FixedText(LeadingNumber(link_.SerialSettings), 0) + " baud as device " +
+                      std::to_string(link_.DeviceAddress) +
+                      ". Check its supply, the cable, the line speed and the device number.");
+  } else if (behind.empty()) {
+    main_.TellTrouble(port +
+                      " could not be opened: there is no such serial port. Plug the adapter in"
+                      " and choose the port that appears.");
+  } else {
+    main_.TellTrouble(port + " could not be opened: " + behind);
+  }
+}
+
 void Form2::ReportFailure() {
   world_.ShowMessage(
       {"Unable to Communicate with the Drive. Check your connection and confirm you "
@@ -139,7 +169,7 @@ void Form2::ReportFailure() {
        "Communication Error", MessageButtons::Ok, MessageIcon::Critical});
   if (world_.IsPortOpen()) link_.ClosePort();
   // The dialog may have been opened anew meanwhile, over a port that was open then.
-  openPort.Caption = "Open";
+  ShowAction("Open");
   Combo1[PortList].Enabled = true;
   main_.ShowPort("");
   DescribePorts();

@@ -49,12 +49,14 @@ struct Form2 : Window {
 
  private:
   void Design();
+  void ShowAction(const char* caption);
   void FillLists();
   void DescribePorts();
   void TakeChoices();
   void TakeDevice();
   void Open();
   void Close();
+  void TellReason();
   void ReportFailure();
   // Opens the port and reads the drive's three first registers. False when that failed.
   bool MakeContact();

@@ -122,7 +122,9 @@ class ButtonView final : public ControlView {
     button_->Swatch = FixedColour(record_.BackColor).value_or(QColor(Qt::gray));
     button_->update();
   }
-  void ReflectOwn() override {}
+  void ReflectOwn() override {
+    if (Changed(default_, record_.Default)) button_->setDefault(record_.Default);
+  }
 
  private:
   // A press and its release are both heard or neither, and in this order: the release does not wait
@@ -148,6 +150,7 @@ class ButtonView final : public ControlView {
 
   Button& record_;
   HoldButton* button_;
+  std::optional<bool> default_;
   std::shared_ptr<Press> press_;
 };
 

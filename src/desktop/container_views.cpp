@@ -83,11 +83,13 @@ class FrameView final : public ControlView {
 // A strip of tabs above one page for each.
 class TabsPane final : public QWidget {
  public:
-  explicit TabsPane(QWidget* parent) : QWidget(parent), Bar(new QTabBar(this)) {
-    Bar->setFixedHeight(TabStripHeightPixels);
+  TabsPane(QWidget* parent, int stripHeight)
+      : QWidget(parent), StripHeight(stripHeight), Bar(new QTabBar(this)) {
+    Bar->setFixedHeight(StripHeight);
     Bar->setExpanding(false);
     Bar->setDrawBase(false);
   }
+  const int StripHeight;
   QTabBar* const Bar;
   std::vector<QWidget*> Pages;
 
@@ -99,9 +101,9 @@ class TabsPane final : public QWidget {
 
  protected:
   void resizeEvent(QResizeEvent*) override {
-    Bar->setGeometry(0, 0, width(), TabStripHeightPixels);
+    Bar->setGeometry(0, 0, width(), StripHeight);
     for (QWidget* page : Pages) {
-      page->setGeometry(0, TabStripHeightPixels, width(), height() - TabStripHeightPixels);
+      page->setGeometry(0, StripHeight, width(), height() - StripHeight);
     }
   }
   void paintEvent(QPaintEvent*) override {
@@ -109,7 +111,7 @@ class TabsPane final : public QWidget {
     QColor line = palette().color(QPalette::WindowText);
     line.setAlphaF(LineOpacity);
     painter.setPen(line);
-    painter.drawRect(rect().adjusted(0, TabStripHeightPixels - 1, -1, -1));
+    painter.drawRect(rect().adjusted(0, StripHeight - 1, -1, -1));
   }
 };
 
@@ -131,7 +133,7 @@ class TabsView final : public ControlView {
   }
 
   QWidget* PageParent(int page) override { return pane_->Pages.at(static_cast<std::size_t>(page)); }
-  QPoint PageOrigin() const override { return {0, TabStripHeightPixels}; }
+  QPoint PageOrigin() const override { return {0, pane_->StripHeight}; }
   QWidget* FocusWidget() override { return pane_->Bar; }
 
  protected:
@@ -158,7 +160,7 @@ ControlView* MakeFrameView(WindowView& window, Frame& record, QWidget* parent) {
 }
 
 ControlView* MakeTabsView(WindowView& window, Tabs& record, QWidget* parent) {
-  return new TabsView(window, record, new TabsPane(parent));
+  return new TabsView(window, record, new TabsPane(parent, window.Scaled(TabStripHeightPixels)));
 }
 
 }  // namespace gainsmith

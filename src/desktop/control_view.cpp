@@ -53,16 +53,22 @@ void ControlView::Reflect() {
   const bool foreChanged = Changed(foreColor_, record_.ForeColor);
   if (backChanged || foreChanged) ReflectColours();
   ReflectOwn();
-  if (Changed(enabled_, record_.Enabled)) widget_->setEnabled(record_.Enabled);
-  if (Changed(visible_, record_.Visible)) widget_->setVisible(record_.Visible);
+  if (Changed(enabled_, record_.Enabled)) {
+    if (!record_.Enabled) window_.HoldFocusOf(*widget_);
+    widget_->setEnabled(record_.Enabled);
+  }
+  if (Changed(visible_, record_.Visible)) {
+    if (!record_.Visible) window_.HoldFocusOf(*widget_);
+    widget_->setVisible(record_.Visible);
+  }
 }
 
 void ControlView::ReflectPlace() {
   // Edges are rounded, not lengths, so that neighbours stay neighbours.
-  const int left = PixelsFromTwips(record_.LeftTwips);
-  const int top = PixelsFromTwips(record_.TopTwips);
-  const QRect place(left, top, PixelsFromTwips(record_.LeftTwips + record_.WidthTwips) - left,
-                    PixelsFromTwips(record_.TopTwips + record_.HeightTwips) - top);
+  const int left = window_.Pixels(record_.LeftTwips);
+  const int top = window_.Pixels(record_.TopTwips);
+  const QRect place(left, top, window_.Pixels(record_.LeftTwips + record_.WidthTwips) - left,
+                    window_.Pixels(record_.TopTwips + record_.HeightTwips) - top);
   if (Changed(place_, place)) window_.PlaceWidget(*this, place);
 }
 

@@ -44,6 +44,8 @@ class ControlView : public QObject {
   virtual QWidget* FocusWidget() { return widget_; }
   // Lets go of what the user holds (a pressed button).
   virtual void LetGo() {}
+  // Puts what the control shows on the clipboard; false: it has nothing for it.
+  virtual bool Copy() { return false; }
 
  protected:
   // Takes `now` into `shown`; true when they differed.

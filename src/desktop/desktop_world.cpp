@@ -3,7 +3,8 @@
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
-#include <QDate>
+#include <QClipboard>
+#include <QDateTime>
 #include <QLineEdit>
 #include <QScreen>
 #include <QThread>
@@ -95,6 +96,9 @@ DesktopWorld::DesktopWorld(std::string programDirectory)
   qApp->installEventFilter(this);
   connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
           [this] { BeforeSleep(); });
+  // Ends a sleep, and with it brings what has grown older to the screen.
+  connect(&everySecond_, &QTimer::timeout, this, [] {});
+  everySecond_.start(1000);
 }
 
 DesktopWorld::~DesktopWorld() {
@@ -123,12 +127,19 @@ void DesktopWorld::PumpEvents(std::int64_t deadlineMs) {
 
 int DesktopWorld::PresentYear() { return QDate::currentDate().year(); }
 
+std::string DesktopWorld::TimeOfDay() {
+  return FromQt(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+}
+
 void DesktopWorld::BeforeSleep() {
   if (host_.Reflecting || Ended()) return;
   host_.Reflecting = true;
-  for (const Window* window : LoadedWindows()) {
+  for (Window* window : LoadedWindows()) {
     WindowView* view = ViewOf(*window);
-    if (view != nullptr && window->Visible) view->Reflect();
+    if (view == nullptr || !window->Visible) continue;
+    view->TakeArea();
+    window->Refresh();
+    view->Reflect();
   }
   host_.Reflecting = false;
   FocusPending();
@@ -261,8 +272,7 @@ void DesktopWorld::Repaint(Window& window) {
   sinceRepaint_.start();
 }
 
-MessageAnswer DesktopWorld::ShowMessage(const Message& message) {
-  if (Ended()) return message.Default;
+MessageAnswer DesktopWorld::AnswerMessage(const Message& message) {
   const DialogScope scope(*this);
   return RunMessageBox(scope.Parent(), message);
 }
@@ -296,6 +306,10 @@ bool DesktopWorld::WriteFile(const std::string& path, const std::string& bytes) 
 }
 
 bool DesktopWorld::FileExists(const std::string& path) { return IsFile(path); }
+
+void DesktopWorld::CopyText(const std::string& text) {
+  if (!Ended()) QApplication::clipboard()->setText(ToQt(text));
+}
 
 void DesktopWorld::OpenDocument(const std::string& address) {
   if (!Ended()) OpenWithDesktop(address);

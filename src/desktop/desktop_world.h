@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <map>
 #include <memory>
 #include <string>
@@ -39,6 +40,7 @@ class DesktopWorld : public World, private QObject {
   std::int64_t NowMs() override { return EventPump::NowMs(); }
   void PumpEvents(std::int64_t deadlineMs) override;
   int PresentYear() override;
+  std::string TimeOfDay() override;
 
   void SetFocus(Control& control) override;
   void SetScreenPointer(MousePointer pointer) override;
@@ -46,7 +48,6 @@ class DesktopWorld : public World, private QObject {
   int ScreenHeightTwips() override;
   void Repaint(Window& window) override;
 
-  MessageAnswer ShowMessage(const Message& message) override;
   bool AwaitsAnswer() const override { return queue_.Held(); }
   ChosenFile AskOpenFile(const std::string& filter) override;
   ChosenFile AskSaveFile(const std::string& filter) override;
@@ -56,10 +57,12 @@ class DesktopWorld : public World, private QObject {
   std::optional<std::string> ReadFile(const std::string& path) override;
   bool WriteFile(const std::string& path, const std::string& bytes) override;
   bool FileExists(const std::string& path) override;
+  void CopyText(const std::string& text) override;
   void OpenDocument(const std::string& address) override;
   std::unique_ptr<RowStore> OpenRows(const std::string& path, const std::string& table) override;
 
  protected:
+  MessageAnswer AnswerMessage(const Message& message) override;
   void WindowShown(Window& window) override;
   void WindowHidden(Window& window) override;
   void ProgramEnded() override;
@@ -91,6 +94,7 @@ class DesktopWorld : public World, private QObject {
   // The pointer that is set in Qt: dialogs have the ordinary one.
   MousePointer shownPointer_ = MousePointer::Default;
   QElapsedTimer sinceRepaint_;
+  QTimer everySecond_;
 };
 
 }  // namespace gainsmith

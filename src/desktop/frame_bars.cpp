@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcut>
 #include <QToolBar>
 #include <QToolButton>
 #include <memory>
@@ -62,6 +63,8 @@ std::function<void()> Choosing(WindowView& view, Record& record) {
   };
 }
 
+// As deep as the record's menus, which are a few.
+// NOLINTNEXTLINE(misc-no-recursion)
 void AddMenuItem(Bars& bars, WindowView& view, QWidget& parent, MenuItem& item) {
   if (item.Caption == "-") {
     auto* separator = new QAction(&parent);
@@ -100,11 +103,21 @@ void AddToolButton(Bars& bars, WindowView& view, QToolBar& bar, ToolButton& butt
   bars.Tools.push_back({&button, action});
 }
 
+// Not every desktop does.
+void OpenMenusByF10(QMainWindow& window) {
+  auto* key = new QShortcut(Qt::Key_F10, &window);
+  QObject::connect(key, &QShortcut::activated, &window, [&window] {
+    const QList<QAction*> menus = window.menuBar()->actions();
+    if (!menus.isEmpty()) window.menuBar()->setActiveAction(menus.constFirst());
+  });
+}
+
 }  // namespace
 
 std::function<void()> MakeFrameBars(WindowView& view, FrameWindow& record, QMainWindow& window) {
   const auto bars = std::make_shared<Bars>();
   for (MenuItem* item : record.Menus) AddMenuItem(*bars, view, *window.menuBar(), *item);
+  OpenMenusByF10(window);
   if (!record.ToolButtons.empty()) {
     auto* bar = new QToolBar(&window);
     bar->setMovable(false);

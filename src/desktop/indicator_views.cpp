@@ -141,8 +141,8 @@ class StatusBarView final : public ControlView {
  private:
   void LieAlongBottom() {
     const QSize area = strip_->parentWidget()->size();
-    strip_->setGeometry(0, area.height() - StatusBarHeightPixels, area.width(),
-                        StatusBarHeightPixels);
+    const int height = Owner().Scaled(StatusBarHeightPixels);
+    strip_->setGeometry(0, area.height() - height, area.width(), height);
   }
 
   StatusBar& record_;

@@ -1,9 +1,14 @@
 // Views of combo boxes and grids.
+#include <QAction>
+#include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QTableWidget>
 #include <QWheelEvent>
+#include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "desktop/control_view.h"
@@ -110,30 +115,60 @@ class ComboBoxView final : public ControlView {
   bool changed_ = false;
 };
 
+// As Grid says: with tabs between the columns, for a spreadsheet.
+void CopyRows(const QTableWidget& table) {
+  const auto line = [&](const std::function<QString(int column)>& text) {
+    QStringList cells;
+    for (int column = 0; column < table.columnCount(); ++column) {
+      if (!table.isColumnHidden(column)) cells += text(column);
+    }
+    return cells.join(u'\t') + u'\n';
+  };
+  const QItemSelectionModel& selection = *table.selectionModel();
+  QString text = line([&](int column) { return table.horizontalHeaderItem(column)->text(); });
+  for (int row = 0; row < table.rowCount(); ++row) {
+    if (selection.hasSelection() && !selection.isRowSelected(row)) continue;
+    text += line([&](int column) {
+      const QTableWidgetItem* item = table.item(row, column);
+      return item == nullptr ? QString() : item->text();
+    });
+  }
+  QApplication::clipboard()->setText(text);
+}
+
 class GridView final : public ControlView {
  public:
   GridView(WindowView& window, Grid& record, QTableWidget* table)
       : ControlView(window, record, table), record_(record), table_(table) {
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
-    table_->setSelectionMode(QAbstractItemView::SingleSelection);
+    table_->setSelectionMode(record.ManySelected ? QAbstractItemView::ExtendedSelection
+                                                 : QAbstractItemView::SingleSelection);
     table_->setAlternatingRowColors(true);
     table_->setTabKeyNavigation(false);
     table_->setWordWrap(false);
     table_->verticalHeader()->hide();
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table_->verticalHeader()->setDefaultSectionSize(GridRowHeightPixels);
+    table_->verticalHeader()->setDefaultSectionSize(window.Scaled(GridRowHeightPixels));
     table_->horizontalHeader()->setHighlightSections(false);
     table_->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     table_->horizontalHeader()->setStretchLastSection(true);
     connect(table_, &QTableWidget::itemSelectionChanged, this, [this] { OnSelected(); });
+    auto* copy = new QAction(QStringLiteral("&Copy"), table_);
+    copy->setShortcut(QKeySequence::Copy);
+    copy->setShortcutContext(Qt::WidgetShortcut);
+    connect(copy, &QAction::triggered, table_, [table] { CopyRows(*table); });
+    table_->addAction(copy);
+    table_->setContextMenuPolicy(Qt::ActionsContextMenu);
   }
 
  protected:
   void ReflectOwn() override {
     if (Changed(columns_, record_.Columns)) ReflectColumns();
-    if (Changed(rows_, record_.Rows)) {
+    const bool rowsChanged = Changed(rows_, record_.Rows);
+    if (Changed(headingRows_, record_.HeadingRows) || rowsChanged) {
       ReflectRows();
+      ReflectHeadings();
       currentRow_.reset();
     }
     if (!Changed(currentRow_, record_.CurrentRow)) return;
@@ -157,7 +192,7 @@ class GridView final : public ControlView {
     for (int i = 0; i < table_->columnCount(); ++i) {
       const int widthTwips = record_.Columns[static_cast<std::size_t>(i)].WidthTwips;
       table_->setColumnHidden(i, widthTwips == 0);
-      if (widthTwips != 0) table_->setColumnWidth(i, PixelsFromTwips(widthTwips));
+      if (widthTwips != 0) table_->setColumnWidth(i, Owner().Pixels(widthTwips));
     }
   }
   void ReflectRows() {
@@ -176,10 +211,27 @@ class GridView final : public ControlView {
     }
   }
 
+  void ReflectHeadings() {
+    table_->clearSpans();
+    int first = 0;
+    while (first < table_->columnCount() && table_->isColumnHidden(first)) ++first;
+    for (int row = 0; row < table_->rowCount(); ++row) {
+      const auto& headings = record_.HeadingRows;
+      const bool heads = std::find(headings.begin(), headings.end(), row) != headings.end();
+      if (heads) table_->setSpan(row, first, 1, table_->columnCount() - first);
+      QTableWidgetItem* item = table_->item(row, first);
+      if (item == nullptr) continue;
+      QFont font = table_->font();
+      font.setBold(heads);
+      item->setFont(font);
+    }
+  }
+
   Grid& record_;
   QTableWidget* table_;
   std::optional<std::vector<GridColumn>> columns_;
   std::optional<std::vector<std::vector<std::string>>> rows_;
+  std::optional<std::vector<int>> headingRows_;
   std::optional<int> currentRow_;
 };
 

@@ -7,6 +7,7 @@
 #include <QPalette>
 #include <QProxyStyle>
 #include <QToolTip>
+#include <QWidget>
 #include <algorithm>
 #include <cmath>
 
@@ -92,6 +93,22 @@ class Style final : public QProxyStyle {
       default:
         return QProxyStyle::standardIcon(icon, option, widget);
     }
+  }
+  // The boxes and rings of a window that is drawn smaller than it is.
+  int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                  const QWidget* widget) const override {
+    const int pixels = QProxyStyle::pixelMetric(metric, option, widget);
+    switch (metric) {
+      case PM_IndicatorWidth:
+      case PM_IndicatorHeight:
+      case PM_ExclusiveIndicatorWidth:
+      case PM_ExclusiveIndicatorHeight:
+        break;
+      default:
+        return pixels;
+    }
+    const int font = widget == nullptr ? FontHeightPixels : widget->font().pixelSize();
+    return font > 0 && font < FontHeightPixels ? pixels * font / FontHeightPixels : pixels;
   }
   int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                 QStyleHintReturn* result) const override {

@@ -1,4 +1,9 @@
 // View of a picture box.
+#include <QApplication>
+#include <QClipboard>
+#include <QDateTime>
+#include <QLabel>
+#include <QMimeData>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QPixmap>
@@ -6,6 +11,7 @@
 #include "desktop/control_view.h"
 #include "desktop/picture_painter.h"
 #include "desktop/window_view.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {
@@ -64,11 +70,42 @@ class PictureArea final : public QWidget {
   QPixmap ground_;
 };
 
+// The picture with the labels of its axes, which stand beside it.
+QRect WithLabels(const PictureArea& area) {
+  constexpr int MostDistancePixels = 40;
+  QRect whole = area.geometry();
+  const QRect near =
+      whole.adjusted(-area.x(), -MostDistancePixels, area.parentWidget()->width() - whole.right(),
+                     MostDistancePixels);
+  for (const QLabel* label :
+       area.parentWidget()->findChildren<QLabel*>(Qt::FindDirectChildrenOnly)) {
+    if (label->isVisible() && near.contains(label->geometry())) whole |= label->geometry();
+  }
+  return whole;
+}
+
 class PictureBoxView final : public ControlView {
  public:
   PictureBoxView(WindowView& window, PictureBox& record, PictureArea* area)
       : ControlView(window, record, area), record_(record), area_(area) {
     area_->OnMouse = [this](QMouseEvent& event) { OnMouse(event); };
+  }
+
+  bool Copy() override {
+    const std::string text = record_.OnCopy ? record_.OnCopy() : std::string();
+    if (text.empty()) return false;
+    QWidget& window = Owner().TopLevel();
+    const QRect place = WithLabels(*area_);
+    auto* data = new QMimeData;
+    data->setText(
+        QStringLiteral("%1\tcopied\t%2\n")
+            .arg(window.windowTitle(), QDateTime::currentDateTime().toString(Qt::ISODate)) +
+        ToQt(text));
+    data->setImageData(
+        window.grab(QRect(area_->parentWidget()->mapTo(&window, place.topLeft()), place.size()))
+            .toImage());
+    QApplication::clipboard()->setMimeData(data);
+    return true;
   }
 
  protected:

@@ -23,6 +23,7 @@ namespace gainsmith {
 namespace {
 
 constexpr int HeadingHeightPixels = 15;
+constexpr int ElidedIndentPixels = 6;
 
 // A label that can be clicked, by keyboard too.
 class TextLabel final : public QLabel {
@@ -30,7 +31,17 @@ class TextLabel final : public QLabel {
   using QLabel::QLabel;
   std::function<void()> OnClick;
 
+  // Shows as much of the text as there is room for.
+  void SetElided(const QString& text) {
+    whole_ = text;
+    Elide();
+  }
+
  protected:
+  void resizeEvent(QResizeEvent* event) override {
+    QLabel::resizeEvent(event);
+    if (!whole_.isNull()) Elide();
+  }
   void mouseReleaseEvent(QMouseEvent* event) override {
     if (OnClick && rect().contains(event->position().toPoint())) OnClick();
   }
@@ -51,6 +62,13 @@ class TextLabel final : public QLabel {
     option.initFrom(this);
     style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
   }
+
+ private:
+  void Elide() {
+    const int room = contentsRect().width() - 2 * indent();
+    setText(fontMetrics().elidedText(whole_, Qt::ElideRight, room));
+  }
+  QString whole_;
 };
 
 Qt::Alignment AlignmentOf(const Label& record) {
@@ -66,27 +84,63 @@ Qt::Alignment AlignmentOf(const Label& record) {
   return vertical | Qt::AlignLeft;
 }
 
+// Letters narrower than this are lower, too.
+constexpr double NarrowestStretch = 0.5;
+
+// The font in which `texts` fit into `room` pixels: `font` itself, a narrower or a smaller one.
+QFont Squeezed(QFont font, const QStringList& texts, int room) {
+  const auto widest = [&] {
+    double pixels = 0;
+    const QFontMetricsF metrics(font);
+    for (const QString& text : texts) pixels = std::max(pixels, metrics.horizontalAdvance(text));
+    return pixels;
+  };
+  const double scale = room / std::max(widest(), 1.0);
+  if (scale >= 1) return font;
+  if (scale < NarrowestStretch) {
+    const double height = font.pixelSize() * scale / NarrowestStretch;
+    font.setPixelSize(std::max(1, static_cast<int>(height)));
+  }
+  // Hinted letters do not scale evenly.
+  for (int percent = 100; percent > 1; --percent) {
+    font.setStretch(percent);
+    if (widest() <= room) break;
+  }
+  return font;
+}
+
 class LabelView final : public ControlView {
  public:
   LabelView(WindowView& window, Label& record, TextLabel* label)
       : ControlView(window, record, label), record_(record), label_(label) {
     label_->setTextFormat(Qt::PlainText);
     label_->setWordWrap(record.WordWrap);
+    label_->setIndent(record.Elided ? ElidedIndentPixels : 0);
     if (record.OnClick) MakeLink();
     QFont font = label_->font();
     if (record.Heading) {
-      font.setPixelSize(HeadingHeightPixels);
+      font.setPixelSize(window.Scaled(HeadingHeightPixels));
       font.setBold(true);
     }
     font.setUnderline(static_cast<bool>(record.OnClick));
     label_->setFont(font);
+    if (record.Squeeze) FindArray();
   }
 
  protected:
-  void ReflectCaption() override { label_->setText(ShownText(record_.Caption)); }
+  void ReflectCaption() override {
+    const QString text = ShownText(record_.Caption);
+    if (!record_.Elided) {
+      label_->setText(text);
+      return;
+    }
+    label_->SetElided(text);
+    if (record_.ToolTip.empty()) label_->setToolTip(text);
+  }
   void ReflectOwn() override {
     const Qt::Alignment alignment = AlignmentOf(record_);
     if (label_->alignment() != alignment) label_->setAlignment(alignment);
+    if (!array_.empty()) ReflectSqueeze();
   }
   void ReflectColours() override {
     ControlView::ReflectColours();
@@ -108,8 +162,33 @@ class LabelView final : public ControlView {
     };
   }
 
+  void FindArray() {
+    const auto base = [](const Label& label) { return label.Name.substr(0, label.Name.find('(')); };
+    for (const Control* control : Owner().Record().Controls) {
+      if (control->Kind != ControlKind::Label) continue;
+      const auto& label = static_cast<const Label&>(*control);
+      if (label.Squeeze && base(label) == base(record_)) array_.push_back(&label);
+    }
+  }
+  void ReflectSqueeze() {
+    std::vector<std::string> captions;
+    for (const Label* label : array_) {
+      if (label->WidthTwips == record_.WidthTwips) captions.push_back(label->Caption);
+    }
+    if (!Changed(captions_, captions)) return;
+    QStringList texts;
+    for (const std::string& caption : captions) texts.push_back(ShownText(caption));
+    QFont plain = label_->font();
+    plain.setStretch(QFont::AnyStretch);
+    plain.setPixelSize(Owner().TopLevel().font().pixelSize());
+    label_->setFont(Squeezed(plain, texts, label_->width()));
+  }
+
   Label& record_;
   TextLabel* label_;
+  // The labels that are squeezed alike, this one among them; empty: it is not.
+  std::vector<const Label*> array_;
+  std::optional<std::vector<std::string>> captions_;
 };
 
 // Which key a record's handler is asked about; 0: none, the key is the widget's own business.
@@ -144,6 +223,11 @@ class FilteredEdit final : public QLineEdit {
   void keyPressEvent(QKeyEvent* event) override {
     if (event->matches(QKeySequence::Paste)) {
       insert(Passing(QApplication::clipboard()->text()));
+      return;
+    }
+    if (event->matches(QKeySequence::Copy) && !hasSelectedText()) {
+      // There is more to copy in the window.
+      event->ignore();
       return;
     }
     const int key = KeyOf(*event);

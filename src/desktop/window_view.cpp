@@ -1,12 +1,15 @@
 // WindowView: building, placing and reflecting a window.
 #include "desktop/window_view.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMainWindow>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "desktop/frame_bars.h"
@@ -30,9 +33,19 @@ Qt::CursorShape ShapeOf(MousePointer pointer) {
   return Qt::ArrowCursor;
 }
 
-QRect PlaceOf(const Window& record) {
-  return {PixelsFromTwips(record.LeftTwips), PixelsFromTwips(record.TopTwips),
-          PixelsFromTwips(record.ClientWidthTwips), PixelsFromTwips(record.ClientHeightTwips)};
+// What the window manager puts around windows; an ample guess while none on the screen tells.
+QMargins FrameMargins() {
+  constexpr QMargins Guess(4, 32, 4, 4);
+  QMargins widest;
+  for (const QWindow* window : QGuiApplication::topLevelWindows()) {
+    if (window->isVisible()) widest = widest | window->frameMargins();
+  }
+  return widest.isNull() ? Guess : widest;
+}
+
+// Where a window's contents may lie.
+QRect FreeScreen() {
+  return QApplication::primaryScreen()->availableGeometry().marginsRemoved(FrameMargins());
 }
 
 }  // namespace
@@ -69,6 +82,30 @@ WindowView::WindowView(ViewHost& host, Window& record, QWidget* topLevel, QWidge
     : QObject(topLevel), host_(host), record_(record), topLevel_(topLevel), client_(client) {
   topLevel_->setObjectName(ToQt(record.Name));
   topLevel_->installEventFilter(this);
+  if (client == topLevel) ChooseScale();
+}
+
+void WindowView::ChooseScale() {
+  const QSizeF room = FreeScreen().size();
+  const double widthPixels = PixelsFromTwips(record_.ClientWidthTwips);
+  const double heightPixels = PixelsFromTwips(record_.ClientHeightTwips);
+  scale_ = std::min({1.0, room.width() / widthPixels, room.height() / heightPixels});
+  if (scale_ == 1) return;
+  QFont font = QApplication::font();
+  // Down, so that no text outgrows its place.
+  font.setPixelSize(static_cast<int>(font.pixelSize() * scale_));
+  topLevel_->setFont(font);
+}
+
+int WindowView::Pixels(int twips) const {
+  return PixelsFromTwips(static_cast<int>(std::lround(twips * scale_)));
+}
+
+int WindowView::Scaled(int pixels) const { return static_cast<int>(std::lround(pixels * scale_)); }
+
+QRect WindowView::PlaceOfRecord() const {
+  return {PixelsFromTwips(record_.LeftTwips), PixelsFromTwips(record_.TopTwips),
+          Pixels(record_.ClientWidthTwips), Pixels(record_.ClientHeightTwips)};
 }
 
 void WindowView::BuildControls() {
@@ -126,9 +163,28 @@ void WindowView::Reflect() {
   }
   ReflectWindow();
   for (ControlView* view : controls_) view->Reflect();
+  ReturnFocus();
   if (reflectBars_) reflectBars_();
   if (!TakesInput(host_.TheWorld, record_)) {
     for (ControlView* view : controls_) view->LetGo();
+  }
+}
+
+// Otherwise the window system would pass it on to the next field, and what the user goes on typing
+// with it.
+void WindowView::HoldFocusOf(const QWidget& leaving) {
+  QWidget* focus = topLevel_->focusWidget();
+  if (focus == nullptr || (focus != &leaving && !leaving.isAncestorOf(focus))) return;
+  focusHome_ = focus;
+  topLevel_->setFocus(Qt::OtherFocusReason);
+}
+
+void WindowView::ReturnFocus() {
+  if (!focusHome_) return;
+  if (topLevel_->focusWidget() != topLevel_) {
+    focusHome_.clear();
+  } else if (focusHome_->isEnabled() && focusHome_->isVisibleTo(topLevel_)) {
+    std::exchange(focusHome_, nullptr)->setFocus(Qt::OtherFocusReason);
   }
 }
 
@@ -149,8 +205,8 @@ void WindowView::ReflectWindow() {
       topLevel_->setCursor(ShapeOf(record_.Pointer));
     }
   }
-  if (place_ != PlaceOf(record_)) {
-    place_ = PlaceOf(record_);
+  if (const QRect place = PlaceOfRecord(); place_ != place) {
+    place_ = place;
     MoveToPlace();
   }
 }
@@ -171,12 +227,17 @@ void WindowView::MoveToPlace() {
     return;
   }
   topLevel_->setFixedSize(place_->size());
-  const QSize whole = topLevel_->isVisible() ? topLevel_->frameGeometry().size() : place_->size();
+  const QMargins frame = FrameMargins();
+  const QRect room = screen.marginsRemoved(frame);
   const auto within = [](int wanted, int first, int last) {
     return std::max(first, std::min(wanted, last));
   };
-  topLevel_->move(within(place_->left(), screen.left(), screen.right() + 1 - whole.width()),
-                  within(place_->top(), screen.top(), screen.bottom() + 1 - whole.height()));
+  const int left =
+      within(place_->left() + frame.left(), room.left(), room.right() + 1 - place_->width());
+  const int top =
+      within(place_->top() + frame.top(), room.top(), room.bottom() + 1 - place_->height());
+  // A window is moved by its frame.
+  topLevel_->move(left - frame.left(), top - frame.top());
 }
 
 void WindowView::Show(QWidget* owner) {
@@ -195,6 +256,13 @@ void WindowView::Show(QWidget* owner) {
   }
   topLevel_->raise();
   topLevel_->activateWindow();
+}
+
+void WindowView::TakeArea() {
+  auto* frame = dynamic_cast<FrameWindow*>(&record_);
+  if (frame == nullptr || !topLevel_->isVisible()) return;
+  frame->AreaWidthTwips = TwipsFromPixels(client_->width());
+  frame->AreaHeightTwips = TwipsFromPixels(client_->height());
 }
 
 void WindowView::Detach() {
@@ -228,8 +296,33 @@ void WindowView::PostUrgent(std::function<void()> run) {
   host_.Queue.Post(std::move(action));
 }
 
+bool WindowView::Copy() const {
+  return std::any_of(controls_.begin(), controls_.end(),
+                     [](ControlView* view) { return view->Widget().isVisible() && view->Copy(); });
+}
+
+// Keys come here that the control with the keyboard has no use for.
+bool WindowView::PressByKey(int key) const {
+  const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+  if (!enter && key != Qt::Key_Escape) return false;
+  for (ControlView* view : controls_) {
+    if (view->Record().Kind != ControlKind::Button || !WithinReach(view->Record())) continue;
+    const auto& button = static_cast<const Button&>(view->Record());
+    if (!(enter ? button.Default : button.Cancel)) continue;
+    static_cast<QAbstractButton&>(view->Widget()).click();
+    return true;
+  }
+  return false;
+}
+
 bool WindowView::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != topLevel_ || event->type() != QEvent::Close || detached_) return false;
+  if (watched != topLevel_ || detached_) return false;
+  if (event->type() == QEvent::KeyPress) {
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if (key.matches(QKeySequence::Copy)) return Copy();
+    return !key.isAutoRepeat() && PressByKey(key.key());
+  }
+  if (event->type() != QEvent::Close) return false;
   event->ignore();
   UserAction action;
   action.Run = [&world = host_.TheWorld, &record = record_] { world.Unload(record); };

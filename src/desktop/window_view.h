@@ -42,6 +42,8 @@ class WindowView : public QObject {
   ViewHost& Host() const { return host_; }
 
   void Show(QWidget* owner);
+  // Tells a frame window's record how large its area is.
+  void TakeArea();
   void Reflect();
   // Takes the window from the screen for good and lets its widgets be deleted once the handlers
   // that are under way have returned, if no dialog is open; Delete does so when the last is closed.
@@ -58,8 +60,16 @@ class WindowView : public QObject {
   void PostUrgent(std::function<void()> run);
 
   // For control views.
+
+  // Widget pixels for a place or length in twips, and for pixels of a window at its full size: a
+  // window larger than the free screen is drawn smaller as a whole. Its font is, too.
+  int Pixels(int twips) const;
+  int Scaled(int pixels) const;
   void PlaceWidget(ControlView& view, const QRect& place) const;
   QColor BackgroundUnder(const Control& record) const;
+  // The widget is about to be disabled or hidden: the keyboard, where it or something in it has it,
+  // goes to no other control meanwhile, and comes back to it unless it was given elsewhere.
+  void HoldFocusOf(const QWidget& leaving);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -72,7 +82,15 @@ class WindowView : public QObject {
   // Reflects every control anew next time.
   void ForgetAll();
   void ReflectColours();
+  // How much smaller than its record says the window is drawn, and its font for that.
+  void ChooseScale();
+  QRect PlaceOfRecord() const;
   void MoveToPlace();
+  void ReturnFocus();
+  // The key presses the window's default or cancel button. False: it means nothing to the window.
+  bool PressByKey(int key) const;
+  // Of the controls on show the first that has something to copy.
+  bool Copy() const;
 
   ViewHost& host_;
   Window& record_;
@@ -82,11 +100,15 @@ class WindowView : public QObject {
   std::vector<ControlView*> controls_;
   // Brings the menus and tool buttons of a frame window up to date.
   std::function<void()> reflectBars_;
+  // 1 or less.
+  double scale_ = 1;
   bool detached_ = false;
   std::optional<std::string> caption_;
   std::optional<MousePointer> pointer_;
   std::optional<QRect> place_;
   qint64 paletteKey_ = 0;
+  // Had the keyboard when it was taken out of reach.
+  QPointer<QWidget> focusHome_;
 };
 
 }  // namespace gainsmith

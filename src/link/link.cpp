@@ -191,11 +191,12 @@ void Link::NoteWrite(const Word& word) {
   }
 }
 
-Sent Link::End(const Word& word, Sent sent) {
+Sent Link::End(const Word& word, Sent sent, int frames) {
   if (sent == Sent::Lost) {
     // A handler inside may have been refused a value of its own.
     ValueRefused = false;
     known_.LastExchangeFailed = true;
+    OnLost(word.Function, word.Target, frames);
   }
   if (sent != Sent::Taken) return sent;
   known_.LastExchangeFailed = false;
@@ -205,15 +206,16 @@ Sent Link::End(const Word& word, Sent sent) {
       lastWrites_[word.Target].Word == word.Number) {
     command->second.Acknowledged = true;
   }
+  if (word.Function == Function::Write) OnTaken(word.Target);
   return sent;
 }
 
 Sent Link::Say(const Word& word, const ExchangeOptions& options) {
   for (int frames = 0;; ++frames) {
     if (options.PauseBeforeMs > 0 && frames < options.MostFrames) WaitMs(options.PauseBeforeMs);
-    if (const std::optional<Sent> off = CalledOff(word)) return End(word, *off);
-    if (options.Withdrawn && options.Withdrawn(frames)) return End(word, Sent::Off);
-    if (frames == options.MostFrames) return End(word, Sent::Lost);
+    if (const std::optional<Sent> off = CalledOff(word)) return End(word, *off, frames);
+    if (options.Withdrawn && options.Withdrawn(frames)) return End(word, Sent::Off, frames);
+    if (frames == options.MostFrames) return End(word, Sent::Lost, frames);
     if (frames > 0) ++known_.Resends;
     NoteWrite(word);
     const Outcome outcome = Attempt(word, options);
@@ -221,7 +223,7 @@ Sent Link::Say(const Word& word, const ExchangeOptions& options) {
     if (outcome == Outcome::Done) break;
     ++known_.LostReplies;
   }
-  End(word, Sent::Taken);
+  End(word, Sent::Taken, 0);
   if (options.ClosingWait) WaitAfterSuccess(options.DriveMs);
   return IsOvertaken(word) ? Sent::Overtaken : Sent::Taken;
 }

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -141,6 +142,14 @@ class Link {
   void TellFailure(const Errand& errand);
 
   const LineKnowledge& Known() const { return known_; }
+  // Counts the openings of the port: what was known of a drive ends with each.
+  std::uint64_t PortSession() const { return portSession_; }
+
+  // Told of each write that the drive has taken, and of each exchange that was lost with nothing
+  // refused. May neither wait nor show anything.
+  std::function<void(Register reg)> OnTaken = [](Register) {};
+  std::function<void(Function function, Register reg, int frames)> OnLost = [](Function, Register,
+                                                                               int) {};
 
   // The first register of the last reply to a read, 0 to 65535. RxBuffer is not empty.
   std::uint16_t Raw() const { return RawValue(RxBuffer); }
@@ -179,7 +188,7 @@ class Link {
   // One request and its reply.
   Outcome Attempt(const Word& word, const ExchangeOptions& options);
   void NoteWrite(const Word& word);
-  Sent End(const Word& word, Sent sent);
+  Sent End(const Word& word, Sent sent, int frames);
   // The wait that closes a good exchange. Its reply is still the caller's afterwards, whatever ran
   // inside the wait.
   void WaitAfterSuccess(int driveMs);

@@ -163,6 +163,7 @@ bool BulkTransfer::SaveToEeprom() {
   const TransferMark mark(shell_);
   const Errand errand(link_);
   const bool wasOpen = world_.IsPortOpen();
+  const ActivityScope activity(main_, "Storing settings");
   ExchangeOptions store = CountingRetries();
   store.BeforeReplyMs = 1000;
   store.AfterReplyMs = 500;

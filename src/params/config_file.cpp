@@ -48,13 +48,14 @@ void ConfigFiles::OpenConfigFile() {
     return;
   }
 
+  const ParameterStore settings = store_;
   const TransferMark mark(shell_);
   BusyScreen busy(world_, waiting_, "Openning Source Configuration File");
   const DownloadResult sent = transfer_.DownloadAllParameters();
   busy.End();
   if (sent.Trouble) world_.ShowMessage(*sent.Trouble);
   if (!sent.Whole) return;
-  UseFile(chosen.Path);
+  UseFile(chosen.Path, settings);
   Tell("Configuration settings from the source file have been loaded successfully.",
        MessageIcon::Information);
 }
@@ -89,7 +90,11 @@ void ConfigFiles::WriteConfigFile(const std::string& path, bool confirmOverwrite
     Tell("Error(s) happened when saving to the target file", MessageIcon::Critical);
     return;
   }
-  if (confirmOverwrite) UseFile(path);
+  if (confirmOverwrite) {
+    UseFile(path, store_);
+  } else if (path == main_.CurrentConfigFile) {
+    inUse_ = store_;
+  }
 }
 
 void ConfigFiles::mnuSave_Click() {
@@ -101,10 +106,17 @@ void ConfigFiles::mnuSave_Click() {
 }
 
 std::optional<Message> ConfigFiles::LoadDefaultSettings() {
-  const std::string path = world_.ProgramDirectory() + "/default.ini";
-  if (LoadConfigFile(world_, path, store_, main_)) return std::nullopt;
+  if (LoadConfigFile(world_, FactoryPath(), store_, main_)) return std::nullopt;
   return Message{"Default settings have been crashed. Contact Torvane or your distributor",
                  MainTitle, MessageButtons::Ok, MessageIcon::Critical};
+}
+
+std::optional<ParameterStore> ConfigFiles::FactoryValues() const {
+  ParameterStore store;
+  const std::optional<std::string> text = world_.ReadFile(FactoryPath());
+  if (!text || !ParseConfig(*text, store)) return std::nullopt;
+  TakeFileFlags(store);
+  return store;
 }
 
 std::string ConfigFiles::FileNameOnly(const std::string& path) {
@@ -112,7 +124,8 @@ std::string ConfigFiles::FileNameOnly(const std::string& path) {
   return LastSegment(path);
 }
 
-void ConfigFiles::UseFile(const std::string& path) {
+void ConfigFiles::UseFile(const std::string& path, const ParameterStore& settings) {
+  inUse_ = settings;
   main_.ShowFileInCaption(FileNameOnly(path));
   main_.mnuFileClose.Enabled = true;
 }

@@ -74,6 +74,7 @@ struct ParameterStore {
   // fills that slot (params/drive_flags.h).
   bool HoldsFlagsWord = false;
 
+  bool operator==(const ParameterStore&) const = default;
   float& operator[](Slot slot) { return ParameterValues[static_cast<std::size_t>(slot)]; }
   float operator[](Slot slot) const { return ParameterValues[static_cast<std::size_t>(slot)]; }
 };

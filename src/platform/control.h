@@ -95,6 +95,11 @@ struct Label : Control {
   TextAlignment Alignment = TextAlignment::Left;
   bool WordWrap = false;
   bool Heading = false;
+  // A text wider than its place ends in an ellipsis, and is whole in the tool tip.
+  bool Elided = false;
+  // A text that is wider than its label is drawn narrower, and all the labels of its array that are
+  // as wide alike: the columns of an axis, whose digits grow with the zoom.
+  bool Squeeze = false;
   // A label with a handler is shown as a link.
   std::function<void()> OnClick;
 };
@@ -136,6 +141,10 @@ struct Button : Control {
   Button() : Control(ControlKind::Button) {}
   // A colour swatch shows its BackColor over its whole area.
   bool Swatch = false;
+  // Enter presses the button from wherever Enter means nothing else, and it looks like it; Esc
+  // presses the other. At most one of each in a window is in reach.
+  bool Default = false;
+  bool Cancel = false;
   std::function<void()> OnClick;
   // Press and release by any mouse button or by the keyboard. OnRelease follows each OnPress
   // exactly once: losing the focus, the window or the mouse grab counts as release.
@@ -250,6 +259,9 @@ struct PictureBox : Control {
   std::function<void(int button, float x, float y)> OnMouseDown;
   std::function<void(int button, float x, float y)> OnMouseMove;
   std::function<void(int button, float x, float y)> OnMouseUp;
+  // The user copies the picture: what it shows as text for a spreadsheet; empty: there is nothing
+  // to copy. Only answers.
+  std::function<std::string()> OnCopy;
 };
 
 // A round signal lamp in its BackColor.
@@ -277,12 +289,17 @@ struct GridColumn {
   bool operator==(const GridColumn&) const = default;
 };
 
-// A read-only table of texts.
+// A read-only table of texts. Copying takes the rows that are selected, or all where none is, with
+// the headings and with tabs between the columns that are shown.
 struct Grid : Control {
   Grid() : Control(ControlKind::Grid) {}
   std::vector<GridColumn> Columns;
   std::vector<std::vector<std::string>> Rows;
+  // Rows that head those below them; they show their first text over the whole width.
+  std::vector<int> HeadingRows;
   int CurrentRow = -1;
+  // Any number of rows can be selected at once; CurrentRow says nothing then.
+  bool ManySelected = false;
 };
 
 // A picture that belongs to the program, by name ("about").

@@ -78,6 +78,10 @@ struct Window {
   // Asked when something wants to close the window; false keeps it open. May wait; a further wish
   // to close that arrives meanwhile is dropped.
   virtual bool Form_Unload() { return true; }
+  // Called while the window is on show, before its record is brought to the screen and at least
+  // once a second, also behind a message: brings the record up to date with what it shows of other
+  // state. May neither wait nor show nor unload anything.
+  virtual void Refresh() {}
 
   // Adds a control under its name; for the designs.
   template <typename T>
@@ -134,6 +138,9 @@ struct FrameWindow : Window {
   std::vector<ToolButton*> ToolButtons;
   bool MaximizeBox = true;
   bool Maximized = false;
+  // Size of the area below the bars as it is on the screen, kept by World; 0 before the first show.
+  int AreaWidthTwips = 0;
+  int AreaHeightTwips = 0;
 };
 
 }  // namespace gainsmith

@@ -71,6 +71,12 @@ bool World::Unload(Window& window) {
   return true;
 }
 
+MessageAnswer World::ShowMessage(const Message& message) {
+  if (ended_) return message.Default;
+  OnMessageShown(message);
+  return AnswerMessage(message);
+}
+
 Window* World::ModalWindow() const {
   const auto modal =
       std::find_if(loaded_.rbegin(), loaded_.rend(), [](const Window* w) { return w->Modal; });

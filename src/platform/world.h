@@ -70,6 +70,8 @@ class World {
   // comes or until NowMs() has passed `deadlineMs`, whichever is first.
   virtual void PumpEvents(std::int64_t deadlineMs) = 0;
   virtual int PresentYear() = 0;
+  // The user's time of day: "14:05:09".
+  virtual std::string TimeOfDay() = 0;
 
   // --- Windows.
 
@@ -102,7 +104,9 @@ class World {
   // --- Dialogs. Other events wait until they are answered, but for painting and the release of
   // what the user held when the dialog came up: its handler runs, and may wait, inside the dialog.
 
-  virtual MessageAnswer ShowMessage(const Message& message) = 0;
+  MessageAnswer ShowMessage(const Message& message);
+  // Told of each message that is about to be shown; may neither wait nor show anything.
+  std::function<void(const Message&)> OnMessageShown = [](const Message&) {};
   // A message or dialog is on the screen: the handlers below it go on when it is answered.
   virtual bool AwaitsAnswer() const = 0;
   // `filter` is as "*.tvd|*.tvd|": pairs of description and pattern.
@@ -124,6 +128,8 @@ class World {
   // Writes a file whole or not at all (temporary file, then rename); false leaves the old one.
   virtual bool WriteFile(const std::string& path, const std::string& bytes) = 0;
   virtual bool FileExists(const std::string& path) = 0;
+  // Puts a text where other programs can paste it from.
+  virtual void CopyText(const std::string& text) = 0;
   // Hands a document or web address to the desktop's default handler.
   virtual void OpenDocument(const std::string& address) = 0;
   // Opens the table of the store file `path`. Never fails: a store that can't be written is kept
@@ -143,6 +149,8 @@ class World {
   // MostFileBytes + 1 at least.
   static std::string LimitedToMost(std::string bytes);
 
+  // Shows the message until it is answered.
+  virtual MessageAnswer AnswerMessage(const Message& message) = 0;
   // The window's record says that it is visible (and perhaps modal): bring it to the screen.
   virtual void WindowShown(Window& window) = 0;
   // The window is no longer visible, or no longer loaded.

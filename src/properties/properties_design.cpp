@@ -32,6 +32,7 @@ void sysConfigFrm::Design() {
   Add(cmdOK, "cmdOK").Caption = "OK";
   cmdOK.Place(6900, ButtonRowTwips, 1350, 420);
   Add(Command2, "Command2").Caption = "Cancel";
+  Command2.Cancel = true;
   Command2.Place(8415, ButtonRowTwips, 1350, 420);
   err.IntervalMs = 500;
   Timers = {&err};

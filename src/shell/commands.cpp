@@ -61,15 +61,23 @@ std::vector<Commands::Row> Commands::Table() {
 
 Commands::Starter Commands::Modal(Window* window) {
   return [this, window](std::function<void()> afterwards) {
-    world_.ShowModal(*window, std::move(afterwards));
+    Opening(*window, [&] { world_.ShowModal(*window, std::move(afterwards)); });
   };
 }
 
 Commands::Starter Commands::Modeless(Window* window) {
   return [this, window](const std::function<void()>& afterwards) {
-    world_.Show(*window);
+    Opening(*window, [&] { world_.Show(*window); });
     if (afterwards) afterwards();
   };
+}
+
+// Some windows read the drive for seconds while they load.
+void Commands::Opening(const Window& window, const std::function<void()>& show) {
+  const ActivityScope activity(main_, "Opening " + window.Caption);
+  const MousePointer before = std::exchange(main_.Pointer, MousePointer::Hourglass);
+  show();
+  if (main_.Pointer == MousePointer::Hourglass && !waiting_) main_.Pointer = before;
 }
 
 Commands::Starter Commands::Call(std::function<void()> routine) {
@@ -124,6 +132,7 @@ bool Commands::Take(Step step, const Row& row) {
 
 bool Commands::CommunicationTest() {
   if (world_.IsPortOpen()) return true;
+  main_.TellTrouble("No port is open. Choose Drive, Connect.");
   world_.ShowMessage(LostLinkMessage());
   return false;
 }
@@ -141,6 +150,7 @@ bool Commands::ExclusionTest(const Exclusion& windows) {
 void Commands::WaitForLine(Command name) {
   waiting_ = name;
   main_.Pointer = MousePointer::Hourglass;
+  main_.ShowActivity("Waiting: a value is on its way");
   main_.LineWatch.Start();
 }
 
@@ -149,6 +159,7 @@ void Commands::LineWatch_Timer() {
   if (open && routes_.LineInUse()) return;
   main_.LineWatch.Stop();
   main_.Pointer = MousePointer::Default;
+  main_.EndActivity();
   const std::optional<Command> name = std::exchange(waiting_, {});
   // What has opened meanwhile has the user's attention.
   if (name && open && world_.ModalWindow() == nullptr) Run(*name);

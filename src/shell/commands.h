@@ -120,6 +120,8 @@ class Commands {
   std::vector<Row> Table();
   Starter Modal(Window* window);
   Starter Modeless(Window* window);
+  // Shows a window, and meanwhile that it is being opened.
+  void Opening(const Window& window, const std::function<void()>& show);
   static Starter Call(std::function<void()> routine);
 
   void RouteMenus();

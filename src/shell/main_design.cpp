@@ -1,4 +1,5 @@
 // The design of the main window: menus, tool bar and client area.
+#include <algorithm>
 #include <utility>
 
 #include "shell/main_window.h"
@@ -83,24 +84,97 @@ void MDIForm1::DesignMenus() {
 void MDIForm1::DesignClientArea() {
   Add(lblConnection, "lblConnection").Heading = true;
   Add(lblConnectionDetail, "lblConnectionDetail");
-  Add(lblHint, "lblHint");
-  Add(lblActivity, "lblActivity");
-  Add(prgActivity, "prgActivity").AccessibleName = "Progress of the transfer";
+  Add(lblHint, "lblHint").WordWrap = true;
   Add(lblNotice, "lblNotice").WordWrap = true;
+  for (Label* label : {&lblConnection, &lblConnectionDetail}) {
+    label->Alignment = TextAlignment::Centre;
+  }
+
+  Add(lblPageNote, "lblPageNote").Heading = true;
+  Add(lblFilter, "lblFilter").Caption = "Filter:";
+  Add(txtFilter, "txtFilter").AccessibleName = "Filter of the settings";
+  txtFilter.ToolTip = "Shows the settings whose name, group or value contains this";
+  Add(chkDifferences, "chkDifferences").Caption = "Differences only";
+  chkDifferences.ToolTip =
+      "Shows the settings that differ from the factory values or from the open file";
+  Add(grdSettings, "grdSettings").AccessibleName = "Settings of the drive";
+  grdSettings.ToolTip = "Ctrl+C copies the selected rows, or all of them";
+  grdSettings.ManySelected = true;
+  DesignStrip();
+}
+
+void MDIForm1::DesignStrip() {
+  constexpr Colour LineColour = Rgb(0x8A, 0x92, 0x9B);
+  for (std::size_t i = 0; i < lblStrip.size(); ++i) {
+    Add(linStrip[i], "linStrip", i).Border = false;
+    linStrip[i].BackColor = LineColour;
+    Add(lblStrip[i], "lblStrip", i).Elided = true;
+  }
+  lblStrip[static_cast<std::size_t>(StripField::Trouble)].OnClick = [this] { OnTroubleClick(); };
+  Add(prgActivity, "prgActivity").AccessibleName = "Progress";
 }
 
 void MDIForm1::PlaceClientArea() {
-  constexpr int BlockTwips = 9000;
-  const int left = (world_.ScreenWidthTwips() - BlockTwips) / 2;
-  const int top = world_.ScreenHeightTwips() / 4;
-  lblConnection.Place(left, top, BlockTwips, 480);
-  lblConnectionDetail.Place(left, top + 540, BlockTwips, 300);
-  lblHint.Place(left, top + 900, BlockTwips, 300);
-  lblActivity.Place(left, top + 1500, BlockTwips, 300);
-  prgActivity.Place(left, top + 1830, BlockTwips, 120);
-  lblNotice.Place(left, top + 2280, BlockTwips, 2400);
-  for (Label* label : {&lblConnection, &lblConnectionDetail, &lblHint, &lblActivity, &lblNotice}) {
-    label->Alignment = TextAlignment::Centre;
+  constexpr int StripTwips = 390;
+  const int width = AreaWidthTwips > 0 ? AreaWidthTwips : ClientWidthTwips;
+  const int height = AreaHeightTwips > 0 ? AreaHeightTwips : ClientHeightTwips;
+  const int bottom = height - StripTwips;
+  PlaceStrip(width, bottom);
+  if (pageShown_) {
+    PlacePage(width, 0, bottom);
+    return;
+  }
+  const int block = std::min(width - 360, 10800);
+  const int left = (width - block) / 2;
+  const int top = std::max(bottom / 6, 120);
+  lblConnection.Place(left, top, block, 480);
+  lblConnectionDetail.Place(left, top + 540, block, 300);
+  lblHint.Place(left, top + 1020, block, 3000);
+  lblNotice.Place(left, top + 4140, block, 2400);
+  lblNotice.Alignment = TextAlignment::Centre;
+  lblHint.Alignment = world_.IsPortOpen() ? TextAlignment::Centre : TextAlignment::Left;
+}
+
+void MDIForm1::PlacePage(int widthTwips, int topTwips, int bottomTwips) {
+  constexpr int Margin = 150;
+  constexpr int RowTwips = 360;
+  constexpr int FilterTwips = 3000;
+  int top = topTwips + Margin;
+  const int inside = widthTwips - 2 * Margin;
+  lblPageNote.Place(Margin, top, inside - FilterTwips - 3300, RowTwips);
+  const int right = Margin + inside;
+  chkDifferences.Place(right - FilterTwips - 2940, top, 2100, RowTwips);
+  lblFilter.Place(right - FilterTwips - 690, top, 600, RowTwips);
+  txtFilter.Place(right - FilterTwips, top, FilterTwips, RowTwips);
+  top += RowTwips + 120;
+  if (lblNotice.Visible) {
+    const auto lines = 1 + std::count(lblNotice.Caption.begin(), lblNotice.Caption.end(), '\n') +
+                       static_cast<int>(lblNotice.Caption.size()) / 140;
+    const int notice = static_cast<int>(lines) * 240 + 60;
+    lblNotice.Alignment = TextAlignment::Left;
+    lblNotice.Place(Margin, top, inside, notice);
+    top += notice + 60;
+  }
+  grdSettings.Place(Margin, top, inside, std::max(bottomTwips - top - 120, 600));
+}
+
+// The shares, in thousandths, are those of the longest texts of the first four fields; the last one
+// opens a list. The bar lies below its text.
+void MDIForm1::PlaceStrip(int widthTwips, int topTwips) {
+  constexpr int LineTwips = 15;
+  constexpr int TextTwips = 345;
+  constexpr int BarTwips = 60;
+  constexpr std::array<int, 5> Shares{280, 262, 252, 118, 88};
+  linStrip[0].Place(0, topTwips, widthTwips, LineTwips);
+  int share = 0;
+  for (std::size_t i = 0; i < lblStrip.size(); ++i) {
+    const int left = widthTwips * share / 1000;
+    share += Shares[i];
+    const int right = widthTwips * share / 1000;
+    if (i > 0) linStrip[i].Place(left, topTwips + 60, LineTwips, TextTwips - 60);
+    lblStrip[i].Place(left + LineTwips, topTwips + LineTwips, right - left - LineTwips, TextTwips);
+    if (&lblStrip[i] != &lblActivity) continue;
+    prgActivity.Place(left + 90, topTwips + TextTwips - 45, right - left - 180, BarTwips);
   }
 }
 

@@ -68,34 +68,73 @@ void MDIForm1::ShowFileInCaption(const std::string& fileName) {
 
 void MDIForm1::ShowBaseCaption() { Caption = MainTitle; }
 
+void MDIForm1::Refresh() {
+  PlaceClientArea();
+  // Its words would be wrong while the settings are being read.
+  lblHint.Visible = !pageShown_ && !(world_.IsPortOpen() && shell_.BulkTransferRunning);
+  const auto& troubles = Troubles.Entries();
+  if (troubles.empty()) {
+    ShowStrip(StripField::Trouble, {"No trouble so far"});
+  } else {
+    const Trouble& last = troubles.front();
+    ShowStrip(StripField::Trouble,
+              {last.Time + "  " + last.Text, last.Text + "\nClick for the last ones."});
+  }
+  OnRefresh();
+}
+
 void MDIForm1::ShowPort(const std::string& where) {
   const bool open = !where.empty();
   lblConnection.Caption = open ? "Port open" : "Not connected";
   lblConnectionDetail.Caption = where;
   lblHint.Caption = open ? "The drive's settings have not been read. Close and open the connection "
                            "to read them."
-                         : "Choose Drive, Connect (Ctrl+N) to reach a drive.";
+                         : "";
+  ShowPage(false);
 }
 
 void MDIForm1::ShowConnected() {
   lblConnection.Caption = "Connected";
   lblHint.Caption = "";
+  ShowPage(true);
+}
+
+void MDIForm1::ShowPage(bool shown) {
+  pageShown_ = shown;
+  for (Control* control :
+       {static_cast<Control*>(&grdSettings), static_cast<Control*>(&txtFilter),
+        static_cast<Control*>(&chkDifferences), static_cast<Control*>(&lblFilter),
+        static_cast<Control*>(&lblPageNote)}) {
+    control->Visible = shown;
+  }
+  lblConnection.Visible = lblConnectionDetail.Visible = lblHint.Visible = !shown;
+  PlaceClientArea();
 }
 
 void MDIForm1::ShowActivity(const std::string& what, int done, int total) {
-  lblActivity.Caption = what + ": " + std::to_string(done) + " of " + std::to_string(total);
-  lblHint.Visible = false;
-  lblActivity.Visible = true;
+  const bool counted = total > 0;
+  lblActivity.Caption =
+      counted ? what + " " + std::to_string(done) + " of " + std::to_string(total) : what;
   prgActivity.Max = total;
   prgActivity.Value = done;
-  prgActivity.Visible = true;
+  prgActivity.Visible = counted;
 }
 
 void MDIForm1::EndActivity() {
-  lblHint.Visible = true;
-  lblActivity.Visible = false;
+  lblActivity.Caption.clear();
   prgActivity.Visible = false;
 }
+
+void MDIForm1::ShowStrip(StripField field, const StripText& text) {
+  constexpr Colour AlarmGround = Rgb(0xB7, 0x1C, 0x1C);
+  Label& label = lblStrip[static_cast<std::size_t>(field)];
+  label.Caption = text.Alarm ? "⚠ " + text.Text : text.Text;
+  label.ToolTip = text.More;
+  label.BackColor = text.Alarm ? AlarmGround : DefaultColour;
+  label.ForeColor = text.Alarm ? Rgb(0xFF, 0xFF, 0xFF) : DefaultColour;
+}
+
+void MDIForm1::TellTrouble(const std::string& text) { Troubles.Add(world_.TimeOfDay(), text); }
 
 void MDIForm1::ShowNotice(Notice about, const std::string& text) {
   notices_[static_cast<std::size_t>(about)] = text;
@@ -105,6 +144,7 @@ void MDIForm1::ShowNotice(Notice about, const std::string& text) {
     lblNotice.Caption += (lblNotice.Caption.empty() ? "" : "\n") + notice;
   }
   lblNotice.Visible = !lblNotice.Caption.empty();
+  PlaceClientArea();
 }
 
 }  // namespace gainsmith

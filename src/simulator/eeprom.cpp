@@ -3,9 +3,10 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <sstream>
+#include <system_error>
 #include <vector>
 
 #include "simulator/bank/factory_values.h"
@@ -15,7 +16,36 @@ namespace gainsmith::sim {
 
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr std::string_view Title = "kvt518-sim eeprom 1";
+// Far more than any image; what is longer is none.
+constexpr std::size_t LongestText = 65536;
+
+// Whether only a file of our own can be hit by reading and writing there: a device may have no end,
+// and would be replaced.
+bool IsFileOrNothing(const std::string& path) {
+  std::error_code ignored;
+  const fs::file_status status = fs::status(path, ignored);
+  return !fs::exists(status) || fs::is_regular_file(status);
+}
+
+std::string ReadText(const std::string& path) {
+  std::ifstream file(path, std::ios::binary);
+  std::string text(LongestText, '\0');
+  file.read(text.data(), static_cast<std::streamsize>(text.size()));
+  text.resize(static_cast<std::size_t>(file.gcount()));
+  return text;
+}
+
+void SetAside(const std::string& path) {
+  std::string aside = path + ".damaged";
+  std::error_code ignored;
+  for (int number = 2; fs::exists(aside, ignored); ++number) {
+    aside = path + ".damaged" + std::to_string(number);
+  }
+  fs::rename(path, aside, ignored);
+}
 
 unsigned Checksum(std::string_view text) {
   return Crc16(std::vector<std::uint8_t>(text.begin(), text.end()));
@@ -82,27 +112,39 @@ std::optional<EepromImage> DecodeImage(std::string_view text) {
 
 EepromFile::Found EepromFile::Load(EepromImage& image) const {
   image = FactoryImage();
-  if (path_.empty()) return Found::Missing;
-  std::ifstream file(path_, std::ios::binary);
-  if (!file) return Found::Missing;
-  const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  const std::optional<EepromImage> decoded = DecodeImage(text);
-  if (!decoded) return Found::Corrupt;
+  std::error_code ignored;
+  if (path_.empty() || !Problem().empty()) return Found::Missing;
+  fs::remove(path_ + ".new", ignored);
+  if (!fs::exists(path_, ignored)) return Found::Missing;
+  const std::optional<EepromImage> decoded = DecodeImage(ReadText(path_));
+  if (!decoded) {
+    SetAside(path_);
+    return Found::Corrupt;
+  }
   image = *decoded;
   return Found::Image;
 }
 
+std::string EepromFile::Problem() const {
+  return IsFileOrNothing(path_) ? std::string() : path_ + " is not a file to keep the EEPROM in";
+}
+
 bool EepromFile::Save(const EepromImage& image) const {
   if (path_.empty()) return true;
+  if (!Problem().empty()) return false;
   const std::string newPath = path_ + ".new";
   std::ofstream file(newPath, std::ios::binary | std::ios::trunc);
   file << EncodeImage(image);
   file.close();
-  if (file.fail()) {
-    std::remove(newPath.c_str());
-    return false;
-  }
-  return std::rename(newPath.c_str(), path_.c_str()) == 0;
+  if (!file.fail() && std::rename(newPath.c_str(), path_.c_str()) == 0) return true;
+  std::remove(newPath.c_str());
+  return false;
+}
+
+void EepromFile::SaveHalf(const EepromImage& image) const {
+  if (path_.empty() || !Problem().empty()) return;
+  const std::string text = EncodeImage(image);
+  std::ofstream(path_, std::ios::binary | std::ios::trunc) << text.substr(0, text.size() / 2);
 }
 
 }  // namespace gainsmith::sim

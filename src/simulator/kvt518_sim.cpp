@@ -26,28 +26,36 @@ void Interrupt(int) { interrupted = 1; }
 
 // A terminal without a host reports a hang-up at once and always, so it is asked now and then.
 constexpr TimeUs HostPollUs = 10'000;
-// While the motor moves, its faults are looked for so often.
+// While the motor is not at rest, it is looked after so often.
 constexpr TimeUs MotionPollUs = 20'000;
+// Bytes are handed over to the host in lots of so long, as serial adapters do it, and the last one
+// of a reply at its time.
+constexpr TimeUs HandOverUs = 1'000;
 // How long the device stays away after a hang-up.
 constexpr TimeUs AwayUs = 2'000'000;
 
 class Program {
  public:
   explicit Program(const SimOptions& options) : options_(options), drive_(options.Drive) {
-    for (const FaultOrder& order : options.Faults) drive_.Inject(order.Kind, order.When);
+    for (const FaultOrder& order : options.Faults) drive_.Inject(order);
   }
 
   // Runs until interrupted or told to quit. Gives the exit code.
   int Run() {
+    const std::string problem = EepromFile(options_.Drive.EepromPath).Problem();
+    if (!problem.empty()) {
+      std::fprintf(stderr, "kvt518-sim: %s\n", problem.c_str());
+      return 1;
+    }
     if (!OpenTerminal()) return 1;
     while (interrupted == 0 && !quit_) {
       WaitForWork();
       ServeInput();
       ServeLine();
-      if (drive_.Moving()) drive_.Advance(Now());
-      for (const std::string& event : drive_.TakeEvents()) Say(event);
+      if (drive_.Busy()) drive_.Advance(Now());
+      for (const std::string& event : drive_.TakeEvents()) Tell(event);
     }
-    return 0;
+    return failed_ ? 1 : 0;
   }
 
  private:
@@ -58,6 +66,11 @@ class Program {
 
   void Say(const std::string& text) const {
     std::printf("%10.3f  %s\n", static_cast<double>(Now()) / 1e6, text.c_str());
+  }
+
+  // What passes on the link.
+  void Tell(const std::string& text) const {
+    if (!options_.Quiet) Say(text);
   }
 
   bool OpenTerminal() {
@@ -75,8 +88,10 @@ class Program {
     TimeUs at = now + 3'600'000'000;
     if (reopenAt_) at = std::min(at, *reopenAt_);
     if (!reopenAt_ && !hasHost_) at = std::min(at, now + HostPollUs);
-    if (drive_.Moving()) at = std::min(at, now + MotionPollUs);
-    if (const auto transmitAt = drive_.NextTransmitAt()) at = std::min(at, *transmitAt);
+    if (drive_.Busy()) at = std::min(at, now + MotionPollUs);
+    if (const auto nextAt = drive_.NextTransmitAt()) {
+      at = std::min({at, *nextAt + HandOverUs, drive_.AllTransmittedAt()});
+    }
     return at;
   }
 
@@ -99,11 +114,11 @@ class Program {
       if (Now() < *reopenAt_) return;
       reopenAt_.reset();
       drive_.Reconnect();
-      if (!OpenTerminal()) quit_ = true;
+      if (!OpenTerminal()) failed_ = quit_ = true;
       return;
     }
     ServeHost();
-    for (const std::uint8_t byte : terminal_.ReadAll()) drive_.Receive(byte, Now());
+    for (const std::uint8_t byte : terminal_.ReadSome()) drive_.Receive(byte, Now());
     const std::vector<std::uint8_t> bytes = drive_.Transmit(Now());
     if (hasHost_) terminal_.Write(bytes);
     if (drive_.HungUp()) {
@@ -118,16 +133,20 @@ class Program {
     const bool hadHost = hasHost_;
     hasHost_ = terminal_.HasHost();
     if (hadHost && !hasHost_) {
-      Say("host gone");
+      Tell("host gone");
       terminal_.Flush();
       hostBaud_ = 0;
     }
     if (!hasHost_) return;
     const int baud = terminal_.HostBaud().value_or(options_.Drive.Baud);
     if (hadHost && baud == hostBaud_) return;
-    Say((hadHost ? "host changes to " : "host connected at ") + std::to_string(baud) + " baud");
+    Tell((hadHost ? "host changes to " : "host connected at ") + std::to_string(baud) + " baud");
     hostBaud_ = baud;
-    if (options_.FollowHostBaud) drive_.SetBaud(baud);
+    if (options_.FollowHostBaud) {
+      drive_.SetBaud(baud);
+    } else {
+      drive_.SetHostBaud(baud);
+    }
   }
 
   void ServeInput() {
@@ -157,7 +176,7 @@ class Program {
     } else if (command == "fault") {
       const auto order = ParseFault(count.empty() ? name : name + ":" + count);
       if (!order) return Say("no such fault: " + line);
-      drive_.Inject(order->Kind, order->When);
+      drive_.Inject(*order);
     } else if (command == "error") {
       const auto error = DriveErrorNamed(name);
       if (!error) return Say("no such error: " + line);
@@ -171,6 +190,9 @@ class Program {
       drive_.StartMotion(Now(), motion);
     } else if (command == "stop") {
       drive_.StopMotion(Now());
+    } else if (command == "encoder") {
+      if (name != "off" && name != "on") return Say("encoder off or on: " + line);
+      drive_.PlugEncoder(name == "on", Now());
     } else if (command == "reset") {
       drive_.Reset(Now());
     } else if (command == "help") {
@@ -180,7 +202,7 @@ class Program {
     } else {
       return Say("no such command: " + line);
     }
-    Say("console " + line);
+    Tell("console " + line);
   }
 
   const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
@@ -194,6 +216,7 @@ class Program {
   bool inputReady_ = false;
   std::string input_;
   bool quit_ = false;
+  bool failed_ = false;
 };
 
 void SetUpSignals() {

@@ -15,6 +15,7 @@ struct SimOptions {
   bool FollowHostBaud = true;  // pace at the speed the host sets; false once a rate was asked for
   std::string LinkPath = "./COM1";
   std::vector<FaultOrder> Faults;
+  bool Quiet = false;
   bool Help = false;
 };
 

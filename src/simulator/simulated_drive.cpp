@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "simulator/bank/factory_values.h"
+#include "simulator/wire/framing.h"
 
 namespace gainsmith::sim {
 
@@ -40,7 +41,35 @@ std::string_view CommandName(Reg reg) {
   }
 }
 
+bool IsMotion(Reg reg) {
+  return reg == Reg::CurrentStep || reg == Reg::PositionCommand || reg == Reg::VelocityCommand;
+}
+
 std::string Number(std::uint32_t number) { return std::to_string(number); }
+
+std::string Hexadecimal(std::span<const std::uint8_t> bytes) {
+  constexpr std::string_view Digits = "0123456789ABCDEF";
+  std::string text;
+  for (const std::uint8_t byte : bytes) {
+    text += {' ', Digits[byte / 16], Digits[byte % 16]};
+  }
+  return text;
+}
+
+std::optional<Refusal> ReasonToRefuse(const Request& write) {
+  if (write.Register >= BankEnd) return Refusal::IllegalRegister;
+  switch (static_cast<Reg>(write.Register)) {
+    case Reg::Identity:
+    case Reg::RecorderStatus:
+      return Refusal::IllegalRegister;
+    case Reg::ErrorLog:
+      return write.Value > 1 ? std::optional(Refusal::IllegalValue) : std::nullopt;
+    case Reg::StoreEeprom:
+      return write.Value != 1 ? std::optional(Refusal::IllegalValue) : std::nullopt;
+    default:
+      return std::nullopt;
+  }
+}
 
 }  // namespace
 
@@ -50,21 +79,37 @@ SimulatedDrive::SimulatedDrive(DriveOptions options)
       line_(options_.Baud, options_.Paced),
       random_(options_.Seed),
       servo_(
-          registers_, [this](DriveError error) { RaiseError(error); }, options_.Motor,
-          options_.Seed) {
-  const EepromFile::Found found = file_.Load(image_);
+          registers_, [this](Trip trip) { TripOut(trip); }, options_.Motor, options_.Seed),
+      baud_(options_.Baud),
+      hostBaud_(options_.Baud) {
+  LoadImage();
   registers_ = image_.Stored;
   SetPowerUpState(registers_);
   servo_.TakeParameters();
+}
+
+void SimulatedDrive::LoadImage() {
+  const EepromFile::Found found = file_.Load(image_);
   log_.Restore(image_.Log);
-  if (found == EepromFile::Found::Corrupt) RaiseError(DriveError::Eeprom);
+  if (found != EepromFile::Found::Corrupt) return;
+  Note("EEPROM file damaged and set aside");
+  RaiseError(DriveError::Eeprom);
+}
+
+void SimulatedDrive::SetBaud(int baud) {
+  baud_ = hostBaud_ = baud;
+  line_.SetBaud(baud);
 }
 
 void SimulatedDrive::Receive(std::uint8_t byte, TimeUs now) {
-  const TimeUs at = line_.Arrival(now);
-  if (hungUp_ || at < bootedAt_) return;
-  const std::optional<Request> request = feeder_.Feed(byte, at);
-  if (request && request->Address == options_.Address) Serve(*request, at);
+  const std::optional<TimeUs> at = line_.Arrival(now);
+  if (hungUp_ || !at || *at < deafUntil_) return;
+  for (const std::uint8_t heard : Reframe({&byte, 1}, hostBaud_, baud_)) {
+    const std::optional<Request> request = feeder_.Feed(heard, *at);
+    const std::vector<std::uint8_t> spoilt = feeder_.TakeSpoilt();
+    if (!spoilt.empty()) Note("bad request" + Hexadecimal(spoilt));
+    if (request && request->Address == options_.Address) Serve(*request, *at);
+  }
 }
 
 std::vector<std::uint8_t> SimulatedDrive::Transmit(TimeUs now) { return line_.Take(now); }
@@ -83,7 +128,7 @@ void SimulatedDrive::Reset(TimeUs now) {
   filterOff_ = false;
   feeder_.Clear();
   line_.Clear();
-  bootedAt_ = now + options_.BootUs;
+  deafUntil_ = now + options_.BootUs;
   Note("reset");
 }
 
@@ -95,6 +140,11 @@ void SimulatedDrive::StartMotion(TimeUs now, const BackgroundMotion& motion) {
 void SimulatedDrive::StopMotion(TimeUs now) {
   Advance(now);
   servo_.StopBackgroundMotion(clock_);
+}
+
+void SimulatedDrive::PlugEncoder(bool on, TimeUs now) {
+  Advance(now);
+  servo_.PlugEncoder(on, clock_);
 }
 
 void SimulatedDrive::Reconnect() {
@@ -109,6 +159,11 @@ void SimulatedDrive::RaiseError(DriveError error) {
   SaveImage();
 }
 
+void SimulatedDrive::TripOut(Trip trip) {
+  Note("trip " + std::string(NameOf(trip)) + ": no power until reset or erased");
+  RaiseError(ErrorOf(trip));
+}
+
 std::vector<std::string> SimulatedDrive::TakeEvents() { return std::exchange(events_, {}); }
 
 void SimulatedDrive::Note(std::string event) {
@@ -118,13 +173,24 @@ void SimulatedDrive::Note(std::string event) {
 
 void SimulatedDrive::Serve(const Request& request, TimeUs at) {
   Advance(at);
-  const bool underTest = servo_.Moving() || servo_.RecorderStatus() == 0;
-  const FaultSet faults = faults_.Strike({request.Function == WriteFunction, underTest});
+  const bool isWrite = request.Function == WriteFunction;
+  const FaultSet faults = faults_.Strike(
+      {.IsWrite = isWrite,
+       .UnderTest = servo_.Moving() || servo_.RecorderStatus() == 0,
+       .IsStore = isWrite && request.Register == static_cast<unsigned>(Reg::StoreEeprom)});
   for (std::size_t i = 0; i < FaultCount; ++i) {
-    if (faults[i]) Note("fault " + std::string(NameOf(static_cast<Fault>(i))));
+    if (faults.Set[i]) Note("fault " + std::string(NameOf(static_cast<Fault>(i))));
   }
+  SpeakUnasked(request, faults, at);
   if (StrikesBeforeExecution(faults, at)) return;
-  Send(Execute(request), faults, at);
+  Send(Execute(request, faults), faults, at);
+}
+
+void SimulatedDrive::SpeakUnasked(const Request& request, const FaultSet& faults, TimeUs at) {
+  if (Has(faults, Fault::Echo)) SendBytes(RequestFrame(request), at, baud_);
+  if (Has(faults, Fault::Unsolicited)) {
+    SendBytes(NoiseBytes(ValueOf(faults, Fault::Unsolicited), random_), at, baud_);
+  }
 }
 
 bool SimulatedDrive::StrikesBeforeExecution(const FaultSet& faults, TimeUs at) {
@@ -137,6 +203,16 @@ bool SimulatedDrive::StrikesBeforeExecution(const FaultSet& faults, TimeUs at) {
     Reset(at);
     return true;
   }
+  if (Has(faults, Fault::PowerLossInStore)) {
+    LosePowerInStore(at);
+    return true;
+  }
+  if (Has(faults, Fault::StuckLine)) {
+    const TimeUs stuckUs = TimeUs{ValueOf(faults, Fault::StuckLine)} * 1000;
+    line_.Send(std::vector<std::uint8_t>(line_.CharactersIn(stuckUs), 0), at);
+    deafUntil_ = at + stuckUs;
+    return true;
+  }
   return Has(faults, Fault::Silent);
 }
 
@@ -144,23 +220,31 @@ void SimulatedDrive::Send(const Answer& answer, const FaultSet& faults, TimeUs a
   if (Has(faults, Fault::DropNth)) return;
   std::vector<std::uint8_t> reply = answer.Frame;
   Spoil(reply, faults, random_);
+  const int baud = Has(faults, Fault::WrongBaud) ? ValueOf(faults, Fault::WrongBaud) : baud_;
   TimeUs start = at + options_.ReplyDelayUs + answer.ExtraUs;
   if (Has(faults, Fault::LateReply)) start += options_.LateUs;
-  if (!Has(faults, Fault::SplitReply)) {
-    line_.Send(reply, start);
-    return;
-  }
+  if (Has(faults, Fault::LateBy)) start += TimeUs{ValueOf(faults, Fault::LateBy)} * 1000;
   const std::span<const std::uint8_t> bytes(reply);
-  const std::size_t half = bytes.size() / 2;
-  line_.Send(bytes.first(half), start);
-  line_.Send(bytes.subspan(half), start + options_.LateUs);
+  const std::size_t half = Has(faults, Fault::SplitReply) ? bytes.size() / 2 : bytes.size();
+  SendBytes(bytes.first(half), start, baud);
+  SendBytes(bytes.subspan(half), start + options_.LateUs, baud);
 }
 
-SimulatedDrive::Answer SimulatedDrive::Execute(const Request& request) {
+void SimulatedDrive::SendBytes(std::span<const std::uint8_t> bytes, TimeUs at, int baud) {
+  if (!bytes.empty()) line_.Send(Reframe(bytes, baud, hostBaud_), at);
+}
+
+SimulatedDrive::Answer SimulatedDrive::Execute(const Request& request, const FaultSet& faults) {
   switch (request.Function) {
     case ReadFunction:
+      if (Has(faults, Fault::WrongRegister)) {
+        Request other = request;
+        other.Register += static_cast<std::uint16_t>(ValueOf(faults, Fault::WrongRegister));
+        return Read(other);
+      }
       return Read(request);
     case WriteFunction:
+      if (Has(faults, Fault::RefusedWrite)) return {RefusalReply(request, Refusal::IllegalValue)};
       return Write(request);
     default:
       return {RefusalReply(request, Refusal::IllegalFunction)};
@@ -229,22 +313,20 @@ std::uint32_t SimulatedDrive::WatchValue(Reg reg) const {
 }
 
 SimulatedDrive::Answer SimulatedDrive::Write(const Request& request) {
+  std::string event = "write " + Number(request.Register) + " = " + Number(request.Value);
+  if (const auto refusal = ReasonToRefuse(request)) {
+    Note(event + " refused");
+    return {RefusalReply(request, *refusal)};
+  }
   Answer done{WriteReply(request)};
-  if (request.Register >= BankEnd) return {RefusalReply(request, Refusal::IllegalRegister)};
   const auto reg = static_cast<Reg>(request.Register);
   const std::string_view command = CommandName(reg);
-  if (!command.empty()) {
-    Note("write " + Number(request.Register) + " = " + Number(request.Value) + ": " +
-         std::string(command));
-  }
+  Note(command.empty() ? event : event.append(": ").append(command));
   switch (reg) {
-    case Reg::Identity:
-    case Reg::RecorderStatus:
-      return {RefusalReply(request, Refusal::IllegalRegister)};
     case Reg::ErrorLog:
-      if (request.Value > 1) return {RefusalReply(request, Refusal::IllegalValue)};
       if (request.Value == 0) log_.EraseCurrent();
       if (request.Value == 1) log_.EraseAll();
+      servo_.ClearTrip();
       SaveImage();
       return done;
     case Reg::StoreEeprom:
@@ -252,12 +334,28 @@ SimulatedDrive::Answer SimulatedDrive::Write(const Request& request) {
       return {WriteReply(request), options_.EepromStoreUs};
     case Reg::FilterSwitch:
       filterOff_ = request.Value != 0;
+      servo_.UseTraps(!filterOff_);
       return done;
     default:
+      if (servo_.Tripped() && IsMotion(reg) && request.Value != 0) {
+        Note("motion refused after trip " + std::string(NameOf(*servo_.Tripped())));
+      }
       registers_[reg] = request.Value;
       servo_.Write(reg, request.Value, clock_);
       return done;
   }
+}
+
+void SimulatedDrive::LosePowerInStore(TimeUs at) {
+  file_.SaveHalf(image_);
+  LoadImage();
+  // A memory without a file is damaged all the same.
+  if (options_.EepromPath.empty()) {
+    image_ = FactoryImage();
+    log_.Restore(image_.Log);
+    RaiseError(DriveError::Eeprom);
+  }
+  Reset(at);
 }
 
 void SimulatedDrive::StoreParameters() {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <random>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -49,6 +50,8 @@ class SimulatedDrive {
   std::vector<std::uint8_t> Transmit(TimeUs now);
   // When Transmit will next have something to give, if nothing more is received.
   std::optional<TimeUs> NextTransmitAt() const { return line_.NextAt(); }
+  // When it will have given all of it. Only while there is something to give.
+  TimeUs AllTransmittedAt() const { return line_.AllAt(); }
 
   // Runs the motor up to the time given, so that its faults show. Requests do that by themselves.
   void Advance(TimeUs now);
@@ -60,19 +63,24 @@ class SimulatedDrive {
   // command takes over.
   void StartMotion(TimeUs now, const BackgroundMotion& motion = {});
   void StopMotion(TimeUs now);
-  // Whether the motor turns or is about to: time then has work to do.
+  // Whether the motor turns or is about to.
   bool Moving() const { return servo_.Moving(); }
+  // Whether anything may happen by itself as time passes.
+  bool Busy() const { return servo_.Busy(); }
+  // The encoder's plug: off is a trip at once when the motor has power.
+  void PlugEncoder(bool on, TimeUs now);
   const Servo& Motor() const { return servo_; }
 
   // The working values. Writing here has none of the effects of a request: commands do not run,
   // and the motor takes parameters over only with a later write to one of them.
   RegisterBank& Registers() { return registers_; }
   const ErrorLog& Errors() const { return log_; }
-  // Register 254 as written: true when its filter is switched off.
+  // Register 254 as written: true when the trap filters are switched off.
   bool FilterOff() const { return filterOff_; }
 
   // Faults count the requests that follow. Injecting a fault again replaces its earlier order.
-  void Inject(Fault fault, Hits hits = Hits::All()) { faults_.Inject({fault, hits}); }
+  void Inject(Fault fault, Hits hits = Hits::All()) { faults_.Inject({fault, hits, {}}); }
+  void Inject(const FaultOrder& order) { faults_.Inject(order); }
   void ClearFaults() { faults_.Clear(); }
   // Puts an error into the log, as the drive itself would.
   void RaiseError(DriveError error);
@@ -80,10 +88,13 @@ class SimulatedDrive {
   // True from a hang-up fault on: the device is gone, bytes to it are lost, until Reconnect.
   bool HungUp() const { return hungUp_; }
   void Reconnect();
-  void SetBaud(int baud) { line_.SetBaud(baud); }
+  // The speed of both ends.
+  void SetBaud(int baud);
+  // The speed of the host's end alone. Where it is not the drive's, both hear garbage.
+  void SetHostBaud(int baud) { hostBaud_ = baud; }
 
-  // What happened since the last call, one line each without an end of line: commands, faults,
-  // errors. Keeps the latest thousand.
+  // What happened since the last call, one line each without an end of line: writes, requests with
+  // a bad check, faults, trips, errors. Keeps the latest thousand.
   std::vector<std::string> TakeEvents();
 
  private:
@@ -93,17 +104,22 @@ class SimulatedDrive {
   };
 
   void Serve(const Request& request, TimeUs at);
-  Answer Execute(const Request& request);
+  Answer Execute(const Request& request, const FaultSet& faults);
   Answer Read(const Request& request) const;
   Answer Write(const Request& request);
   void Send(const Answer& answer, const FaultSet& faults, TimeUs at);
   bool StrikesBeforeExecution(const FaultSet& faults, TimeUs at);
+  void SpeakUnasked(const Request& request, const FaultSet& faults, TimeUs at);
+  void SendBytes(std::span<const std::uint8_t> bytes, TimeUs at, int baud);
 
   std::uint16_t ReadWord(unsigned number) const;
   // What the watch address of which `reg` is a half shows, negative numbers in two's complement.
   std::uint32_t WatchValue(Reg reg) const;
+  void LoadImage();
   void StoreParameters();
+  void LosePowerInStore(TimeUs at);
   void SaveImage();
+  void TripOut(Trip trip);
   void Note(std::string event);
 
   DriveOptions options_;
@@ -117,7 +133,9 @@ class SimulatedDrive {
   std::mt19937 random_;
   Servo servo_;
   TimeUs clock_ = 0;  // how far the motor has been run
-  TimeUs bootedAt_ = 0;
+  TimeUs deafUntil_ = 0;
+  int baud_;
+  int hostBaud_;
   bool filterOff_ = false;
   bool hungUp_ = false;
   std::vector<std::string> events_;

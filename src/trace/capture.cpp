@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "platform/number_text.h"
 
@@ -58,7 +59,7 @@ WaitResult WaitForRecording(Link& link, const Errand& errand, const RecordingWai
 }
 
 Sent ReadTraceBlock(Link& link, const Errand& errand, int offset, int lastOffset,
-                    std::vector<float>& TraceRaw, const std::function<bool()>& abandon) {
+                    std::span<float> TraceRaw, const std::function<bool()>& abandon) {
   const int count = lastOffset + 1;
   const Sent sent =
       link.Exchange(errand, Function::Read, Register::Samples + offset, static_cast<float>(count),

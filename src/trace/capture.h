@@ -2,7 +2,7 @@
 #pragma once
 
 #include <functional>
-#include <vector>
+#include <span>
 
 #include "link/link.h"
 #include "trace/trace_state.h"
@@ -45,10 +45,10 @@ enum class WaitResult { Ready, Stopped, NotReady, LinkFailed, Off };
 WaitResult WaitForRecording(Link& link, const Errand& errand, const RecordingWait& wait);
 
 // Reads `lastOffset` + 1 registers from Register::Samples + `offset` on and puts their values into
-// `TraceRaw` from `offset` on; nothing is stored unless the drive answers. `abandon` (may be empty)
-// is asked before each frame; true calls the read off.
+// `TraceRaw` from `offset` on, which has room for them; nothing is stored unless the drive answers.
+// `abandon` (may be empty) is asked before each frame; true calls the read off.
 Sent ReadTraceBlock(Link& link, const Errand& errand, int offset, int lastOffset,
-                    std::vector<float>& TraceRaw, const std::function<bool()>& abandon = {});
+                    std::span<float> TraceRaw, const std::function<bool()>& abandon = {});
 
 enum class UploadResult { Done, Abandoned, Failed };
 

@@ -38,6 +38,11 @@ Plot::Plot(const PlotDescription& description, TraceState& trace, const bool& li
   Picture1.OnMouseDown = [this](int button, float x, float y) { Picture1_MouseDown(button, x, y); };
   Picture1.OnMouseMove = [this](int button, float x, float y) { Picture1_MouseMove(button, x, y); };
   Picture1.OnMouseUp = [this](int button, float x, float y) { Picture1_MouseUp(button, x, y); };
+  Picture1.OnCopy = [this] {
+    if (Picture1.Lines.empty()) return std::string();
+    return RecordingText(trace_, Description.ChannelCount, Description.FollowsTest,
+                         Notes ? Notes() : RunNotes{});
+  };
   Open();
 }
 
@@ -100,7 +105,9 @@ void Plot::ShowWholeTraceLabels() {
   SetCaptions(Label6, LadderTexts(velocityTop, 2 * velocityTop / 10, 0, currentStep));
 
   if (Description.ChannelCount != 3) return;
-  if (Description.ChoosesPosition && !trace_.ShowPErr && !trace_.ShowPBak && !trace_.ShowPRef) {
+  const BySignal<bool>& show = trace_.Show;
+  if (Description.ChoosesPosition && !show[Signal::PErr] && !show[Signal::PBak] &&
+      !show[Signal::PRef]) {
     for (Label& label : Label5) label.Caption = "0";
     return;
   }
@@ -145,7 +152,7 @@ void Plot::DrawTraces() {
   Picture1.Scale.Left = trace_.ZoomLeft[level];
   Picture1.Scale.Width = trace_.ZoomWidth[level] + (ZoomLevel == 0 ? RightMargin : 0);
   for (Signal signal : Description.Channels) {
-    if (!trace_.Show(signal)) continue;
+    if (!trace_.Show[signal]) continue;
     Picture1.Scale.Top = trace_.ZoomTop[level];
     Picture1.Scale.Height = trace_.ZoomHeight[level];
     DrawTrace(signal);
@@ -154,7 +161,7 @@ void Plot::DrawTraces() {
 
 void Plot::DrawTrace(Signal signal) {
   const auto level = static_cast<std::size_t>(ZoomLevel);
-  const PlotArray& plot = trace_.Plot(signal);
+  const PlotArray& plot = trace_.Plots[signal];
   const Colour colour = (trace_.*Description.Colours)[signal];
   const int first = static_cast<int>(RoundHalfToEven(trace_.ZoomLeft[level]));
   const int end = first + static_cast<int>(RoundHalfToEven(trace_.ZoomWidth[level]));
@@ -181,7 +188,7 @@ void Plot::ColourColumns() {
   SetColour(Label6, Green);
   if (!Description.ChoosesPosition) return;
   for (Signal signal : {Signal::PErr, Signal::PBak, Signal::PRef}) {
-    if (trace_.Show(signal)) SetColour(Label5, (trace_.*Description.Colours)[signal]);
+    if (trace_.Show[signal]) SetColour(Label5, (trace_.*Description.Colours)[signal]);
   }
 }
 
@@ -191,7 +198,7 @@ void Plot::PickPositionSource() {
                                      PositionSeries::PRef};
   bool found = false;
   for (PositionSeries series : Series) {
-    if (!trace_.Show(SignalOf(series))) continue;
+    if (!trace_.Show[SignalOf(series)]) continue;
     // The largest sets the axis; of equal ones the first.
     if (!found || trace_.Axis(SignalOf(series)).Top[0] > PositionAxis().Top[0]) {
       PositionSource = series;
@@ -199,7 +206,8 @@ void Plot::PickPositionSource() {
     found = true;
   }
   if (!found) return;
-  const bool errorAndReference = trace_.ShowPErr && !trace_.ShowPBak && trace_.ShowPRef;
+  const BySignal<bool>& show = trace_.Show;
+  const bool errorAndReference = show[Signal::PErr] && !show[Signal::PBak] && show[Signal::PRef];
   Label11.Caption = errorAndReference && PositionSource == PositionSeries::PErr
                         ? " P_Err(P)"
                         : Captions[static_cast<std::size_t>(PositionSource)];

@@ -8,9 +8,11 @@
 #pragma once
 
 #include <array>
+#include <functional>
 
 #include "platform/control.h"
 #include "trace/axis_labels.h"
+#include "trace/copy_text.h"
 #include "trace/plot_description.h"
 #include "trace/split_trace.h"
 #include "trace/trace_state.h"
@@ -57,6 +59,9 @@ struct Plot {
   float DragStartY = 0;
   float DragEndX = 0;
   float DragEndY = 0;
+
+  // What the window knows of the run that is shown, asked when the picture is copied.
+  std::function<RunNotes()> Notes;
 
   // Everything as a window shows it before its first capture. For Form_Load.
   void Open();

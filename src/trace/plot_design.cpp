@@ -7,7 +7,7 @@ namespace {
 
 constexpr int LabelHeightTwips = 240;
 constexpr int GapTwips = 45;
-constexpr int LeftColumnTwips = 720;
+constexpr int LeftColumnTwips = 750;
 constexpr int Divisions = AxisLabels - 1;
 
 struct Column {
@@ -29,6 +29,7 @@ void AddColumn(Window& window, Control& frame, LabelColumn& labels, const PlotPl
   for (int i = 0; i < AxisLabels; ++i) {
     Label& label = labels[static_cast<std::size_t>(i)];
     AddLabel(window, frame, label, column.Name + ("(" + std::to_string(i) + ")"), column.Alignment);
+    label.Squeeze = true;
     const int line = place.TopTwips + place.HeightTwips * (Divisions - i) / Divisions;
     label.Place(column.LeftTwips, line - LabelHeightTwips / 2, column.WidthTwips, LabelHeightTwips);
   }
@@ -55,6 +56,9 @@ void DesignPlot(Window& window, Control& frame, Plot& plot, const PlotPlace& pla
   plot.Picture1.Place(place.LeftTwips, place.TopTwips, place.WidthTwips, place.HeightTwips);
   plot.Picture1.BackColor = PlotGround;
   plot.Picture1.AccessibleName = "Plot of the last recording";
+  plot.Picture1.ToolTip =
+      "Drag to zoom in, click to zoom out.\n"
+      "Ctrl+C copies the picture and, for a spreadsheet, the samples with their score.";
 
   const int right = place.LeftTwips + place.WidthTwips;
   const int velocityLeft = right + GapTwips;

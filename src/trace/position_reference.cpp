@@ -23,10 +23,10 @@ enum class Phase {
 // The generator as it stands between two ticks. Velocities are pulses per 100 ticks. All values
 // are 32-bit floats, since a long move gathers their roundings.
 struct Generator {
-  float Accel;
-  float Speed;
-  float Distance;
-  float DwellTicks;
+  float Accel = 0;
+  float Speed = 0;
+  float Distance = 0;
+  float DwellTicks = 0;
 
   Phase State = Phase::Wait;
   float Pos = 0;

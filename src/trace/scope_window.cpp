@@ -26,6 +26,7 @@ Form5::Form5(World& world, Link& link, ParameterStore& params, ShellState& shell
 }
 
 void Form5::ConnectEvents() {
+  Plot.Notes = [this] { return RunNotes{{}, PeaksOf(trace_)}; };
   Command1.OnClick = [this] { Command1_Click(); };
   for (const Channel channel : {Current, Velocity, PositionError}) {
     Check1[channel].OnClick = [this, channel] { Check1_Click(channel); };
@@ -213,9 +214,9 @@ void Form5::ShowRecording(const std::vector<float>& words) {
   trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
   SplitTrace(trace_, words, Plot.Description.ChannelCount);
   link_.LinkIdle = true;
-  trace_.ShowIBak = Check1[Current].Ticked;
-  trace_.ShowVBak = Check1[Velocity].Ticked;
-  trace_.ShowPErr = Check1[PositionError].Ticked;
+  trace_.Show[Signal::IBak] = Check1[Current].Ticked;
+  trace_.Show[Signal::VBak] = Check1[Velocity].Ticked;
+  trace_.Show[Signal::PErr] = Check1[PositionError].Ticked;
   Plot.CaptureHaveData = true;
   Plot.SetAxisLabels();
   Plot.Form_Resize();
@@ -224,9 +225,9 @@ void Form5::ShowRecording(const std::vector<float>& words) {
 // --- Channels and the spectrum.
 
 void Form5::Check1_Click(Channel channel) {
-  if (channel == Current) trace_.ShowIBak = Check1[Current].Ticked;
-  if (channel == Velocity) trace_.ShowVBak = Check1[Velocity].Ticked;
-  if (channel == PositionError) trace_.ShowPErr = Check1[PositionError].Ticked;
+  if (channel == Current) trace_.Show[Signal::IBak] = Check1[Current].Ticked;
+  if (channel == Velocity) trace_.Show[Signal::VBak] = Check1[Velocity].Ticked;
+  if (channel == PositionError) trace_.Show[Signal::PErr] = Check1[PositionError].Ticked;
   Plot.SetAxisLabels();
   Plot.Form_Resize();
 }
@@ -238,7 +239,7 @@ void Form5::Check2_Click() {
     world_.ShowMessage({"Please input a value of 100ms - 1s", "Invalid Value", MessageButtons::Ok,
                         MessageIcon::Critical});
     Check2.Ticked = false;
-    Check2_Click();
+    ShowTraces();
   } else {
     ShowSpectrum();
   }

@@ -77,18 +77,18 @@ int SplitTrace(TraceState& trace, std::span<const float> buffer, int channelCoun
   trace.TraceSamples = ChannelSamples;
   trace.PErrTop[0] = trace.PBakTop[0] = trace.PRefTop[0] = 0;
 
-  if (trace.ShowPErr) {
+  if (trace.Show[Signal::PErr]) {
     for (std::size_t i = 0; i < Samples; ++i) trace.PErrTrace[i] = buffer[i];
     offset = Samples;
     --channelCount;
   }
   if (channelsGiven == 3) SplitPosition(trace);
-  if (trace.ShowVBak) {
+  if (trace.Show[Signal::VBak]) {
     SplitVelocity(trace, buffer.subspan(offset, Samples));
     offset += Samples;
     --channelCount;
   }
-  if (channelCount != 0 && trace.ShowIBak) {
+  if (channelCount != 0 && trace.Show[Signal::IBak]) {
     SplitCurrent(trace, buffer.subspan(offset, Samples));
   }
   ScaleTracesAt(trace, channelsGiven, PositionSeries::PErr, 0);
@@ -97,22 +97,19 @@ int SplitTrace(TraceState& trace, std::span<const float> buffer, int channelCoun
 
 void ScaleTraces(TraceState& trace, int channelCount, PositionSeries positionSource, float iGain,
                  float vGain, float pErrGain, float pBakGain, float pRefGain) {
-  for (PlotArray* plot :
-       {&trace.PBakPlot, &trace.PRefPlot, &trace.PErrPlot, &trace.IBakPlot, &trace.VBakPlot}) {
-    plot->fill(0);
-  }
+  trace.Plots = {};
   for (std::size_t i = 0; i < ChannelSamples; ++i) {
-    trace.IBakPlot[i] = trace.IBakTrace[i] * iGain;
-    trace.VBakPlot[i] = trace.VBakTrace[i] * vGain;
+    trace.Plots[Signal::IBak][i] = trace.IBakTrace[i] * iGain;
+    trace.Plots[Signal::VBak][i] = trace.VBakTrace[i] * vGain;
   }
   if (channelCount != 3) return;
   const float gain = positionSource == PositionSeries::PErr   ? pErrGain
                      : positionSource == PositionSeries::PBak ? pBakGain
                                                               : pRefGain;
   for (std::size_t i = 0; i < ChannelSamples; ++i) {
-    trace.PErrPlot[i] = trace.PErrTrace[i] * gain;
-    trace.PBakPlot[i] = trace.PBakTrace[i] * gain;
-    trace.PRefPlot[i] = trace.PRefTrace[i] * gain;
+    trace.Plots[Signal::PErr][i] = trace.PErrTrace[i] * gain;
+    trace.Plots[Signal::PBak][i] = trace.PBakTrace[i] * gain;
+    trace.Plots[Signal::PRef][i] = trace.PRefTrace[i] * gain;
   }
 }
 

@@ -20,83 +20,24 @@ PlotColours FixedScopeColours() {
   return colours;
 }
 
-bool& TraceState::Show(Signal signal) {
-  switch (signal) {
-    case Signal::PErr:
-      return ShowPErr;
-    case Signal::PBak:
-      return ShowPBak;
-    case Signal::PRef:
-      return ShowPRef;
-    case Signal::VErr:
-      return ShowVErr;
-    case Signal::VBak:
-      return ShowVBak;
-    case Signal::VRef:
-      return ShowVRef;
-    case Signal::IErr:
-      return ShowIErr;
-    case Signal::IBak:
-      return ShowIBak;
-    case Signal::IRef:
-      break;
-  }
-  return ShowIRef;
-}
-
-PlotArray& TraceState::Plot(Signal signal) {
-  switch (signal) {
-    case Signal::PErr:
-      return PErrPlot;
-    case Signal::PBak:
-      return PBakPlot;
-    case Signal::PRef:
-      return PRefPlot;
-    case Signal::VErr:
-      return VErrPlot;
-    case Signal::VBak:
-      return VBakPlot;
-    case Signal::VRef:
-      return VRefPlot;
-    case Signal::IErr:
-      return IErrPlot;
-    case Signal::IBak:
-      return IBakPlot;
-    case Signal::IRef:
-      break;
-  }
-  return IRefPlot;
+BySignal<bool> RecordedChannels(int channelCount) {
+  BySignal<bool> shown;
+  shown[Signal::PErr] = channelCount == 3;
+  shown[Signal::VBak] = shown[Signal::IBak] = true;
+  return shown;
 }
 
 AxisTables TraceState::Axis(Signal signal) {
-  switch (signal) {
-    case Signal::PErr:
-      return {PErrStep, PErrTop, PErrGain};
-    case Signal::PBak:
-      return {PBakStep, PBakTop, PBakGain};
-    case Signal::PRef:
-      return {PRefStep, PRefTop, PRefGain};
-    case Signal::VErr:
-    case Signal::VBak:
-    case Signal::VRef:
-      return {VStep, VTop, VGain};
-    case Signal::IErr:
-    case Signal::IBak:
-    case Signal::IRef:
-      break;
-  }
+  if (signal == Signal::PErr) return {PErrStep, PErrTop, PErrGain};
+  if (signal == Signal::PBak) return {PBakStep, PBakTop, PBakGain};
+  if (signal == Signal::PRef) return {PRefStep, PRefTop, PRefGain};
+  if (signal <= Signal::VRef) return {VStep, VTop, VGain};
   return {IStep, ITop, IGain};
 }
 
 void TraceState::SetTraceTime(int sampleDivider) {
   SampleDivider = static_cast<float>(sampleDivider);
   TimeStep[0] = SampleDivider * 100 / 10;
-}
-
-void TraceState::ShowRecordedChannels(int channelCount) {
-  ShowPErr = channelCount == 3;
-  ShowVBak = ShowIBak = true;
-  ShowPBak = ShowPRef = ShowVErr = ShowVRef = ShowIErr = ShowIRef = false;
 }
 
 }  // namespace gainsmith

@@ -16,8 +16,26 @@ constexpr int SpectrumBins = 128;
 // Signals in drawing order: position error, feedback and reference, then velocity and current. The
 // drive records PErr, VBak and IBak only; PBak and PRef are worked out. The other four have a place
 // in the windows and never any data.
-enum class Signal { PErr, PBak, PRef, VErr, VBak, VRef, IErr, IBak, IRef };
+enum class Signal {
+  PErr,  // ShowPErr, PErrPlot
+  PBak,  // ShowPBak, PBakPlot
+  PRef,  // ShowPRef, PRefPlot
+  VErr,  // ShowVErr, VErrPlot
+  VBak,  // ShowVBak, VBakPlot
+  VRef,  // ShowVRef, VRefPlot
+  IErr,  // ShowIErr, IErrPlot
+  IBak,  // ShowIBak, IBakPlot
+  IRef,  // ShowIRef, IRefPlot
+};
 constexpr int SignalCount = 9;
+
+// Something of each signal.
+template <typename T>
+struct BySignal {
+  std::array<T, SignalCount> Values{};
+  T& operator[](Signal signal) { return Values[static_cast<std::size_t>(signal)]; }
+  const T& operator[](Signal signal) const { return Values[static_cast<std::size_t>(signal)]; }
+};
 
 // One entry for each zoom level.
 using ZoomTable = std::array<float, ZoomLevels>;
@@ -34,16 +52,15 @@ struct AxisTables {
 };
 
 // Colours of the traces in one window.
-struct PlotColours {
-  std::array<Colour, SignalCount> Values{};
-  Colour& operator[](Signal signal) { return Values[static_cast<std::size_t>(signal)]; }
-  Colour operator[](Signal signal) const { return Values[static_cast<std::size_t>(signal)]; }
-};
+using PlotColours = BySignal<Colour>;
 
 // What a tuning window starts with and goes back to when it closes.
 PlotColours DefaultTuningColours();
 // The scope's, which nobody can change.
 PlotColours FixedScopeColours();
+// The signals that a recording of 2 channels (velocity, current) or 3 (position error before them)
+// brings.
+BySignal<bool> RecordedChannels(int channelCount);
 
 struct TraceState {
   TraceState() = default;
@@ -80,14 +97,10 @@ struct TraceState {
   TraceArray VBakTrace{};
   TraceArray IBakTrace{};
 
-  PlotArray PErrPlot{}, PBakPlot{}, PRefPlot{};
-  PlotArray VErrPlot{}, VBakPlot{}, VRefPlot{};
-  PlotArray IErrPlot{}, IBakPlot{}, IRefPlot{};
+  BySignal<PlotArray> Plots;
 
   // Before a split: the channel was uploaded; after it: the channel is drawn.
-  bool ShowPErr = true, ShowPBak = false, ShowPRef = false;
-  bool ShowVErr = false, ShowVBak = true, ShowVRef = false;
-  bool ShowIErr = false, ShowIBak = true, ShowIRef = false;
+  BySignal<bool> Show = RecordedChannels(3);
 
   // --- Zoom tables. Level 0 belongs to the capture, the levels above to the zoom. Before the first
   // capture they hold what the windows show then: 2 A, 400 rpm and 200 pulses at the top.
@@ -118,18 +131,13 @@ struct TraceState {
   PlotColours PositionColours = DefaultTuningColours();
   PlotColours ScopeColours = FixedScopeColours();
 
-  // --- The same by signal, for code that treats the signals alike.
-
-  bool& Show(Signal signal);
-  PlotArray& Plot(Signal signal);
-  // The disabled signals share the axis of their kind.
+  // A signal's axis. The disabled signals share that of their kind.
   AxisTables Axis(Signal signal);
 
   // Takes a trace time (1 to 30, in units of 100 ms) for the next capture, and its time axis.
   void SetTraceTime(int sampleDivider);
-  // Marks what a recording of 2 channels (velocity, current) or 3 (position error before them)
-  // brings, as SplitTrace wants it.
-  void ShowRecordedChannels(int channelCount);
+  // Marks what a recording of 2 or 3 channels brings, as SplitTrace wants it.
+  void ShowRecordedChannels(int channelCount) { Show = RecordedChannels(channelCount); }
 };
 
 }  // namespace gainsmith

@@ -20,6 +20,9 @@ void Form1::BuildDesign() {
   Add(Picture1, "Picture1").Place(240, 240, 9600, 4200);
   Picture1.BackColor = PlotGround;
   Picture1.AccessibleName = "Current step response";
+  Picture1.ToolTip =
+      "Drag to zoom in, click to zoom out, right click to see all of it.\n"
+      "Ctrl+C copies the picture and, for a spreadsheet, the samples with their score.";
 
   struct ReadOutPlace {
     ReadOut Index;

@@ -2,6 +2,8 @@
 #include "tuning/current_loop_window.h"
 
 #include "platform/number_text.h"
+#include "trace/capture.h"
+#include "trace/copy_text.h"
 
 namespace gainsmith {
 namespace {
@@ -26,6 +28,7 @@ void Form1::ConnectEvents() {
   cmdTest.OnClick = [this] { cmdTest_Click(); };
   DataSource.OnTimer = [this] { DataSource_Timer(); };
   for (TextBox& text : Text1) text.OnLostFocus = [this] { Text1_LostFocus(); };
+  Picture1.OnCopy = [this] { return CopiedText(); };
   Picture1.OnMouseDown = [this](int button, float x, float y) {
     if (link_.LinkIdle) Plot.MouseDown(button, x, y);
   };
@@ -35,6 +38,20 @@ void Form1::ConnectEvents() {
   Picture1.OnMouseUp = [this](int button, float x, float y) {
     if (link_.LinkIdle) Plot.MouseUp(button, x, y);
   };
+}
+
+std::string Form1::CopiedText() const {
+  if (!Plot.HasTrace()) return {};
+  RunNotes notes{{{"Kp", PlainText(tested_.Kp), ""},
+                  {"Ki", PlainText(tested_.Ki), ""},
+                  {"Test Current", PlainText(tested_.TestCurrentA), "A"}},
+                 {}};
+  if (Plot.TestCurrent != 0) {
+    notes.Score =
+        ScoreLines(ScoreStep(Plot.MeasuredCurrent, 0, Plot.TestCurrent, 1), "A", "samples");
+  }
+  const SampleColumn column{"Current (A)", Plot.MeasuredCurrent};
+  return CopyText(notes, "Sample", 1, {&column, 1});
 }
 
 double Form1::Number(Field field) const { return LeadingNumber(Text1[field].Text); }
@@ -114,15 +131,17 @@ void Form1::cmdTest_Click() {
   cmdTest.Enabled = false;
   Pointer = MousePointer::Hourglass;
   const bool valid = ValidateTestFields();
-  const bool written = WriteTestSetup(errand, TakeEntries());
+  const Entries entries = TakeEntries();
+  const bool written = WriteTestSetup(errand, entries);
   if (errand.Over()) return;
   if (valid && written) {
     Samples.fill(0);
     for (int first = 0; first < CurrentSamples; first += BlockSamples) {
-      ReadCurrentBlock(errand, Register::Samples + first, BlockSamples - 1);
+      ReadCurrentBlock(errand, first, BlockSamples - 1);
       if (errand.Over()) return;
     }
     Plot.ShowTrace(Samples, TestCurrentA, Picture1);
+    tested_ = entries;
     DataSource.Start();
     link_.LinkIdle = true;
   }
@@ -154,15 +173,9 @@ bool Form1::WriteStep(const Errand& errand, Register reg, float value, bool clos
   return Stands(sent) && !errand.Over();
 }
 
-void Form1::ReadCurrentBlock(const Errand& errand, Register reg, int lastOffset) {
-  const auto count = static_cast<float>(lastOffset + 1);
-  const Sent sent = link_.Exchange(errand, Function::Read, reg, count, {.ClosingWait = false});
+void Form1::ReadCurrentBlock(const Errand& errand, int offset, int lastOffset) {
+  const Sent sent = ReadTraceBlock(link_, errand, offset, lastOffset, Samples);
   if (sent == Sent::Lost) ReportFailure(errand);
-  if (sent != Sent::Taken) return;
-  const auto first = static_cast<std::size_t>(reg) - static_cast<std::size_t>(Register::Samples);
-  for (int i = 0; i <= lastOffset; ++i) {
-    Samples[first + static_cast<std::size_t>(i)] = link_.ReplyValues[static_cast<std::size_t>(i)];
-  }
 }
 
 void Form1::ReportFailure(const Errand& errand) {

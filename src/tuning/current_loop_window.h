@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <string>
 
 #include "link/link.h"
 #include "params/parameter_store.h"
@@ -53,6 +54,8 @@ struct Form1 : Window {
     float TestCurrentA;
   };
   Entries TakeEntries() const;
+  // The trace with what it was made with, for a spreadsheet; empty without one.
+  std::string CopiedText() const;
 
   bool ReadGain(const Errand& errand, Register reg, Field field, Slot slot);
   // Reports the first bad field, corrects it and gives false.
@@ -62,7 +65,8 @@ struct Form1 : Window {
   // the window was closed meanwhile.
   bool WriteTestSetup(const Errand& errand, const Entries& entries);
   bool WriteStep(const Errand& errand, Register reg, float value, bool closingWait = true);
-  void ReadCurrentBlock(const Errand& errand, Register reg, int lastOffset);
+  // The samples from `offset` on.
+  void ReadCurrentBlock(const Errand& errand, int offset, int lastOffset);
   void ReportFailure(const Errand& errand);
   // The number in a field.
   double Number(Field field) const;
@@ -71,6 +75,8 @@ struct Form1 : Window {
   Link& link_;
   ParameterStore& params_;
   ShellState& shell_;
+  // Of the trace that is shown.
+  Entries tested_{};
 };
 
 }  // namespace gainsmith

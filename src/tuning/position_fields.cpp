@@ -45,9 +45,6 @@ const GainRegister* GainOf(std::size_t index) {
   return nullptr;
 }
 
-constexpr double LargestCount = 32767;
-constexpr double LargestDistance = 2147483647;
-
 }  // namespace
 
 bool Form3::ReadGains(const Errand& errand) {
@@ -167,10 +164,10 @@ bool Form3::ValidateWords(const Entries& entries) {
       LargestWord) {
     return tooHigh(Acceleration, "acceleration", accelFirst * accelSecond / counts);
   }
-  if (entries.Text1[Distance] > LargestDistance) {
+  if (entries.Text1[Distance] > LargestLength) {
     return RefuseField(Text1[Distance],
-                       "The distance is more than the drive can take: it takes at most "
-                       "2147483647 pulses. Nothing was sent.");
+                       "The distance is more than the drive can take: it takes at most " +
+                           FixedText(LargestLength, 0) + " pulses. Nothing was sent.");
   }
   if (!PackWord(SplitLength(entries.Text1[Distance]).Low)) {
     return RefuseField(Text1[Distance],
@@ -229,6 +226,26 @@ bool Form3::WriteChangedGains(const Errand& errand, const Entries& entries) {
     if (!WriteFieldIfChanged(errand, entries, field)) return false;
   }
   return WriteKaff(errand, entries);
+}
+
+RunNotes Form3::NotesOfRun() const {
+  RunNotes notes;
+  const auto add = [&](const gainsmith::Frame& frame, std::span<const GainRegister> gains) {
+    for (const GainRegister& gain : gains) {
+      notes.Settings.push_back({frame.Caption + " " + Label1[gain.Index].Caption,
+                                PlainText(GainCopies[gain.Index]), ""});
+    }
+  };
+  add(Frame5, HighGains);
+  notes.Settings.push_back({Frame5.Caption + " " + Label7.Caption, PlainText(KaffCopy), ""});
+  add(Frame6, LowPositionGains);
+  add(Frame6, LowVelocityGains);
+  for (const Field field : {Velocity, Acceleration, Distance, Interval, RepeatTimes}) {
+    const auto value = static_cast<float>(entries_.Text1[field]);
+    notes.Settings.push_back({Label1[field].Caption, PlainText(value), ""});
+  }
+  notes.Score = MoveScoreOf(trace_, params_[Slot::InPosition]);
+  return notes;
 }
 
 }  // namespace gainsmith

@@ -163,8 +163,8 @@ void Form3::readdata(const Errand& errand) {
 
 void Form3::ShowRecording() {
   SplitTrace(trace_, link_.ReplyValues, Plot.Description.ChannelCount);
-  trace_.ShowIBak = Check1[IBak].Ticked;
-  trace_.ShowVBak = Check1[VBak].Ticked;
+  trace_.Show[Signal::IBak] = Check1[IBak].Ticked;
+  trace_.Show[Signal::VBak] = Check1[VBak].Ticked;
   if (!Check1[PErr].Ticked || Check1[PBak].Ticked || Check1[PRef].Ticked) {
     Check1[PErr].Ticked = true;
     Check1[PBak].Ticked = false;

@@ -1,6 +1,9 @@
 // Form3: opening, closing, channels and colours.
 #include "tuning/position_window.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "platform/common_texts.h"
 #include "platform/number_text.h"
 #include "trace/capture.h"
@@ -25,6 +28,7 @@ Form3::Form3(World& world, Link& link, ParameterStore& params, ShellState& shell
 }
 
 void Form3::ConnectEvents() {
+  Plot.Notes = [this] { return NotesOfRun(); };
   for (Button& button : Command1) button.OnClick = [this] { Command1_Click(); };
   DataSource.OnTimer = [this] { DataSource_Timer(); };
   err.OnTimer = [this] { Run.err_Timer(); };
@@ -83,26 +87,15 @@ bool Form3::Form_Unload() {
 }
 
 void Form3::Check1_Click(Channel channel) {
-  const bool ticked = Check1[channel].Ticked;
-  switch (channel) {
-    case IBak:
-      trace_.ShowIBak = ticked;
-      break;
-    case VBak:
-      trace_.ShowVBak = ticked;
-      break;
-    case PErr:
-      trace_.ShowPErr = ticked;
-      break;
-    case PBak:
-      trace_.ShowPBak = ticked;
-      break;
-    case PRef:
-      trace_.ShowPRef = ticked;
-      break;
-    default:
-      return;
-  }
+  constexpr std::pair<Channel, Signal> channelsWithData[] = {{IBak, Signal::IBak},
+                                                             {VBak, Signal::VBak},
+                                                             {PErr, Signal::PErr},
+                                                             {PBak, Signal::PBak},
+                                                             {PRef, Signal::PRef}};
+  const auto* const live =
+      std::ranges::find(channelsWithData, channel, &std::pair<Channel, Signal>::first);
+  if (live == std::end(channelsWithData)) return;
+  trace_.Show[live->second] = Check1[channel].Ticked;
   if (!Plot.CaptureHaveData) return;
   Plot.PickPositionSource();
   Plot.SetAxisLabels();

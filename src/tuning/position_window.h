@@ -120,6 +120,9 @@ struct Form3 : Window {
   void Command3_MouseDown() { PressJog(CounterClockwise); }
   void Command3_MouseUp() { ReleaseJog(CounterClockwise); }
 
+  // A jog button is held down.
+  bool JogHeld() const { return jogHeld_[Clockwise] || jogHeld_[CounterClockwise]; }
+
  private:
   // The numbers of the fields at a Start click. The fields stay open to the user while the gains
   // are written; what was checked is what is sent.
@@ -149,6 +152,8 @@ struct Form3 : Window {
   bool WriteFieldIfChanged(const Errand& errand, const Entries& entries, std::size_t index);
   bool WriteKaff(const Errand& errand, const Entries& entries);
   float* RememberedOf(std::size_t index);
+  // The gains in the drive, the motion of the last Start, and how well it was followed.
+  RunNotes NotesOfRun() const;
 
   // position_run.cpp
   void ShowCaption(const char* caption);
@@ -182,7 +187,6 @@ struct Form3 : Window {
   void SendJogWord(const Errand& errand, TextBox& field, Register reg, float word, bool good,
                    const char* fallback);
   void WriteJogStop(const Errand& errand);
-  bool JogHeld() const { return jogHeld_[Clockwise] || jogHeld_[CounterClockwise]; }
   // The last word that went to the drive has set it jogging.
   bool JogInForce() const;
 

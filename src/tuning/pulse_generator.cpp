@@ -21,7 +21,7 @@ float AccelWord(double accel, float counts, double first, double second) {
 LengthWords SplitLength(double number) {
   constexpr double WordRange = 65536;
   const double whole = RoundHalfToEven(number);
-  assert(whole >= 0 && whole <= 2147483647);
+  assert(whole >= 0 && whole <= LargestLength);
   const double high = std::trunc(whole / WordRange);
   return {Stored(high), Stored(number - high * WordRange)};
 }

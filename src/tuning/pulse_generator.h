@@ -22,13 +22,18 @@ constexpr GeneratorUnits VelocityUnits{3000, 5000, 50};
 float SpeedWord(double rpm, float counts, double divisor);
 float AccelWord(double accel, float counts, double first, double second);
 
+// The largest length (pulses or ms) that the two words of the tests take, and the largest interval
+// or number of repeats.
+constexpr double LargestLength = 2147483647;
+constexpr double LargestCount = 32767;
+
 struct LengthWords {
   float High;
   float Low;
 };
 
-// The two words of a length from 0 to 2147483647 (pulses or ms). The high word comes from the whole
-// number nearest to it, the low word from the number as it is: 65535.6 gives 1 and -0.4.
+// The two words of a length from 0 to LargestLength. The high word comes from the whole number
+// nearest to it, the low word from the number as it is: 65535.6 gives 1 and -0.4.
 LengthWords SplitLength(double number);
 
 // How long a velocity test takes, in ms: two runs for each repeat, each followed by the interval.

@@ -11,8 +11,6 @@ namespace {
 
 // The end of the plan that is not recorded any more.
 constexpr double UnrecordedMs = 2500;
-constexpr double LargestLength = 2147483647;
-constexpr double LargestCount = 32767;
 
 }  // namespace
 
@@ -48,6 +46,9 @@ void velocityModeTune::StartTest(const Errand& errand) {
   ShowCaption(RunScheme::StopCaption);
   EnableMotionFields(false);
   sentGains_.clear();
+  for (const Field field : {TopSpeed, Acceleration, RunningTime, Interval, RepeatTimes}) {
+    motion_[field] = Number(field);
+  }
   if (!Run.Exchange(errand, Function::Read, Register::EncoderCounts, 1)) return;
   trace_.EncoderCounts = link_.Raw();
   params_[Slot::EncoderCounts] = trace_.EncoderCounts;
@@ -179,8 +180,8 @@ void velocityModeTune::readdata(const Errand& errand) {
 void velocityModeTune::ShowRecording() {
   trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
   SplitTrace(trace_, link_.ReplyValues, Plot.Description.ChannelCount);
-  trace_.ShowIBak = Check1[IBak].Ticked;
-  trace_.ShowVBak = Check1[VBak].Ticked;
+  trace_.Show[Signal::IBak] = Check1[IBak].Ticked;
+  trace_.Show[Signal::VBak] = Check1[VBak].Ticked;
   Plot.SetAxisLabels();
   Plot.Form_Resize();
 }

@@ -29,6 +29,7 @@ velocityModeTune::velocityModeTune(World& world, Link& link, ParameterStore& par
 }
 
 void velocityModeTune::ConnectEvents() {
+  Plot.Notes = [this] { return NotesOfRun(); };
   Command1.OnClick = [this] { Command1_Click(); };
   DataSource.OnTimer = [this] { DataSource_Timer(); };
   err.OnTimer = [this] { Run.err_Timer(); };
@@ -125,9 +126,22 @@ void velocityModeTune::WriteGainNow(std::size_t gain) {
   Run.Write(Errand(link_, *this), target, value);
 }
 
+RunNotes velocityModeTune::NotesOfRun() const {
+  RunNotes notes;
+  for (std::size_t i = 0; i < GainCount; ++i) {
+    notes.Settings.push_back({Label1[Gains[i].Text].Caption, PlainText(GainCopies[i]), ""});
+  }
+  for (const Field field : {TopSpeed, Acceleration, RunningTime, Interval, RepeatTimes}) {
+    const auto value = static_cast<float>(motion_[field]);
+    notes.Settings.push_back({Label1[field].Caption, PlainText(value), ""});
+  }
+  notes.Score = RunScoreOf(trace_, motion_[TopSpeed], motion_[RunningTime]);
+  return notes;
+}
+
 void velocityModeTune::Check1_Click(Channel channel) {
-  if (channel == IBak) trace_.ShowIBak = Check1[IBak].Ticked;
-  if (channel == VBak) trace_.ShowVBak = Check1[VBak].Ticked;
+  if (channel == IBak) trace_.Show[Signal::IBak] = Check1[IBak].Ticked;
+  if (channel == VBak) trace_.Show[Signal::VBak] = Check1[VBak].Ticked;
   Plot.SetAxisLabels();
   Plot.Form_Resize();
 }

@@ -101,6 +101,8 @@ struct velocityModeTune : Window {
   double Number(Field field) const;
   float* RememberedOf(Field field);
   void WriteGainNow(std::size_t gain);
+  // The gains in the drive, the motion of the last Start, and how well it was followed.
+  RunNotes NotesOfRun() const;
 
   // velocity_run.cpp
   void ShowCaption(const char* caption);
@@ -128,6 +130,8 @@ struct velocityModeTune : Window {
   TraceState& trace_;
   // The gains that the present Start has sent.
   std::vector<std::size_t> sentGains_;
+  // What the last Start took from the motion fields.
+  std::array<double, FieldCount> motion_{};
 };
 
 }  // namespace gainsmith

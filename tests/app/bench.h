@@ -19,7 +19,6 @@
 namespace gainsmith::test {
 
 struct Bench {
-  using Texts = test::Texts;
   explicit Bench(sim::DriveOptions options = {}, Edition edition = Edition::Standard)
       : device(std::move(options)), tool(world, edition) {
     world.Devices[1] = &device;
@@ -48,7 +47,7 @@ struct Bench {
   void ExpectAtRest() {
     EXPECT_FALSE(tool.shell.BulkTransferRunning);
     EXPECT_FALSE(tool.waiting.Loaded);
-    EXPECT_FALSE(tool.mdiForm1.lblActivity.Visible);
+    EXPECT_EQ(tool.mdiForm1.lblActivity.Caption, "");
     EXPECT_EQ(world.ScreenPointer, MousePointer::Default);
     EXPECT_TRUE(tool.form2.openPort.Enabled);
   }

@@ -2,6 +2,7 @@
 
 #include "bench.h"
 #include "simulator/bank/registers.h"
+#include "transfers.h"
 
 namespace gainsmith::test {
 namespace {
@@ -9,51 +10,8 @@ namespace {
 constexpr const char* ExitQuestion = "Exit Gainsmith for KVT518?";
 constexpr const char* Downloaded = "New configurations have been downloaded to drive successfully";
 
-// A command that moves the whole table, as the user gives it to a connected tool.
-struct Command {
-  const char* Name;
-  std::function<void(Bench&)> Give;
-};
-
-void Confirm(Bench& bench, MenuItem& item) {
-  bench.world.Answers.push_front(MessageAnswer::Yes);
-  bench.user.Click(item);
-}
-
-// With rows from a file, which Write RAM needs.
-void UseGrid(Bench& bench, Button Form8::*button) {
-  bench.user.Click(bench.tool.benchMenu->mnuParameters);
-  bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, "/program/default.ini"}};
-  bench.user.Click(bench.tool.form8.Command1);
-  bench.user.Click(bench.tool.form8.*button);
-}
-
-const Command Transfers[] = {
-    {"download", [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuDownloadToDrive); }},
-    {"reset", [](Bench& bench) { Confirm(bench, bench.tool.mdiForm1.mnuReset); }},
-    {"open",
-     [](Bench& bench) {
-       bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, "/program/default.ini"}};
-       bench.user.Click(bench.tool.mdiForm1.mnuFileOpen);
-     }},
-    {"read", [](Bench& bench) { bench.tool.mdiForm1.ReadFromDrive.OnClick(); }},
-    {"grid read", [](Bench& bench) { UseGrid(bench, &Form8::readdata); }},
-    {"grid write", [](Bench& bench) { UseGrid(bench, &Form8::writedata); }},
-    {"grid store", [](Bench& bench) { UseGrid(bench, &Form8::EEProm); }},
-};
-const Command& Download = Transfers[0];
-
-// The tool, connected, with nothing logged yet.
-struct ConnectedBench : Bench {
-  ConnectedBench() : Bench({}, Edition::ServiceBench) {
-    Connect();
-    TakeFrames();
-    EXPECT_TRUE(TakeMessages().empty());
-  }
-};
-
 struct Undisturbed {
-  explicit Undisturbed(const Command& command) {
+  explicit Undisturbed(const Transfer& command) {
     ConnectedBench bench;
     const std::int64_t start = bench.world.NowMs();
     command.Give(bench);
@@ -65,15 +23,25 @@ struct Undisturbed {
   std::int64_t LastsMs = 0;
 };
 
-TEST(Nesting, TheExitQuestionAtAnyMomentOfATransfer) {
-  for (const Command& command : Transfers) {
+// The scope and its first cycle.
+const Transfer Cycle{"scope", [](Bench& bench) {
+                       bench.user.Click(bench.tool.mdiForm1.mnuScope);
+                       (void)bench.user.TryClick(bench.tool.form5.Command1);
+                       bench.world.RunFor(5000);
+                     }};
+
+TEST(Nesting, TheExitQuestionAtAnyMomentOfATransferOrACycle) {
+  std::vector<Transfer> commands(std::begin(Transfers), std::end(Transfers));
+  commands.push_back(Cycle);
+  for (const Transfer& command : commands) {
     const Undisturbed whole(command);
-    for (std::int64_t delayMs = 1; delayMs < whole.LastsMs; delayMs += 487) {
+    for (std::int64_t delayMs = 1; delayMs < whole.LastsMs;
+         delayMs += command.Name == Cycle.Name ? 190 : 487) {
       SCOPED_TRACE(std::string(command.Name) + " after " + std::to_string(delayMs));
       const auto give = [&](Bench& bench, MessageAnswer answer) {
         bench.world.At(delayMs, [&bench, answer] {
           bench.world.Answers.push_back(answer);
-          bench.user.Click(bench.tool.mdiForm1.nmuExit);
+          bench.world.Unload(bench.tool.mdiForm1);
         });
         command.Give(bench);
       };
@@ -93,29 +61,6 @@ TEST(Nesting, TheExitQuestionAtAnyMomentOfATransfer) {
       const Texts sent = ends.TakeFrames();
       ASSERT_LE(sent.size(), whole.Frames.size());
       EXPECT_TRUE(std::equal(sent.begin(), sent.end(), whole.Frames.begin()));
-    }
-  }
-}
-
-TEST(Nesting, ADeviceThatGoesAwayAtAnyRequestOfATransfer) {
-  for (const Command& command : std::span(Transfers).first(4)) {
-    const Undisturbed whole(command);
-    const int requests = static_cast<int>(whole.Frames.size());
-    for (int request = 1; request <= requests; request += 4) {
-      SCOPED_TRACE(std::string(command.Name) + ", request " + std::to_string(request));
-      ConnectedBench bench;
-      bench.device.Drive.Inject(sim::Fault::HangUp, sim::Hits::Only(request));
-      command.Give(bench);
-      // A file is opened without a store, and so without a word of what the drive did not take;
-      // all others end with one message in place of their success.
-      const Texts told = bench.TakeMessages();
-      EXPECT_EQ(told.size(), whole.Messages.size());
-      const bool store = whole.Frames.back() == "W 12=1";
-      const bool read = whole.Frames.front() == "R 0";
-      EXPECT_EQ(told.back(), store || read ? LostLinkText : whole.Messages.back());
-      const std::string& notice = bench.tool.mdiForm1.lblNotice.Caption;
-      EXPECT_EQ(notice.starts_with("The drive did not take: "), !read && request <= 44) << notice;
-      bench.ExpectAtRest();
     }
   }
 }
@@ -162,7 +107,7 @@ TEST(Nesting, NoWindowOpensBesideAGainThatIsStillOnItsWay) {
 
 // Drive, Connect, Close: the way out of a transfer, and the only one.
 TEST(Nesting, CloseEndsATransferAtAnyMoment) {
-  for (const Command& command : Transfers) {
+  for (const Transfer& command : Transfers) {
     const Undisturbed whole(command);
     for (std::int64_t delayMs = 1; delayMs < whole.LastsMs; delayMs += 487) {
       SCOPED_TRACE(std::string(command.Name) + " after " + std::to_string(delayMs));

@@ -282,9 +282,9 @@ void ExpectToWork(Bench& bench) {
   EXPECT_EQ(bench.TakeFrames().size(), 3U + 44U);
   bench.user.Click(tool.mdiForm1.MnuCurrentLoop);
   EXPECT_TRUE(tool.form1.Visible);
-  EXPECT_EQ(bench.TakeFrames(), (Bench::Texts{"R 0", "R 1"}));
+  EXPECT_EQ(bench.TakeFrames(), (Texts{"R 0", "R 1"}));
   bench.user.Close(tool.form1);
-  EXPECT_EQ(bench.TakeMessages(), Bench::Texts{});
+  EXPECT_EQ(bench.TakeMessages(), Texts{});
 }
 
 TEST(RandomSession, KeepsItsPromisesComesToRestAndWorksAgain) {

@@ -1,4 +1,4 @@
-// The scope in the whole tool: its command while it is open, the program's end.
+// The scope in the whole tool: its command while it is open.
 
 #include "bench.h"
 
@@ -61,24 +61,6 @@ TEST(ScopeSession, ItsCommandTurnsTheCycleOnAndOff) {
   bench.user.Click(bench.tool.mdiForm1.mnuPositionLoop);
   EXPECT_TRUE(bench.tool.form3.Visible);
   EXPECT_EQ(bench.TakeMessages(), Texts{});
-}
-
-TEST(ScopeSession, TheProgramEndsAtAnyMomentOfACycle) {
-  for (std::int64_t delayMs = 10; delayMs < 2800; delayMs += 190) {
-    SCOPED_TRACE(delayMs);
-    ScopeBench bench;
-    bench.user.Click(bench.tool.mdiForm1.mnuScope);
-    bench.user.Choose(bench.scope.Combo1, 0);
-    bench.user.Click(bench.scope.Command1);
-    const std::int64_t start = bench.world.NowMs();
-    bench.world.Answers = {MessageAnswer::Yes};
-    bench.world.At(delayMs, [&] { bench.world.Unload(bench.tool.mdiForm1); });
-    bench.world.RunFor(10'000);
-    EXPECT_TRUE(bench.world.Ended());
-    EXPECT_FALSE(bench.world.IsPortOpen());
-    EXPECT_EQ(bench.world.NowMs(), start + delayMs) << "nothing waits behind the end";
-    EXPECT_EQ(bench.TakeMessages(), (Texts{"Exit Gainsmith for KVT518?"}));
-  }
 }
 
 }  // namespace

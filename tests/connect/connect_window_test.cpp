@@ -10,7 +10,6 @@ namespace {
 
 using sim::Fault;
 using sim::Hits;
-using Texts = std::vector<std::string>;
 
 const Message NoContact{
     "Unable to Communicate with the Drive. Check your connection and confirm you have selected the "
@@ -25,6 +24,7 @@ struct ConnectTest : testing::Test {
   void ExpectDisconnected() {
     EXPECT_FALSE(bench.World.IsPortOpen());
     EXPECT_EQ(form.openPort.Caption, "Open");
+    EXPECT_TRUE(form.openPort.Default);
     EXPECT_TRUE(form.openPort.Enabled && form.Visible);
     EXPECT_FALSE(bench.Shell.BulkTransferRunning);
     for (const ToolButton* button : bench.Main.ToolButtons) EXPECT_FALSE(button->Enabled);
@@ -69,6 +69,7 @@ TEST_F(ConnectTest, OpenMakesContactAndReadsAllSettingsWhateverIsPressedMeanwhil
   EXPECT_EQ(form.SecondIdentity, "112");
   EXPECT_TRUE(form.openPort.Enabled);
   EXPECT_EQ(form.openPort.Caption, "Close");
+  EXPECT_FALSE(form.openPort.Default) << "Enter never closes a connection";
   EXPECT_FALSE(form.Visible);
   EXPECT_TRUE(bench.Main.mnuPositionLoop.Enabled);
   EXPECT_TRUE(bench.Main.ErrCheck.Enabled);

@@ -172,6 +172,70 @@ TEST_F(InputTest, LeavingAFieldIsToldOnceAndNotForMessagesOrCode) {
   EXPECT_EQ(log, Lines{"left"});
 }
 
+// By its own handler, as buttons do that wait for the drive.
+TEST_F(InputTest, FocusComesHomeToAButtonThatWasDisabled) {
+  field.Text = other.Text = "500";
+  for (TextBox* text : {&field, &other}) text->OnLostFocus = [&] { log.push_back("left"); };
+  const auto has = [&](const char* name) { return driver.Find(name)->hasFocus(); };
+  std::function<void()> meanwhile;
+  button.OnClick = [&] {
+    button.Enabled = false;
+    WaitMs(2);
+    EXPECT_FALSE(has("Form.Text1(0)") || has("Form.Text1(1)") || has("Form.Command2"));
+    meanwhile();
+    WaitMs(2);
+    button.Enabled = true;
+  };
+  driver.Find("Form.Command1")->setFocus(Qt::TabFocusReason);
+  meanwhile = [&] {
+    driver.Key("Form", Qt::Key_Space);
+    world.ShowMessage(message);
+  };
+  Key("Form", Qt::Key_Space);
+  EXPECT_TRUE(has("Form.Command1"));
+  EXPECT_EQ(field.Text + other.Text, "500500");
+  meanwhile = [&] { world.SetFocus(other); };
+  Key("Form", Qt::Key_Space);
+  EXPECT_TRUE(has("Form.Text1(1)")) << "a handler gave it elsewhere";
+  EXPECT_EQ(log, Lines{});
+
+  // With what it lies in.
+  driver.Find("Form.Command3")->setFocus();
+  group.Enabled = false;
+  driver.Settle();
+  EXPECT_FALSE(has("Form.Command2"));
+  group.Enabled = true;
+  driver.Settle();
+  EXPECT_TRUE(has("Form.Command3"));
+}
+
+TEST_F(InputTest, EnterAndEscPressTheirButtonsWhereTheyMeanNothingElse) {
+  button.OnClick = [&] { log.push_back("default"); };
+  jog.OnClick = [&] { log.push_back("cancel"); };
+  inside.OnClick = [&] { log.push_back("own"); };
+  field.OnKeyPress = [&](int key) {
+    if (key == KeyEnter) log.push_back("committed");
+    return true;
+  };
+  const auto keys = [&](const char* focus) {
+    driver.Find(focus)->setFocus();
+    log.clear();
+    driver.Key("Form", Qt::Key_Escape);
+    driver.HoldKey("Form", Qt::Key_Return, 3);
+    driver.Settle();
+    return log;
+  };
+  EXPECT_EQ(keys("Form.Combo1"), Lines{}) << "a window without such buttons";
+  button.Default = jog.Cancel = true;
+  driver.Settle();
+  EXPECT_EQ(keys("Form.Combo1"), (Lines{"cancel", "default"}));
+  EXPECT_EQ(keys("Form.Command3"), (Lines{"cancel", "own"}));
+  EXPECT_EQ(keys("Form.Text1(0)"), (Lines{"cancel", "committed"}));
+  button.Enabled = jog.Enabled = false;
+  driver.Settle();
+  EXPECT_EQ(keys("Form.Combo1"), Lines{});
+}
+
 TEST_F(InputTest, FocusGivenBeforeTheWindowIsShownOrTheFieldEnabled) {
   ASSERT_TRUE(world.Unload(window));
   other.Enabled = false;

@@ -1,4 +1,6 @@
 // Picture boxes: lines in their own scales, mouse in the picture's.
+#include <QApplication>
+#include <QClipboard>
 #include <QImage>
 #include <QPainter>
 #include <limits>
@@ -93,6 +95,40 @@ TEST_F(PictureTest, OverlayComesAndGoesWithoutTouchingThePicture) {
   EXPECT_EQ(pixel(60), ground);
   picture.Cls();
   EXPECT_LT(pixel(75).green(), 100);
+}
+
+struct CopyTest : Desk {
+  CopyTest() {
+    window.Add(field, "Text1").Place(150, 4050, 1500, 300);
+    window.Add(axis, "Label3").Place(0, 300, 600, 240);
+    window.Add(plot, "Picture1").Place(750, 300, 4500, 3000);
+    window.Add(other, "Label9").Place(3000, 4050, 1500, 300);
+    Show();
+    driver.Find("Form.Text1")->setFocus();
+    QApplication::clipboard()->setText(QStringLiteral("before"));
+  }
+  void Copy() { Key("Form", Qt::Key_C, Qt::ControlModifier); }
+  static std::string Held() { return QApplication::clipboard()->text().toStdString(); }
+  TextBox field;
+  Label axis, other;
+  PictureBox plot;
+};
+
+TEST_F(CopyTest, PictureAndTextGoToTheClipboard) {
+  Copy();
+  plot.OnCopy = [] { return std::string(); };
+  Copy();
+  EXPECT_EQ(Held(), "before") << "there is nothing to copy";
+  plot.OnCopy = [] { return std::string("Kp\t8\n"); };
+  Copy();
+  EXPECT_TRUE(Held().starts_with("Plain\tcopied\t20")) << Held();
+  EXPECT_TRUE(Held().ends_with("\nKp\t8\n"));
+  EXPECT_EQ(QApplication::clipboard()->image().size(), QSize(350, 200))
+      << "with the axis beside it";
+  driver.Type("Form.Text1", "77");
+  Key("Form", Qt::Key_A, Qt::ControlModifier);
+  Copy();
+  EXPECT_EQ(Held(), "77") << "what is selected in a field comes first";
 }
 
 }  // namespace

@@ -1,6 +1,8 @@
 // Windows as a whole: every control named and in reach, nothing clipped, light and dark; a main
 // window with bars.
+#include <QApplication>
 #include <QImage>
+#include <QScreen>
 
 #include "desk.h"
 #include "desktop/look.h"
@@ -76,6 +78,30 @@ TEST_F(WindowTest, WhatIsClippedOrOverlapsIsFound) {
   for (std::size_t i = 0; i < faults.size(); ++i) EXPECT_TRUE(faults[i].starts_with(expected[i]));
 }
 
+TEST_F(WindowTest, AWindowLargerThanTheScreenIsDrawnSmallerAndWhole) {
+  const QRect screen = QApplication::primaryScreen()->availableGeometry();
+  // The controls fill it once more as high as the screen is.
+  window.LeftTwips = 9000;
+  window.ClientWidthTwips = 12000;
+  window.ClientHeightTwips = 2 * 15 * screen.height();
+  for (Control* control : window.Controls) {
+    if (control->Container != nullptr) continue;
+    control->Place(control->LeftTwips, control->TopTwips * 5, 3000, control->HeightTwips);
+  }
+  start.Place(9900, window.ClientHeightTwips - 600, 1500, 450);
+  Show();
+  const QWidget& form = *driver.Find("Form");
+  EXPECT_TRUE(screen.contains(form.frameGeometry())) << "moved, too";
+  EXPECT_NEAR(form.height(), screen.height(), 60);
+  EXPECT_NEAR(form.width(), 400, 24);
+  EXPECT_EQ(LayoutFaults(form), Lines{});
+  EXPECT_EQ(window.ClientHeightTwips, 2 * 15 * screen.height()) << "the record keeps its size";
+  bool clicked = false;
+  start.OnClick = [&] { clicked = true; };
+  Click("Form.Command1");
+  EXPECT_TRUE(clicked);
+}
+
 TEST_F(WindowTest, EveryControlIsNamedAndReachableByTab) {
   Show();
   EXPECT_EQ(driver.Find("Form.Text1(0)")->accessibleName(), "Device Number");
@@ -106,6 +132,7 @@ TEST_F(WindowTest, BarsFollowTheirRecords) {
   FrameWindow frame;
   frame.Name = "Main";
   MenuItem file, open, hidden;
+  file.Name = "mnuFile";
   open.Name = "mnuFileOpen";
   open.Shortcut = "Ctrl+O";
   open.OnClick = [&] { log.push_back("open"); };
@@ -128,6 +155,9 @@ TEST_F(WindowTest, BarsFollowTheirRecords) {
     Key("Main", Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(log, (Lines{"tool", "open"}));
   }
+  Key("Main", Qt::Key_F10);
+  EXPECT_TRUE(driver.IsShown("Main.mnuFile"));
+  QApplication::activePopupWidget()->close();
   frame.Caption = "Torvane Gainsmith for KVT518 - [a.tvd]";
   driver.Settle();
   EXPECT_EQ(driver.TextOf("Main"), frame.Caption);

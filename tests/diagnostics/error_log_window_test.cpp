@@ -145,33 +145,27 @@ TEST(ErrorLog, AnEraseInTheMiddleOfAPassTakesEffectInThatPass) {
   EXPECT_FALSE(bench.Window.BlinkRunning());
 }
 
-TEST(ErrorLog, AFailureIsToldOnceAndAFailedEraseClosesTheWindow) {
+TEST(ErrorLog, AFailureLeavesTheLampsAsTheyWereRead) {
   const struct {
     const char* What;
-    std::int64_t EraseMs, SilentMs;  // from the opening on
-    const char* LastFrame;
+    std::int64_t SilentMs;  // from the opening on
     std::size_t Frames;
-    bool Stays;
     Indices Red;
     std::size_t Unread;
   } cases[] = {
-      {"at the opening", 60'000, 0, "R 16x10", 5, true, {}, 160},
-      {"inside a pass", 380, 379, "W 16=1", 1 + 5, false, {}, 160},
-      {"behind the erase", 1030, 1090, "R 16x10", 2 + 5, true, {0, 16 + 3}, 60},
+      {"at the opening", 0, 5, {}, 160},
+      {"behind the erase", 1090, 2 + 5, {0, 16 + 3}, 60},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.What);
     ErrorLogBench bench;
     bench.Words = {0x0001, 0x0008};
     bench.World.At(c.SilentMs, [&] { bench.Silent = true; });
-    bench.World.At(c.EraseMs, [&] { bench.User.Click(bench.EraseAll); });
+    if (c.SilentMs > 0) bench.World.At(1030, [&] { bench.User.Click(bench.EraseAll); });
     bench.Open();
     bench.World.RunFor(10'000);
     EXPECT_EQ(bench.World.Log.Frames().size(), c.Frames);
-    EXPECT_EQ(bench.World.TakeFrames().back(), c.LastFrame);
-    EXPECT_EQ(TakeMessages(bench.World), Messages{LostLink});
-    EXPECT_EQ(bench.Window.Loaded, c.Stays);
-    EXPECT_FALSE(bench.Window.Timer1.Enabled());
+    EXPECT_TRUE(bench.Window.Loaded && !bench.Window.Timer1.Enabled());
     EXPECT_EQ(bench.Red(), c.Red);
     EXPECT_EQ(bench.Unread(), c.Unread);
   }

@@ -53,7 +53,7 @@ struct BulkTest : testing::Test {
   void ExpectAtRest() {
     EXPECT_FALSE(bench.Shell.BulkTransferRunning);
     EXPECT_FALSE(bench.Waiting.Loaded);
-    EXPECT_FALSE(bench.Main.lblActivity.Visible);
+    EXPECT_EQ(bench.Main.lblActivity.Caption, "");
     EXPECT_EQ(bench.World.ScreenPointer, MousePointer::Default);
   }
 };

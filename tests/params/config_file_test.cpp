@@ -10,7 +10,6 @@ namespace gainsmith::test {
 namespace {
 
 using Outcome = ChosenFile::Outcome;
-using Texts = std::vector<std::string>;
 
 constexpr const char* Path = "/home/engineer/line 4/motor.tvd";
 constexpr const char* CaptionWithFile = "Torvane Gainsmith for KVT518 - [motor.tvd]";

@@ -11,7 +11,6 @@ namespace gainsmith::test {
 namespace {
 
 using sim::Fault;
-using Texts = std::vector<std::string>;
 
 constexpr const char* StorePath = "/program/QMX4400en.mdb";
 constexpr const char* MarkerPath = "/program/del.tvr";
@@ -81,14 +80,6 @@ TEST_F(GridTest, AReadFillsTheRowsAndEndsItsDisplay) {
   EXPECT_TRUE(Rows().empty());
   EXPECT_EQ(bench.World.Files[MarkerPath], " 1 \r\n");
   EXPECT_TRUE(bench.World.Messages.empty());
-}
-
-TEST_F(GridTest, AReadThatFailsClosesTheWindow) {
-  bench.World.At(1000, [&] { bench.Inject(Fault::Silent); });
-  bench.User.Click(form.readdata);
-  EXPECT_EQ(bench.TakeMessages(), Messages{LostLink});
-  EXPECT_FALSE(form.Loaded || bench.Shell.ChildWindowOpen || bench.Shell.BulkTransferRunning);
-  EXPECT_TRUE(bench.World.IsPortOpen());
 }
 
 TEST_F(GridTest, SaveAndWriteNeedRowsAndAskNothingMore) {

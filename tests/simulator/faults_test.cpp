@@ -3,10 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <utility>
 
 #include "drive_host.h"
 #include "simulator/bank/factory_values.h"
+#include "simulator/wire/framing.h"
 
 namespace gainsmith::sim {
 namespace {
@@ -14,7 +16,7 @@ namespace {
 void Inject(DriveHost& host, const char* text) {
   const auto order = ParseFault(text);
   ASSERT_TRUE(order) << text;
-  host.Drive.Inject(order->Kind, order->When);
+  host.Drive.Inject(*order);
 }
 
 // Sends a read for each 'r' and a write for each 'w'. Gives one letter for each: 'o' answered as it
@@ -35,10 +37,23 @@ TEST(Faults, HitTheRequestsTheyWereOrderedForAndCanSpoil) {
   const struct {
     const char *Order, *Expected;
   } cases[] = {
-      {"bad-crc", "xxxxxxxx"},        {"bad-crc:3", "xxxooooo"},     {"bad-crc:/3", "ooxooxoo"},
-      {"bad-crc:@5", "ooooxooo"},     {"silent", "--------"},        {"silent:2", "--oooooo"},
-      {"drop-nth", "oo-oo-oo"},       {"drop-nth:4", "ooo-ooo-"},    {"drop-nth:@1", "-ooooooo"},
-      {"wrong-count:/2", "oooxooxo"}, {"wrong-echo:@2", "ooxooooo"}, {"reset-in-test", "oooooooo"},
+      {"bad-crc", "xxxxxxxx"},
+      {"bad-crc:3", "xxxooooo"},
+      {"bad-crc:/3", "ooxooxoo"},
+      {"bad-crc:@5", "ooooxooo"},
+      {"silent", "--------"},
+      {"silent:2", "--oooooo"},
+      {"drop-nth", "oo-oo-oo"},
+      {"drop-nth:4", "ooo-ooo-"},
+      {"drop-nth:@1", "-ooooooo"},
+      {"wrong-count:/2", "oooxooxo"},
+      {"wrong-echo:@2", "ooxooooo"},
+      {"reset-in-test", "oooooooo"},
+      {"refused-write:@2", "ooxooooo"},
+      {"lost-byte=2:/4", "oooxooox"},
+      {"stuck-line=50:1", "xooooooo"},
+      {"wrong-register:2", "xooxoooo"},
+      {"power-loss-in-store", "oooooooo"},
   };
   for (const auto& test : cases) {
     DriveHost host;
@@ -48,7 +63,8 @@ TEST(Faults, HitTheRequestsTheyWereOrderedForAndCanSpoil) {
   DriveHost host;
   for (const char* order : {"silent", "silent:1", "bad-crc:@3"}) Inject(host, order);
   EXPECT_EQ(Answers(host, "rrrr"), "-oxo") << "a new order replaces that of the same fault only";
-  for (const char* bad : {"", "silence", "silent:0", "silent:2x", "silent:@", "silent 2"}) {
+  for (const char* bad : {"", "silence", "silent:0", "silent:2x", "silent:@", "silent 2",
+                          "silent=1", "late-by=0", "late-by=1x", "late-by=60001", "lost-byte:=3"}) {
     EXPECT_FALSE(ParseFault(bad)) << bad;
   }
 }
@@ -71,6 +87,20 @@ TEST(Faults, SpoilTheReplyInTheirOwnWayOnly) {
   const Bytes extra = spoiled("extra-byte", read);
   ASSERT_EQ(extra.size(), good.size() + 1);
   EXPECT_EQ(Bytes(extra.begin(), extra.end() - 1), good);
+  EXPECT_EQ(spoiled("lost-byte", read), (Bytes{1, 3, 4, 0x90, 0x02, 0x06, good[7], good[8]}));
+  EXPECT_EQ(spoiled("lost-byte=200", read), Bytes(good.begin(), good.end() - 1));
+  EXPECT_EQ(spoiled("doubled-byte=5", read),
+            (Bytes{1, 3, 4, 0x01, 0x90, 0x90, 0x02, 0x06, good[7], good[8]}));
+  EXPECT_EQ(spoiled("wrong-register", read), Sealed({1, 3, 4, 0x02, 0x06, 0x00, 0x70}));
+  EXPECT_EQ(spoiled("refused-write", write), Sealed({1, 0x86, 3}));
+  Bytes echoed = RequestFrame(read);
+  echoed.insert(echoed.end(), good.begin(), good.end());
+  EXPECT_EQ(spoiled("echo", read), echoed);
+  const Bytes unsolicited = spoiled("unsolicited=5", read);
+  ASSERT_EQ(unsolicited.size(), good.size() + 5);
+  EXPECT_EQ(Bytes(unsolicited.begin() + 5, unsolicited.end()), good);
+  // 10 ms at 3.49 characters a millisecond.
+  EXPECT_EQ(spoiled("stuck-line=10", read), Bytes(34, 0));
   const Bytes garbage = spoiled("garbage", read);
   EXPECT_EQ(garbage.size(), good.size());
   EXPECT_NE(garbage[0], good[0]);
@@ -86,6 +116,55 @@ TEST(Faults, LateAndSplitRepliesMissTheFirstLookAndMakeTheSecond) {
     EXPECT_EQ(host.Drive.Transmit(host.SentAt + 55'000).size(), atFirst) << name;
     EXPECT_EQ(host.Drive.Transmit(host.SentAt + 100'000).size(), 7U - atFirst) << name;
   }
+}
+
+TEST(Faults, AReplyIsLateByTheTimeOrdered) {
+  DriveHost host;
+  Inject(host, "late-by=250:1");
+  host.Read(34);
+  EXPECT_EQ(host.RepliedAt - host.SentAt, 287 + 1'000 + 250'000 + 2'006);
+}
+
+// Worked out by hand: at half the speed of the sender each bit that is read covers two, and at
+// twice the speed each is read twice.
+TEST(Faults, SpeedsThatDifferMakeGarbageBothWays) {
+  const auto reframed = [](Bytes sent, int from, int to) { return Reframe(sent, from, to); };
+  const Bytes all{0x00, 0x55, 0xFF, 0x96};
+  EXPECT_EQ(reframed(all, 9600, 9600), all);
+  EXPECT_EQ(reframed({0x00}, 19200, 9600), Bytes{0xF8});
+  EXPECT_EQ(reframed({0xFF}, 19200, 9600), Bytes{0xFF});
+  EXPECT_EQ(reframed({0x0F}, 9600, 19200), (Bytes{0xFE, 0x80}));
+
+  DriveHost host({.Baud = 19200});
+  host.Drive.SetHostBaud(9600);
+  EXPECT_TRUE(host.Read(34).empty());
+  EXPECT_TRUE(host.Drive.TakeEvents().at(0).starts_with("bad request "));
+  host.Drive.SetHostBaud(19200);
+  host.Pass(200'000);
+  EXPECT_EQ(host.Read(34), Words{4});
+  Inject(host, "wrong-baud=9600");
+  const Bytes reply = host.Ask({1, ReadFunction, 34, 1});
+  EXPECT_FALSE(reply.empty());
+  EXPECT_NE(reply, ReadReply({1, ReadFunction, 34, 1}, Words{4}));
+}
+
+TEST(Faults, PowerLostInMidStoreDamagesTheMemoryAndIsFoundAtTheStart) {
+  const std::string path = testing::TempDir() + "kvt518_power_loss.txt";
+  for (const std::string& file : {std::string(), path}) {
+    DriveHost host({.EepromPath = file});
+    host.Write(Reg::PolePairs, 3);
+    host.Write(Reg::StoreEeprom, 1);
+    Inject(host, "power-loss-in-store:1");
+    EXPECT_FALSE(host.Write(Reg::StoreEeprom, 1));
+    host.Pass(1'000'000);
+    EXPECT_EQ(host.Read(34), Words{4}) << "as from the factory";
+    EXPECT_EQ(host.Read(16), Words{0x200});
+  }
+  // The next start finds a whole one, with the one error.
+  const SimulatedDrive next({.EepromPath = path});
+  EXPECT_EQ(next.Errors().All()[1], 0);
+  EXPECT_EQ(std::remove((path + ".damaged").c_str()), 0);
+  std::remove(path.c_str());
 }
 
 TEST(Faults, LostReplyWasObeyedAndSilenceWasNot) {

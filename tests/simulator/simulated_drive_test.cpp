@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 
 #include "drive_host.h"
@@ -22,7 +23,7 @@ TEST(SimulatedDrive, AnswersAndRefusesAsAModbusSlaveDoes) {
       {{1, 6, 2, 1}, {1, 6, 0, 2, 0, 1}},   {{1, 3, 0, 0}, {1, 0x83, 3}},
       {{1, 3, 855, 2}, {1, 0x83, 2}},       {{1, 6, 256, 1}, {1, 0x86, 2}},
       {{1, 6, 253, 1}, {1, 0x86, 2}},       {{1, 6, 16, 2}, {1, 0x86, 3}},
-      {{1, 4, 0, 1}, {1, 0x84, 1}},
+      {{1, 6, 12, 0}, {1, 0x86, 3}},        {{1, 4, 0, 1}, {1, 0x84, 1}},
   };
   EXPECT_EQ(RequestFrame({1, 3, 255, 1}), (Bytes{0x01, 0x03, 0x00, 0xFF, 0x00, 0x01, 0xB4, 0x3A}));
   DriveHost host;
@@ -91,6 +92,15 @@ TEST(SimulatedDrive, PacesElevenBitsACharacter) {
   EXPECT_EQ(host.Drive.Transmit(first + 600).size(), 2U);
 }
 
+// A pseudo-terminal hands over in a moment what a line carries in half a minute.
+TEST(SimulatedDrive, AFloodIsLostAndLeavesItListening) {
+  DriveHost host;
+  host.Send(Bytes(100'000, 0x55), 0);
+  EXPECT_EQ(host.Listen(), Bytes{});
+  host.Pass(100'000 + FrameFeeder::DefaultGapUs);
+  EXPECT_EQ(host.Read(34), Words{4});
+}
+
 TEST(SimulatedDrive, KeepsOnlyWhatWasStoredOverAReset) {
   DriveHost host;
   EXPECT_TRUE(host.Write(Reg::PolePairs, 2));
@@ -147,13 +157,30 @@ TEST(SimulatedDrive, WatchAddressesMoveWithTheMotorAndTheClock) {
 TEST(SimulatedDrive, TellsOfCommandsFaultsAndErrors) {
   DriveHost host;
   host.Write(Reg::CurrentStep, 1);
+  host.Write(Reg::ErrorLog, 2);
   host.Write(Reg::CurrentKp, 1000);
   host.Drive.Inject(Fault::BadCrc, Hits::Next(1));
   host.Read(0);
   host.Read(0);
   host.Drive.RaiseError(DriveError::Phase);
-  EXPECT_EQ(host.Drive.TakeEvents(), (std::vector<std::string>{"write 2 = 1: current step",
-                                                               "fault bad-crc", "error phase"}));
+  host.Drive.PlugEncoder(false, host.Now);
+  host.Send({1, 3, 0, 0, 0, 1, 0xFF, 0x00, 0xAA});
+  EXPECT_EQ(host.Drive.TakeEvents(),
+            (std::vector<std::string>{"write 2 = 1: current step", "write 16 = 2 refused",
+                                      "write 0 = 1000", "fault bad-crc", "error phase",
+                                      "bad request 01 03 00 00 00 01 FF 00"}));
+  // The current step had taken the power off.
+  host.Write(Reg::PositionCommand, 1);
+  host.Write(Reg::PositionCommand, 1);
+  host.Write(Reg::ErrorLog, 1);
+  host.Drive.PlugEncoder(true, host.Now);
+  host.Write(Reg::PositionCommand, 1);
+  EXPECT_EQ(host.Drive.TakeEvents(),
+            (std::vector<std::string>{
+                "write 9 = 1: position command",
+                "trip encoder-loss: no power until reset or erased", "error encoder",
+                "write 9 = 1: position command", "motion refused after trip encoder-loss",
+                "write 16 = 1: erase errors", "write 9 = 1: position command"}));
   EXPECT_TRUE(host.Drive.TakeEvents().empty());
 }
 
@@ -174,23 +201,36 @@ TEST(SimulatedDrive, EepromFileCarriesParametersAndErrorsToTheNextRun) {
   next.Write(Reg::ErrorLog, 1);
   EXPECT_EQ(SimulatedDrive({.EepromPath = path}).Errors().All()[0], 0) << "erased for good";
 
-  // Taken whole or not at all.
+  // Taken whole or not at all; what is damaged is set aside, each under a name of its own.
   std::string digit = EncodeImage(FactoryImage());
   ASSERT_TRUE(DecodeImage(digit));
   const std::string half = digit.substr(0, digit.size() / 2);
   digit[digit.find("P 34 4") + 5] = '5';
-  for (const std::string& text : {digit, half, half + "noise"}) {
+  std::string aside = path + ".damaged";
+  for (const std::string& text : {digit, half, std::string(100'000, 'P')}) {
+    std::remove(aside.c_str());
     std::ofstream(path) << text;
+    std::ofstream(path + ".new") << "left behind";
     SimulatedDrive corrupt({.EepromPath = path});
     EXPECT_EQ(corrupt.Registers()[Reg::PolePairs], 4);
     EXPECT_EQ(corrupt.Errors().All()[0], 0x200);
+    EXPECT_EQ(std::filesystem::file_size(aside), text.size());
+    EXPECT_FALSE(std::filesystem::exists(path + ".new"));
+    aside = path + (aside.ends_with('d') ? ".damaged2" : ".damaged3");
   }
   EXPECT_FALSE(DecodeImage(""));
-  std::remove(path.c_str());
+  for (const char* end : {"", ".damaged", ".damaged2", ".damaged3"}) {
+    std::remove((path + end).c_str());
+  }
 
-  DriveHost unwritable({.EepromPath = testing::TempDir() + "no/such/directory/eeprom"});
-  EXPECT_TRUE(unwritable.Write(Reg::StoreEeprom, 1));
-  EXPECT_EQ(unwritable.Drive.Errors().All()[0], 0x200);
+  for (const std::string& place : {testing::TempDir() + "no/such/directory/eeprom",
+                                   testing::TempDir(), std::string("/dev/full")}) {
+    DriveHost unwritable({.EepromPath = place});
+    EXPECT_TRUE(unwritable.Write(Reg::StoreEeprom, 1));
+    EXPECT_EQ(unwritable.Drive.Errors().All()[0], 0x200) << place;
+  }
+  EXPECT_NE(EepromFile("/dev/full").Problem(), "");
+  EXPECT_FALSE(std::filesystem::exists(testing::TempDir() + ".new"));
 }
 
 TEST(SimulatedDrive, SameSeedAndScriptGiveTheSameBytes) {

@@ -93,6 +93,7 @@ class VirtualWorld : public World {
   }
   // Filters of the file dialogs shown.
   std::vector<std::string> FileDialogs, Documents;
+  std::string Clipboard;
   Control* Focus = nullptr;
   MousePointer ScreenPointer = MousePointer::Default;
   std::vector<MousePointer> ScreenPointers;
@@ -139,6 +140,7 @@ class VirtualWorld : public World {
       nowMs_ = std::max(nowMs_, deadlineMs + 1);
       return;
     }
+    if (nowMs_ >= refreshDueMs_) RefreshWindows();
     DeepestWait = std::max(DeepestWait, ++pumping_);
     Timer* timer = NextTimer();
     const bool scripted = !script_.empty() && script_.front().AtMs <= deadlineMs &&
@@ -157,6 +159,7 @@ class VirtualWorld : public World {
     --pumping_;
   }
   int PresentYear() override { return 2026; }
+  std::string TimeOfDay() override { return "12:00:00"; }
   void SetFocus(Control& control) override { Focus = &control; }
   void SetScreenPointer(MousePointer pointer) override {
     ScreenPointer = pointer;
@@ -165,14 +168,6 @@ class VirtualWorld : public World {
   int ScreenWidthTwips() override { return 1366 * 15; }
   int ScreenHeightTwips() override { return 768 * 15; }
   void Repaint(Window&) override { ++Repaints; }
-  MessageAnswer ShowMessage(const Message& message) override {
-    if (Ended()) return message.Default;
-    Messages.push_back(message);
-    ++messagesShown_;
-    if (OnMessage) OnMessage(message);
-    --messagesShown_;
-    return Next(Answers, message.Default);
-  }
   bool AwaitsAnswer() const override { return messagesShown_ > 0; }
   ChosenFile AskOpenFile(const std::string& filter) override { return AskFile(filter); }
   ChosenFile AskSaveFile(const std::string& filter) override { return AskFile(filter); }
@@ -191,12 +186,21 @@ class VirtualWorld : public World {
     return true;
   }
   bool FileExists(const std::string& path) override { return Files.contains(path); }
+  void CopyText(const std::string& text) override { Clipboard = text; }
   void OpenDocument(const std::string& address) override { Documents.push_back(address); }
   std::unique_ptr<RowStore> OpenRows(const std::string& path, const std::string&) override {
     return std::make_unique<MemoryRows>(StoredRows[path]);
   }
 
  protected:
+  MessageAnswer AnswerMessage(const Message& message) override {
+    RefreshWindows();
+    Messages.push_back(message);
+    ++messagesShown_;
+    if (OnMessage) OnMessage(message);
+    --messagesShown_;
+    return Next(Answers, message.Default);
+  }
   void WindowShown(Window&) override {}
   void WindowHidden(Window&) override {}
   void ProgramEnded() override {}
@@ -218,6 +222,13 @@ class VirtualWorld : public World {
     const T first = std::move(script.front());
     script.pop_front();
     return first;
+  }
+  // There is no screen: once a second, and behind each message, is what a World owes.
+  void RefreshWindows() {
+    refreshDueMs_ = nowMs_ + 1000;
+    for (Window* window : LoadedWindows()) {
+      if (window->Visible) window->Refresh();
+    }
   }
   ChosenFile AskFile(const std::string& filter) {
     FileDialogs.push_back(filter);
@@ -254,6 +265,7 @@ class VirtualWorld : public World {
   }
 
   std::int64_t nowMs_ = 1000;
+  std::int64_t refreshDueMs_ = 0;
   int pumping_ = 0;
   int messagesShown_ = 0;
   std::deque<Action> script_;

@@ -11,7 +11,6 @@
 namespace gainsmith::test {
 namespace {
 
-using Texts = TuningBench::Texts;
 using Bytes = std::vector<std::uint8_t>;
 
 // A drive that echoes writes, and has a sample memory of -1, -2, -3 and so on.
@@ -99,7 +98,7 @@ TEST(WaitForRecording, TheScopeGivesUpAtThe802ndAnswer) {
   ASSERT_EQ(frames.size(), 1U + 802);
   EXPECT_EQ(frames.back().Text(), "R 28");
   EXPECT_EQ(frames[802].AtMs - frames[1].AtMs, 801 * PollMs);
-  EXPECT_EQ(bench.TakeMessages(), (Texts{LostLink}));
+  EXPECT_EQ(bench.TakeMessages(), (Texts{LostLinkText}));
   EXPECT_FALSE(scope.Loaded);
 }
 

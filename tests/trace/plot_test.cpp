@@ -43,7 +43,7 @@ TEST(PlotLabels, BeforeACaptureWithOneAndAfterANewChoice) {
     bench.Capture();
     EXPECT_EQ(bench.View(), c.Captured);
     bench.combo1.Choose(4);
-    bench.trace.ShowPErr = false;
+    bench.trace.Show[Signal::PErr] = false;
     bench.plot.SetAxisLabels();
     EXPECT_EQ(bench.View(), c.Chosen);
   }
@@ -79,8 +79,8 @@ TEST(PlotRedraw, DrawsTheShownChannelsInOrderUpToTheLastSample) {
   EXPECT_EQ(last.Scale, (PictureScale{0, 400, 200.4F, -800}));
   EXPECT_EQ(bench.plot.Picture1.Lines[7].Y1, 180);  // 90 of 200 pulses
 
-  bench.trace.ShowPRef = bench.trace.ShowPBak = true;
-  bench.trace.ShowIBak = false;
+  bench.trace.Show[Signal::PRef] = bench.trace.Show[Signal::PBak] = true;
+  bench.trace.Show[Signal::IBak] = false;
   EXPECT_EQ(ColoursDrawn(bench), (Colours{16744700, 16711810, 16744580, 4711}));
   EXPECT_EQ(bench.plot.Label5[3].ForeColor, 16744580U);
 }
@@ -90,7 +90,7 @@ TEST(PlotRedraw, TheVelocityPlotDrawsItsOwnChannelsInItsOwnColours) {
   bench.trace.VelocityColours[Signal::IBak] = 5;
   bench.trace.PositionColours[Signal::IBak] = 6;
   bench.Capture();
-  bench.trace.ShowPErr = true;
+  bench.trace.Show[Signal::PErr] = true;
   EXPECT_EQ(ColoursDrawn(bench), (Colours{8454016, 5}));
   // The current column follows the position window's colour.
   EXPECT_EQ(bench.plot.Label3[0].ForeColor, 6U);
@@ -133,8 +133,8 @@ TEST(PositionAxis, TheLargestOfTheShownSeriesSetsItForAll) {
     bench.Capture();
     bench.plot.PositionSource = PBak;
     bench.plot.Label11.Caption = "before";
-    std::tie(bench.trace.ShowPErr, bench.trace.ShowPBak, bench.trace.ShowPRef) =
-        std::tuple(c.Error, c.Feedback, c.Reference);
+    std::tie(bench.trace.Show[Signal::PErr], bench.trace.Show[Signal::PBak],
+             bench.trace.Show[Signal::PRef]) = std::tuple(c.Error, c.Feedback, c.Reference);
     std::tie(bench.trace.PErrTop[0], bench.trace.PBakTop[0], bench.trace.PRefTop[0]) =
         std::tuple(c.ErrorTop, c.FeedbackTop, c.ReferenceTop);
     std::tie(bench.trace.PErrGain[0], bench.trace.PBakGain[0], bench.trace.PRefGain[0]) =
@@ -144,7 +144,7 @@ TEST(PositionAxis, TheLargestOfTheShownSeriesSetsItForAll) {
     EXPECT_EQ(bench.plot.PositionSource, c.Source);
     EXPECT_EQ(bench.plot.Label11.Caption, c.Caption);
     EXPECT_EQ(bench.plot.Label5[10].Caption, c.Top);
-    EXPECT_EQ(bench.trace.PErrPlot[7], 90 * c.Gain);
+    EXPECT_EQ(bench.trace.Plots[Signal::PErr][7], 90 * c.Gain);
   }
 }
 

@@ -7,7 +7,7 @@
 namespace gainsmith::test {
 namespace {
 
-const TuningBench::Texts OneCycle{"W 20=200", "R 28", "upload 12"};
+const Texts OneCycle{"W 20=200", "R 28", "upload 12"};
 
 float Peak(const TraceArray& trace) {
   return *std::max_element(trace.begin(), trace.end(),
@@ -181,7 +181,7 @@ TEST_F(ScopeTest, ChannelsAreChosenWhileStoppedAndDropTheZoom) {
                                        {Form5::PositionError, Signal::PErr},
                                        {Form5::Current, Signal::IBak}}) {
     User.Click(Window.Check1[channel]);
-    EXPECT_FALSE(Trace.Show(shown));
+    EXPECT_FALSE(Trace.Show[shown]);
     EXPECT_EQ(Window.Plot.ZoomLevel, 0);
     EXPECT_EQ(Window.Plot.Picture1.Lines.size(), --left * 199);
   }

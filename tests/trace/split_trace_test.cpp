@@ -119,10 +119,10 @@ TEST(SplitTrace, ThreeChannelsInUnitsAndOnOneScale) {
   EXPECT_EQ(Axis(trace, Signal::PErr), std::tuple(4, 20, 20));         // 8.8 gives 10
   EXPECT_EQ(Axis(trace, Signal::VBak), std::tuple(80, 400, 1));        // 330 gives 350
   EXPECT_EQ(Axis(trace, Signal::IBak), std::tuple(500, 2500, 0.16F));  // 2200 gives 2250
-  EXPECT_EQ(trace.PErrPlot[7], 160);
-  EXPECT_EQ(trace.IBakPlot[7], 320);
+  EXPECT_EQ(trace.Plots[Signal::PErr][7], 160);
+  EXPECT_EQ(trace.Plots[Signal::IBak][7], 320);
   // No profile: the reference is 0 and the feedback its own opposite, on the error's scale.
-  EXPECT_EQ(trace.PBakPlot[7], -160);
+  EXPECT_EQ(trace.Plots[Signal::PBak][7], -160);
   EXPECT_EQ(trace.PBakTop[0], 100);
   EXPECT_EQ(trace.PRefTop[0], 10);
 }
@@ -142,18 +142,18 @@ TEST(SplitTrace, FromTheFirstSampleToTheLast) {
   EXPECT_EQ(ends(trace.PErrTrace), Ends(4, -2));
   EXPECT_EQ(ends(trace.VBakTrace), Ends(150, -75));
   EXPECT_EQ(ends(trace.IBakTrace), Ends(1000, -500));
-  EXPECT_EQ(ends(trace.PErrPlot), Ends(80, -40));
-  EXPECT_EQ(ends(trace.VBakPlot), Ends(150, -75));
-  EXPECT_EQ(ends(trace.IBakPlot), Ends(160, -80));
+  EXPECT_EQ(ends(trace.Plots[Signal::PErr]), Ends(80, -40));
+  EXPECT_EQ(ends(trace.Plots[Signal::VBak]), Ends(150, -75));
+  EXPECT_EQ(ends(trace.Plots[Signal::IBak]), Ends(160, -80));
   // The last of reference and feedback is never worked out at more than a tick per sample.
-  EXPECT_EQ(ends(trace.PBakPlot), Ends(-80, 0));
+  EXPECT_EQ(ends(trace.Plots[Signal::PBak]), Ends(-80, 0));
 }
 
 TEST(SplitTrace, TwoChannelsHaveNoPosition) {
   TraceState trace;
   trace.SetTraceTime(20);
   trace.PErrTrace.fill(5);
-  trace.PErrPlot.fill(6);
+  trace.Plots[Signal::PErr].fill(6);
   trace.ShowRecordedChannels(2);
   EXPECT_EQ(SplitTrace(trace, Recording({200, 1395}), 2), 1);
   EXPECT_EQ(trace.VBakTrace[7], 300);
@@ -162,7 +162,7 @@ TEST(SplitTrace, TwoChannelsHaveNoPosition) {
   EXPECT_EQ(trace.RangeTop, 1500);
   EXPECT_EQ(Axis(trace, Signal::IBak), std::tuple(400, 2000, 0.2F));
   EXPECT_EQ(trace.PErrTop[0], 0);
-  EXPECT_EQ(trace.PErrPlot[7], 0);
+  EXPECT_EQ(trace.Plots[Signal::PErr][7], 0);
   EXPECT_EQ(trace.PErrTrace[7], 5);
 }
 

@@ -1,4 +1,4 @@
-// Form1: frames, fields, the picture, and what a spoilt line leaves behind.
+// Form1: frames, fields, the picture, and what closing it in a test leaves behind.
 #include <gtest/gtest.h>
 
 #include "tuning/current_loop_window.h"
@@ -180,34 +180,6 @@ TEST_F(CurrentLoopTest, ZoomsByRectanglesAndBackByClicks) {
     EXPECT_EQ(Window.Plot.View(), full);
   });
   Click();
-}
-
-// --- Spoilt lines.
-
-// Each road ends in its message, and the window stays open for the next test.
-TEST_F(CurrentLoopTest, SurvivesALineThatDiesAtAnyExchange) {
-  constexpr int Load = 2;
-  constexpr int Writes = 4;
-  constexpr int Blocks = 4;
-  for (int good = 0; good < Load + Writes + Blocks; ++good) {
-    SCOPED_TRACE(good);
-    Device.Requests = 0;
-    Device.BeforeRequest = [&](int number) {
-      if (number == good) Device.Drive.Inject(sim::Fault::Silent);
-    };
-    Open(Window);
-    if (good >= Load) Click();
-    // A read of the load or a write that fails is the last; each block says so for itself.
-    const int told = good < Load + Writes ? 1 : Load + Writes + Blocks - good;
-    EXPECT_EQ(TakeMessages(), Texts(static_cast<std::size_t>(told), LostLink));
-    EXPECT_EQ(Window.Text1[Form1::Kp].Text, good == 0 ? "" : "400");
-    EXPECT_TRUE(Window.Visible && Window.cmdTest.Enabled);
-    EXPECT_TRUE(Link.LinkIdle);
-    EXPECT_EQ(Window.DataSource.Enabled(), good >= Load + Writes);
-    Device.BeforeRequest = {};
-    Device.Drive.ClearFaults();
-    User.Close(Window);
-  }
 }
 
 TEST_F(CurrentLoopTest, ClosingBreaksOffATestAndEndsTheTestMode) {

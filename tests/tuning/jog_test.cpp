@@ -153,34 +153,25 @@ TEST_F(JogTest, AReleaseStillStopsWhenTheLineIsLostUnderTheNextPress) {
   World.RunFor(20000);
   EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
   EXPECT_EQ(TakeFrames().back(), "W 9=0");
-  EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
+  EXPECT_EQ(TakeMessages(), (Texts{LostLinkText}));
 }
 
+// Also where the press waits below the message: its own stop word would come too late.
 TEST_F(JogTest, AReleaseBehindAMessageStopsTheMotor) {
-  User.Press(Window.Command2);
   World.OnMessage = [&](const Message&) {
-    User.Release(Window.Command2);
-    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
-  };
-  World.ShowMessage({"Any", "Any"});
-  EXPECT_EQ(TakeFrames().back(), "W 9=0");
-}
-
-// The press waits below the message: its own stop word would come too late.
-TEST_F(JogTest, AReleaseBehindAMessageOverThePressStopsTheMotor) {
-  World.OnMessage = [&](const Message&) {
-    User.Release(Window.Command2);
-    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
-  };
-  // In the closing wait of the jog word.
-  World.At(480, [&] {
     EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 1);
-    World.ShowMessage({"Any", "Any"});
-  });
-  User.Press(Window.Command2);
-  World.RunFor(1000);
-  EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
-  EXPECT_EQ(TakeFrames().back(), "W 9=0");
+    User.Release(Window.Command2);
+    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+  };
+  // Behind the press, and in the closing wait of its jog word.
+  for (const int delayMs : {1000, 480}) {
+    World.At(delayMs, [&] { World.ShowMessage({"Any", "Any"}); });
+    User.Press(Window.Command2);
+    World.RunFor(2000);
+    EXPECT_EQ(TakeMessages().size(), 1U);
+    EXPECT_EQ(Device.Drive.Registers()[sim::Reg::PositionCommand], 0);
+    EXPECT_EQ(TakeFrames().back(), "W 9=0");
+  }
 }
 
 // A key that is held down gives Enter again and again.
@@ -224,22 +215,6 @@ TEST_F(JogTest, ABadFieldIsCorrectedAndThePressGoesOn) {
       EXPECT_EQ(TakeMessages(), (Texts{"Please input a value of 0-65535"}));
     }
     c.Field.Text = good;
-  }
-}
-
-TEST_F(JogTest, ALostLinkIsSaidOnceAndClosesTheWindow) {
-  for (int good = 0; good < 4; ++good) {
-    SCOPED_TRACE(good);
-    Open(Window);
-    // Silent from the exchange after the good ones.
-    World.At(good * 163, [&] { Device.Drive.Inject(sim::Fault::Silent); });
-    // The button may still be held when its command is given up.
-    if (good != 2) ReleaseAfter(3000, Window.Command2);
-    User.Press(Window.Command2);
-    World.RunFor(20000);
-    EXPECT_EQ(TakeMessages(), (Texts{LostLink}));
-    EXPECT_FALSE(Window.Loaded);
-    Device.Drive.ClearFaults();
   }
 }
 

@@ -71,7 +71,7 @@ TEST_F(PositionTest, ATestFromTheOpeningToTheEndOfItsPlan) {
   ASSERT_TRUE(World.RunUntil([&] { return !Window.DataSource.Enabled(); }, 20000));
   EXPECT_EQ(Summary(TakeFrames()), (Texts{"W 20=200", "R 28", "upload 12"}));
   EXPECT_EQ(Window.Plot.Picture1.Revision, shown);
-  EXPECT_FALSE(Trace.ShowVBak) << "as its box says";
+  EXPECT_FALSE(Trace.Show[Signal::VBak]) << "as its box says";
   EXPECT_EQ(RunButton.Caption, "Stop");
   EXPECT_FALSE(Link.LinkIdle);
 
@@ -299,7 +299,7 @@ TEST_F(PositionTest, EachBoxShowsItsOwnSignal) {
     for (const bool ticked : {!channel.Ticked, channel.Ticked}) {
       User.Click(Window.Check1[channel.Box]);
       for (const ChannelControls& other : LiveChannels) {
-        EXPECT_EQ(Trace.Show(other.Of), (other.Box == channel.Box ? ticked : other.Ticked))
+        EXPECT_EQ(Trace.Show[other.Of], (other.Box == channel.Box ? ticked : other.Ticked))
             << channel.Box << " " << other.Box;
       }
     }

@@ -59,7 +59,7 @@ void ExpectStopped(WindowBench& on) {
   EXPECT_TRUE(on.Link.LinkIdle);
   EXPECT_FALSE(on.Window.DataSource.Enabled());
   EXPECT_EQ(on.Window.Pointer, MousePointer::Default);
-  EXPECT_EQ(on.TakeMessages(), TuningBench::Texts{});
+  EXPECT_EQ(on.TakeMessages(), Texts{});
 }
 
 }  // namespace gainsmith::test

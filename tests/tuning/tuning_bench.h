@@ -12,18 +12,15 @@
 #include "params/parameter_store.h"
 #include "shell/progress_window.h"
 #include "shell/shell_state.h"
+#include "support/messages.h"
 #include "support/virtual_user.h"
-#include "support/virtual_world.h"
 #include "trace/trace_state.h"
 
 namespace gainsmith::test {
 
-inline constexpr const char* LostLink =
-    "Unable to communicate with the connected drive. Check your connection";
-
 // Frames with runs of polls and of block reads put together: "R 28", "upload 12".
-inline std::vector<std::string> Summary(const std::vector<std::string>& frames) {
-  std::vector<std::string> summary;
+inline Texts Summary(const Texts& frames) {
+  Texts summary;
   int blocks = 0;
   for (const std::string& frame : frames) {
     if (frame.ends_with("x50")) {
@@ -39,8 +36,6 @@ inline std::vector<std::string> Summary(const std::vector<std::string>& frames) 
 
 struct TuningBench {
   TuningBench() { Plug(Device); }
-
-  using Texts = std::vector<std::string>;
 
   void Plug(SerialDevice& device) {
     World.Devices[1] = &device;

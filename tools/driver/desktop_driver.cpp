@@ -270,8 +270,9 @@ bool DesktopDriver::Grab(const std::string& name, const std::string& path, int s
   return Ask([&] {
     QWidget* window = Find(name);
     if (window == nullptr) return false;
-    QPixmap picture(window->size() * scale);
-    picture.setDevicePixelRatio(scale);
+    const qreal pixels = scale * window->devicePixelRatioF();
+    QPixmap picture((QSizeF(window->size()) * pixels).toSize());
+    picture.setDevicePixelRatio(pixels);
     picture.fill(Qt::transparent);
     window->render(&picture);
     return picture.save(QString::fromStdString(path));

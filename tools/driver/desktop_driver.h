@@ -63,7 +63,7 @@ class DesktopDriver : private QObject {
   // Use it on the windows' thread only.
   ScriptedDialogs Dialogs;
 
-  // Saves a picture of a window on the screen, at 1 or 2 pixels for each of its own; false when
+  // Saves a picture of a window on the screen, at 1 or 2 times the screen's resolution; false when
   // there is no such window or it can't be written.
   bool Grab(const std::string& name, const std::string& path, int scale = 1);
 

@@ -6,6 +6,8 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QScreen>
+#include <algorithm>
 #include <iostream>
 #include <string>
 
@@ -28,6 +30,33 @@ class Tour {
         drive_(drive),
         directory_(std::move(directory)),
         allVariants_(allVariants) {}
+
+  // The windows with which motors are moved, on a screen that they are too large for.
+  void RunOnSmallScreen() {
+    driver_.Play([this] {
+      Connect();
+      Open("MnuCurrentLoop", "Form1");
+      Picture("Form1", "current-loop");
+      Close("Form1");
+      Open("mnuPositionLoop", "Form3");
+      SingleMove();
+      Picture("Form3", "position-loop");
+      Pages("Form3", tool_.form3.SSTab1, 0, "position-loop");
+      Close("Form3");
+      Open("mnuScope", "Form5");
+      Picture("Form5", "scope");
+      Close("Form5");
+      Open("sysConfig", "sysConfigFrm");
+      Picture("sysConfigFrm", "properties");
+      Close("sysConfigFrm");
+      Open("ErrCheck", "Form4");
+      Picture("Form4", "error-log");
+      Close("Form4");
+      Open("mnuVelocityLoop", "velocityModeTune");
+      Picture("velocityModeTune", "velocity-loop");
+      Close("velocityModeTune");
+    });
+  }
 
   void Run() {
     driver_.Play([this] {
@@ -84,14 +113,32 @@ class Tour {
     WaitForNextTrace(tool_.form3.Plot);
     Picture("Form3", "position-loop");
     Stop("Form3.Command1(3)");
-    driver_.Drag("Form3.Picture1", 0.1, 0.2, 0.5, 0.7);
-    driver_.Settle();
-    driver_.Drag("Form3.Picture1", 0.2, 0.2, 0.7, 0.7);
-    driver_.Settle();
-    EXPECT_EQ(tool_.form3.Plot.ZoomLevel, 2);
-    Picture("Form3", "position-loop-zoomed");
+    ZoomIn();
     Pages("Form3", tool_.form3.SSTab1, 0, "position-loop");
     Close("Form3");
+  }
+
+  // On the dip of the position error behind the begin of the move, which is negative: there the
+  // labels are longest.
+  void ZoomIn() {
+    const Plot& plot = tool_.form3.Plot;
+    const auto& error = tool_.trace.Plots[Signal::PErr];
+    const auto dip = std::min_element(error.begin(), error.end());
+    for (int level = 1; level <= 7; ++level) {
+      const PictureScale view = plot.Picture1.Scale;
+      const double x = (static_cast<double>(dip - error.begin()) - view.Left) / view.Width;
+      const double y = (static_cast<double>(*dip) - view.Top) / view.Height;
+      driver_.Drag("Form3.Picture1", std::clamp(x - 0.35, 0.0, 0.5), std::clamp(y - 0.3, 0.0, 0.7),
+                   std::clamp(x + 0.35, 0.5, 1.0), std::clamp(y + 0.3, 0.3, 1.0));
+      driver_.Settle();
+      EXPECT_EQ(plot.ZoomLevel, level);
+      if (level == 3) Picture("Form3", "position-loop-zoomed");
+      if (level % 2 == 1) CheckLayout("Form3");
+    }
+    while (plot.ZoomLevel > 0) {
+      Click("Form3.Picture1");
+      driver_.Settle();
+    }
   }
 
   // The plan of one repeat leaves room for a single picture; the drive ends the move by itself.
@@ -299,8 +346,7 @@ class Tour {
     }
   }
 
-  // A picture at 100 % in the light scheme; with all variants also at 200 %, and in the dark one.
-  void Picture(const std::string& window, const std::string& file) {
+  void CheckLayout(const std::string& window) {
     driver_.Settle();
     driver_.OnGui([&] {
       const QWidget* shown = driver_.Find(window);
@@ -308,7 +354,15 @@ class Tour {
       for (const std::string& fault : LayoutFaults(*shown)) {
         ADD_FAILURE() << window << ": " << fault;
       }
+      EXPECT_TRUE(
+          QGuiApplication::primaryScreen()->availableGeometry().contains(shown->frameGeometry()))
+          << window << " is not on the screen as a whole";
     });
+  }
+
+  // A picture at 100 % in the light scheme; with all variants also at 200 %, and in the dark one.
+  void Picture(const std::string& window, const std::string& file) {
+    CheckLayout(window);
     Save(window, file, 1);
     if (!allVariants_) return;
     Save(window, file + "-200", 2);
@@ -339,7 +393,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   const QStringList arguments = QApplication::arguments();
   if (arguments.size() < 2) {
-    std::cerr << "usage: gainsmith-tour DIRECTORY [--all-variants]\n";
+    std::cerr << "usage: gainsmith-tour DIRECTORY [--all-variants | --small-screen]\n";
     return 2;
   }
   QDir().mkpath(arguments[1]);
@@ -354,7 +408,11 @@ int main(int argc, char** argv) {
   tool.Start();
   gainsmith::test::Tour tour(world, tool, drive, arguments[1].toStdString(),
                              arguments.contains("--all-variants"));
-  tour.Run();
+  if (arguments.contains("--small-screen")) {
+    tour.RunOnSmallScreen();
+  } else {
+    tour.Run();
+  }
   world.EndProgram();
   return testing::UnitTest::GetInstance()->Failed() ? 1 : 0;
 }

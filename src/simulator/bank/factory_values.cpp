@@ -48,7 +48,7 @@ constexpr auto Parameters = std::to_array<FactoryValue>({
     {Reg::DeadBandMv, 20},
     {Reg::ReverseAnalog, 0},
     {Reg::Trap1WidthHz, 5},
-    {Reg::Trap2WidthHz, 0},
+    {Reg::Trap2WidthHz, 5},
     {Reg::Trap1Hz, 1500},
     {Reg::Trap2Hz, 1500},
     {Reg::PeakCurrent, 840},     // 8.4 A

@@ -14,7 +14,8 @@ struct FactoryValue {
 };
 
 // Every parameter register once, in ascending order. data/default.ini holds the same values in
-// engineering units.
+// engineering units, but for the second trap's width, which no host writes: it is as wide as the
+// first one's, so that its frequency does something.
 std::span<const FactoryValue> FactoryParameters();
 
 // All registers as after a first power-up: the parameters above, the power-up state of the rest.

@@ -80,7 +80,7 @@ enum class Reg : std::uint16_t {
   Inertia = 251,         // kg cm2 x 100000
   RatedPowerW = 252,
   Identity = 253,
-  FilterSwitch = 254,  // read: version; write: 0 filter on, 1 filter off
+  FilterSwitch = 254,  // read: version; write: 0 trap filters on, 1 off
   Flags = 255,
 };
 

@@ -10,24 +10,24 @@ namespace {
 
 constexpr double ProportionalUnit = 0.05;  // V/A
 constexpr double IntegralUnit = 0.001;     // V/A in each period
+// The winding with which a unit is that.
+constexpr double UnitInductance = 800.0;  // mH x 100
+constexpr double UnitResistance = 260.0;  // ohms x 100
 
+// Zeros, which no winding has, read as one unit.
 double AtLeastOne(std::uint16_t value) { return std::max<double>(1.0, value); }
 
 }  // namespace
 
-WindingConstants ReadWinding(const RegisterBank& registers) {
-  return {.ResistanceOhm = AtLeastOne(registers[Reg::Resistance]) / 100.0,
-          .InductanceH = AtLeastOne(registers[Reg::Inductance]) / 100.0 / 1000.0};
-}
-
-void Winding::Configure(const WindingConstants& constants) {
-  decay_ = std::exp(-constants.ResistanceOhm * CurrentPeriodS / constants.InductanceH);
-  gainSiemens_ = (1.0 - decay_) / constants.ResistanceOhm;
-}
+Winding::Winding(const WindingConstants& constants)
+    : decay_(std::exp(-constants.ResistanceOhm * CurrentPeriodS / constants.InductanceH)),
+      gainSiemens_((1.0 - decay_) / constants.ResistanceOhm) {}
 
 void CurrentLoop::Configure(const RegisterBank& registers) {
-  proportional_ = registers[Reg::CurrentKp] * ProportionalUnit;
-  integral_ = registers[Reg::CurrentKi] * IntegralUnit;
+  proportional_ = registers[Reg::CurrentKp] * ProportionalUnit *
+                  (AtLeastOne(registers[Reg::Inductance]) / UnitInductance);
+  integral_ = registers[Reg::CurrentKi] * IntegralUnit *
+              (AtLeastOne(registers[Reg::Resistance]) / UnitResistance);
 }
 
 void CurrentLoop::Reset() {
@@ -35,19 +35,25 @@ void CurrentLoop::Reset() {
   nextVolts_ = 0.0;
 }
 
-CurrentStepResult RunCurrentStep(const RegisterBank& registers, double referenceA, Noise& noise) {
-  Winding winding;
-  winding.Configure(ReadWinding(registers));
-  CurrentLoop loop;
-  loop.Configure(registers);
+CurrentStepTest::CurrentStepTest(const MotorPreset& preset, const RegisterBank& registers,
+                                 double referenceA)
+    : winding_({.ResistanceOhm = preset.ResistanceOhm, .InductanceH = preset.InductanceH}),
+      referenceA_(referenceA) {
+  Configure(registers);
+}
 
-  CurrentStepResult result;
-  for (std::int16_t& sample : result.Samples) {
-    sample = ToSample(winding.CurrentA() * CountsPerAmpere + noise.Next());
-    result.PeakA = std::max(result.PeakA, std::abs(winding.CurrentA()));
-    winding.Step(loop.Step(referenceA, winding.CurrentA()));
+void CurrentStepTest::Step(double limitA) {
+  winding_.Step(loop_.Step(std::min(referenceA_, limitA), winding_.CurrentA(), 0.0));
+  peakA_ = std::max(peakA_, std::abs(winding_.CurrentA()));
+}
+
+CurrentStepTest::Samples CurrentStepTest::Record(double limitA, Noise& noise) {
+  Samples samples{};
+  for (std::int16_t& sample : samples) {
+    sample = ToSample(winding_.CurrentA() * CountsPerAmpere + noise.Next());
+    Step(limitA);
   }
-  return result;
+  return samples;
 }
 
 }  // namespace gainsmith::sim

@@ -5,51 +5,52 @@
 #include <cstdint>
 
 #include "simulator/bank/registers.h"
+#include "simulator/servo/motor_preset.h"
 #include "simulator/servo/noise.h"
 
 namespace gainsmith::sim {
 
-constexpr double CurrentPeriodS = 62.5e-6;  // 16 Hz
+constexpr double CurrentPeriodS = 62.5e-6;  // 16 kHz
 constexpr double CountsPerAmpere = 1024.0;
 
-// The winding as the drive knows it from its registers.
 struct WindingConstants {
   double ResistanceOhm = 1.0;
   double InductanceH = 1e-3;
 };
 
-// Registers 247 and 248; zeros, which no winding has, read as one unit.
-WindingConstants ReadWinding(const RegisterBank& registers);
-
 // A winding stepped by CurrentPeriodS; exact for a voltage that is constant over the step.
 class Winding {
  public:
-  void Configure(const WindingConstants& constants);
+  explicit Winding(const WindingConstants& constants);
   // Applies `volts` (terminal voltage less back EMF) for one period.
   void Step(double volts) { currentA_ = decay_ * currentA_ + gainSiemens_ * volts; }
   double CurrentA() const { return currentA_; }
   void Interrupt() { currentA_ = 0.0; }
 
  private:
-  double decay_ = 0.0;
-  double gainSiemens_ = 1.0;
+  double decay_;
+  double gainSiemens_;
   double currentA_ = 0.0;
 };
 
 // PI controller with a limited voltage. The voltage takes effect one period after the measurement
-// that it answers, as the drive's processor needs that long.
-// Register 0: 0.05 V/A a unit. Register 1: 16 V/(A s) a unit, which is 0.001 V/A in each period.
+// that it answers, as the drive's processor needs that long. The drive scales its gains to the
+// winding that it believes to have:
+// Register 0: 6.25 V/A a unit and henry of register 248, which is 0.05 V/A with the factory's 8 mH.
+// Register 1: 6.15 V/(A s) a unit and ohm of register 247, which is 16 V/(A s), or 0.001 V/A in
+// each period, with the factory's 2.6 ohms.
 class CurrentLoop {
  public:
   static constexpr double BusVolts = 310.0;
 
   void Configure(const RegisterBank& registers);
   void Reset();
-  // Takes the measurement, returns the voltage to apply in the coming period.
-  double Step(double referenceA, double measuredA) {
+  // Takes the measurement, returns the voltage to apply in the coming period. `forwardVolts` is
+  // added to what the controller finds.
+  double Step(double referenceA, double measuredA, double forwardVolts) {
     const double errorA = referenceA - measuredA;
     const double applied = nextVolts_;
-    double volts = proportional_ * errorA + integralVolts_;
+    double volts = proportional_ * errorA + integralVolts_ + forwardVolts;
     const bool limited = volts > BusVolts || volts < -BusVolts;
     // Integrating on into the limit would only have to be unwound again.
     if (!limited || (volts > 0.0) != (errorA > 0.0)) integralVolts_ += integral_ * errorA;
@@ -65,15 +66,31 @@ class CurrentLoop {
   double nextVolts_ = 0.0;
 };
 
-// What a current step leaves behind: the current in counts (1024 an ampere), one sample each
-// CurrentPeriodS from the moment of the step.
-struct CurrentStepResult {
+// The current step test: a step of the reference with the rotor held on its pole, so that nothing
+// turns. The current flows on until the test is ended.
+class CurrentStepTest {
+ public:
+  // One sample each CurrentPeriodS from the moment of the step, in counts (1024 an ampere).
   static constexpr int SampleCount = 200;
-  std::array<std::int16_t, SampleCount> Samples{};
-  double PeakA = 0.0;
-};
+  using Samples = std::array<std::int16_t, SampleCount>;
 
-// Steps the current reference from 0 to `referenceA` with the rotor held on its pole.
-CurrentStepResult RunCurrentStep(const RegisterBank& registers, double referenceA, Noise& noise);
+  // Of a motor with a current of 0.
+  CurrentStepTest(const MotorPreset& preset, const RegisterBank& registers, double referenceA);
+
+  void Configure(const RegisterBank& registers) { loop_.Configure(registers); }
+  // The next period; a reference above the limit is held there.
+  void Step(double limitA);
+  // As many of them as the recording takes.
+  Samples Record(double limitA, Noise& noise);
+
+  double CurrentA() const { return winding_.CurrentA(); }
+  double PeakA() const { return peakA_; }
+
+ private:
+  Winding winding_;
+  CurrentLoop loop_;
+  double referenceA_;
+  double peakA_ = 0.0;
+};
 
 }  // namespace gainsmith::sim

@@ -2,10 +2,10 @@
 // sets.
 #include "simulator/servo/motion_gains.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "simulator/servo/current_loop.h"
-#include "simulator/servo/motor_model.h"
 
 namespace gainsmith::sim {
 
@@ -22,16 +22,21 @@ constexpr GainRegisters LowSpeedRegisters{
     Reg::LowPositionKp, Reg::LowPositionKi, Reg::LowPositionKd, Reg::LowKvff,
     Reg::LowVelocityKp, Reg::LowVelocityKi, Reg::LowKaff};
 
+// What the drive believes of rotor and motor. Values below what any motor has are raised to it.
+double CurrentPerAcceleration(const RegisterBank& registers) {
+  constexpr double LeastInertiaKgM2 = 1e-6;
+  const double inertia = std::max(LeastInertiaKgM2, registers[Reg::Inertia] / 100000.0 / 10000.0);
+  return inertia / (std::max<double>(1.0, registers[Reg::TorqueConstant]) / 1000.0);
+}
+
 MotionGains ReadGains(const RegisterBank& registers, const GainRegisters& set) {
-  const double currentPerAcceleration =
-      RotorInertiaKgM2(registers) / TorqueConstantNmPerA(registers);
   return {.PositionKp = registers[set.PositionKp] * 0.1,
           .PositionKi = registers[set.PositionKi] * 1.0,
           .PositionKd = registers[set.PositionKd] * 0.001,
           .Kvff = registers[set.Kvff] * 0.001,
-          .VelocityKp = registers[set.VelocityKp] / 128.0 / CountsPerAmpere,
-          .VelocityKi = registers[set.VelocityKi] / CountsPerAmpere,
-          .Kaff = registers[set.Kaff] * 0.001 * currentPerAcceleration};
+          .VelocityKp = registers[set.VelocityKp] / 32.0 / CountsPerAmpere,
+          .VelocityKi = registers[set.VelocityKi] * 2.0 / CountsPerAmpere,
+          .Kaff = registers[set.Kaff] * 0.001 * CurrentPerAcceleration(registers)};
 }
 
 }  // namespace

@@ -12,8 +12,8 @@ struct MotionGains {
   double PositionKi = 0.0;  // 7, 43: 1 1/s2
   double PositionKd = 0.0;  // 8, 44: 0.001
   double Kvff = 0.0;        // 33, 45: 0.001, so that 1000 feeds the whole speed forward
-  double VelocityKp = 0.0;  // 31, 46, in A/rpm: 1/128 count a rpm, with 1024 counts an ampere
-  double VelocityKi = 0.0;  // 32, 47, in A/(rpm s): 1 count
+  double VelocityKp = 0.0;  // 31, 46, in A/rpm: 1/16 count a rpm, with 1024 counts an ampere
+  double VelocityKi = 0.0;  // 32, 47, in A/(rpm s): 8 counts
   // 13, 48, in A s2/rad: 1000 feeds forward the current that accelerates the rotor alone, as
   // registers 250 and 251 describe it. A load needs more in proportion.
   double Kaff = 0.0;

@@ -29,8 +29,10 @@ double VelocityLoop::Step(double referenceRpm, double measuredRpm, double feedFo
   if (!limited || (wantedA > 0.0) != (errorRpm > 0.0)) {
     integralA_ += gains.VelocityKi * VelocityPeriodS * errorRpm;
   }
-  const double filteredA =
-      outputFilter_.Step(trap2_.Step(trap1_.Step(std::clamp(wantedA, -limitA, limitA))));
+  const double withinLimitA = std::clamp(wantedA, -limitA, limitA);
+  // The traps run on while they are not used, so that switching them on is no jolt.
+  const double trappedA = trap2_.Step(trap1_.Step(withinLimitA));
+  const double filteredA = outputFilter_.Step(useTraps_ ? trappedA : withinLimitA);
   return std::clamp(filteredA, -limitA, limitA);
 }
 

@@ -16,6 +16,9 @@ constexpr double MaxSpeedRpm = 6000.0;      // no loop commands more
 class VelocityLoop {
  public:
   void Configure(const RegisterBank& registers);
+  // Whether the current reference passes the trap filters at all. That shows what they are good for
+  // without losing their settings.
+  void UseTraps(bool use) { useTraps_ = use; }
   void Reset();
   // Speeds in rpm, currents in amperes; the reference that comes back is within ±limitA.
   double Step(double referenceRpm, double measuredRpm, double feedForwardA, double limitA,
@@ -26,6 +29,7 @@ class VelocityLoop {
   LowPass outputFilter_;
   TrapFilter trap1_;
   TrapFilter trap2_;
+  bool useTraps_ = true;
   double integralA_ = 0.0;
 };
 

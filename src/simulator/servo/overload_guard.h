@@ -8,8 +8,8 @@
 namespace gainsmith::sim {
 
 // The peak current may flow until the heat it brings above that of the rated current has used up
-// three seconds at three times the rated current; from then on the limit is the rated current,
-// until half of that heat is gone.
+// three seconds at three times the rated current, (i2 - 1) t = 24 s with i in rated currents; from
+// then on the limit is the rated current, until half of that heat is gone.
 class OverloadGuard {
  public:
   void Configure(const RegisterBank& registers) {
@@ -24,8 +24,8 @@ class OverloadGuard {
 
   double LimitA() const { return limited_ ? ratedA_ : peakA_; }
   double OverCurrentA() const { return 1.5 * peakA_; }
-  // The motor has been held at its rated current for so long that it must be jammed.
-  bool Jammed() const { return limitedS_ > JammedS; }
+  // The motor has been held at its rated current for so long that it can't do what it shall.
+  bool Overloaded() const { return limitedS_ > OverloadedS; }
 
   void Pass(double currentA, double durationS) {
     const double load = currentA / ratedA_;
@@ -36,7 +36,7 @@ class OverloadGuard {
 
  private:
   static constexpr double HeatS = 3.0 * (3.0 * 3.0 - 1.0);
-  static constexpr double JammedS = 5.0;
+  static constexpr double OverloadedS = 5.0;
   double peakA_ = 1.0;
   double ratedA_ = 1.0;
   double heatS_ = 0.0;

@@ -19,7 +19,9 @@ void Recorder::Arm(const RegisterBank& registers, bool moveToCome) {
   goodForNextTest_ = !moveToCome;
   if (state_ != State::Idle && settings == settings_) return;
   settings_ = settings;
-  if (moveToCome) {
+  if (MoveJustBegan()) {
+    BeginWithLastMove();
+  } else if (moveToCome) {
     Wait();
   } else {
     Begin();
@@ -33,9 +35,14 @@ void Recorder::TestBegins() {
 
 void Recorder::MoveBegins() {
   if (state_ == State::Waiting) Begin();
+  const bool isRecorded = state_ == State::Recording && sample_ <= LeadSamples &&
+                          (sample_ < LeadSamples || tickInSample_ == 0);
+  stillTicks_ = ticks_ - stillFrom_;
+  moveAt_ = isRecorded ? std::nullopt : std::optional(ticks_);
 }
 
 void Recorder::MotionEnded() {
+  moveAt_.reset();
   if (state_ == State::Waiting) Begin();
 }
 
@@ -54,14 +61,48 @@ void Recorder::Begin() {
   lastPulses_ = pulsesNow_;
 }
 
+bool Recorder::MoveJustBegan() const {
+  const std::int64_t lead = std::int64_t{LeadSamples} * settings_.TicksPerSample;
+  return moveAt_ && ticks_ - *moveAt_ <= LongestLateTicks && lead <= LongestLeadTicks &&
+         lead <= stillTicks_;
+}
+
+void Recorder::BeginWithLastMove() {
+  const std::int64_t from = *moveAt_ - std::int64_t{LeadSamples} * settings_.TicksPerSample;
+  moveAt_.reset();
+  Begin();
+  lastPulses_ = At(from - 1).PositionPulses;
+  for (std::int64_t tick = from; tick < ticks_ && state_ == State::Recording; ++tick) {
+    Record(At(tick));
+  }
+}
+
+const RecorderInput& Recorder::At(std::int64_t tick) const {
+  return history_[static_cast<std::size_t>(std::max(tick, historyFrom_) % HistoryTicks)];
+}
+
+void Recorder::Rested() {
+  historyFrom_ = std::max<std::int64_t>(0, ticks_ - 1);
+  stillFrom_ = ticks_ - HistoryTicks;
+  moveAt_.reset();
+}
+
 void Recorder::Tick(const RecorderInput& input) {
   pulsesNow_ = input.PositionPulses;
+  history_[static_cast<std::size_t>(ticks_ % HistoryTicks)] = input;
+  ++ticks_;
+  if (input.ReferenceMoves) stillFrom_ = ticks_;
   if (state_ == State::Waiting && --ticksToWait_ <= 0) {
     Begin();
-  } else if (state_ == State::Recording && ++tickInSample_ == settings_.TicksPerSample) {
-    tickInSample_ = 0;
-    TakeSample(input);
+  } else {
+    Record(input);
   }
+}
+
+void Recorder::Record(const RecorderInput& input) {
+  if (state_ != State::Recording || ++tickInSample_ < settings_.TicksPerSample) return;
+  tickInSample_ = 0;
+  TakeSample(input);
 }
 
 void Recorder::TakeSample(const RecorderInput& input) {

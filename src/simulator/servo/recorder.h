@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 
 #include "simulator/bank/registers.h"
@@ -15,6 +16,7 @@ struct RecorderInput {
   std::int64_t PositionPulses = 0;
   double ErrorPulses = 0.0;
   double CurrentCounts = 0.0;
+  bool ReferenceMoves = false;
 };
 
 // Records 200 samples of two channels (trace kind 144: velocity, current) or three (any other:
@@ -22,12 +24,15 @@ struct RecorderInput {
 // motor moved since the sample before.
 //
 // A recording fits the move that it shows: armed while a move out and back is still to come, it
-// waits for that move; armed otherwise, it begins at once. It also begins when it has waited for
-// fourteen times its own length and 1.2 s more, before a host that asks once in each recording's
-// length loses patience. An arming that no test has followed yet is good for the next test, too,
-// which then begins it anew. The generator holds a move back until six samples of it are recorded.
-// Sample memory changes only when a recording is complete, and an arming during a recording of the
-// same settings leaves it alone.
+// waits for that move; armed otherwise, it begins at once. A host that uploads one recording while
+// the next move begins is late with its arming: the signals of the last half second are kept, so
+// that the recording can begin with a move that has just begun and is in no recording yet, provided
+// that the reference stood still for six samples before it. A recording also begins when it has
+// waited for fourteen times its own length and 1.2 s more, before a host that asks once in each
+// recording's length loses patience. An arming that no test has followed yet is good for the next
+// test, too, which then begins it anew. The generator holds a move back until six samples of it are
+// recorded. Sample memory changes only when a recording is complete, and an arming during a
+// recording of the same settings leaves it alone.
 class Recorder {
  public:
   static constexpr int SamplesPerChannel = 200;
@@ -46,6 +51,8 @@ class Recorder {
   void MotionEnded();
   // The signals at the end of each tick.
   void Tick(const RecorderInput& input);
+  // Ticks that were left out, as the motor was resting and nothing was recorded.
+  void Rested();
 
   // The current step test brings its own samples. It ends any recording.
   void Store(std::span<const std::int16_t> samples);
@@ -65,11 +72,19 @@ class Recorder {
     bool operator==(const Settings&) const = default;
   };
   static constexpr int LeadSamples = 6;
+  static constexpr std::int64_t LongestLateTicks = 1000;
+  static constexpr std::int64_t LongestLeadTicks = 30 * LeadSamples;
+  static constexpr std::int64_t HistoryTicks = LongestLateTicks + LongestLeadTicks + 1;
   static constexpr int LongestWaitInRecordings = 14;
   static constexpr int LongestExtraWaitTicks = 2400;
 
   void Wait();
   void Begin();
+  bool MoveJustBegan() const;
+  void BeginWithLastMove();
+  void Record(const RecorderInput& input);
+  // Of a tick at most HistoryTicks ago; of a time before the history, its oldest tick.
+  const RecorderInput& At(std::int64_t tick) const;
   void TakeSample(const RecorderInput& input);
 
   Noise noise_;
@@ -81,6 +96,12 @@ class Recorder {
   int sample_ = 0;
   std::int64_t lastPulses_ = 0;  // at the last sample
   std::int64_t pulsesNow_ = 0;   // at the last tick
+  std::array<RecorderInput, HistoryTicks> history_{};
+  std::int64_t ticks_ = 0;              // that were remembered
+  std::int64_t historyFrom_ = 0;        // the first of them that joins on to the last
+  std::int64_t stillFrom_ = 0;          // since then the reference has stood still
+  std::int64_t stillTicks_ = 0;         // how long it had when the last move began
+  std::optional<std::int64_t> moveAt_;  // the first tick of a move that is in no recording
   std::array<std::int16_t, SampleCount> recording_{};
   std::array<std::int16_t, SampleCount> memory_{};
 };

@@ -13,6 +13,7 @@ namespace gainsmith::sim {
 namespace {
 
 constexpr TimeUs TickUs = 500;
+constexpr int CurrentPeriodsPerTick = 8;
 constexpr std::uint16_t CommandStop = 0;
 constexpr std::uint16_t CommandJog = 1;
 constexpr std::uint16_t CommandRunTest = 2;
@@ -22,8 +23,9 @@ constexpr std::uint16_t CommandJogOtherWay = 5;
 constexpr double LongestStopS = 0.1;
 
 // The encoder has to stand still, and on its reference, for so long that the motor counts as
-// resting.
+// resting: an integral gain that works against a motor that sticks needs its time to move it.
 constexpr int TicksToRest = 100;
+constexpr int TicksToRestWithSlope = 4000;
 constexpr std::int32_t RestErrorPulses = 1;
 constexpr double RestRpm = 1.0;
 
@@ -31,11 +33,12 @@ constexpr double LeastBackgroundHz = 0.001;
 
 }  // namespace
 
-Servo::Servo(const RegisterBank& registers, RaiseError raiseError, const MotorPreset& preset,
+Servo::Servo(const RegisterBank& registers, OnTrip onTrip, const MotorPreset& preset,
              std::uint64_t seed)
     : registers_(registers),
-      raiseError_(std::move(raiseError)),
-      axis_(preset),
+      onTrip_(std::move(onTrip)),
+      preset_(preset),
+      axis_(preset, seed + 2),
       stepNoise_(seed),
       recorder_(seed + 1) {
   axis_.Configure(registers_);
@@ -43,9 +46,10 @@ Servo::Servo(const RegisterBank& registers, RaiseError raiseError, const MotorPr
 
 void Servo::Advance(TimeUs now) {
   for (; nextTickUs_ <= now; nextTickUs_ += TickUs) {
-    const bool nothingHappens = resting_ && !motion_ && recorder_.Idle();
+    const bool nothingHappens = !Busy() && recorder_.Idle();
     if (nothingHappens) {
       nextTickUs_ += (now - nextTickUs_) / TickUs * TickUs;
+      recorder_.Rested();
       continue;
     }
     Tick();
@@ -54,9 +58,11 @@ void Servo::Advance(TimeUs now) {
 
 void Servo::Tick() {
   if (motion_ && motion_->AtStartOfMove()) recorder_.MoveBegins();
-  const bool frozen = resting_ && !motion_;
+  const bool frozen = !Busy();
   if (!frozen) {
-    if (powered_) {
+    if (step_) {
+      TickStepTest();
+    } else if (powered_) {
       TickPowered();
     } else {
       axis_.TickUnpowered();
@@ -65,7 +71,8 @@ void Servo::Tick() {
   }
   recorder_.Tick({.PositionPulses = axis_.PositionPulses(),
                   .ErrorPulses = static_cast<double>(axis_.ErrorPulses()),
-                  .CurrentCounts = CurrentA() * CountsPerAmpere});
+                  .CurrentCounts = CurrentA() * CountsPerAmpere,
+                  .ReferenceMoves = commandedPps_ != 0.0});
   if (motion_ && motion_->Finished()) EndMotion();
 }
 
@@ -76,13 +83,30 @@ void Servo::TickPowered() {
                                              : static_cast<double>(axis_.PositionPulses());
   const double accelerationPps2 = (setpoint.VelocityPps - commandedPps_) / TickS;
   commandedPps_ = setpoint.VelocityPps;
-  const std::optional<DriveError> error = axis_.Tick({.PositionPulses = commandedPulses_,
-                                                      .VelocityPps = commandedPps_,
-                                                      .AccelerationPps2 = accelerationPps2,
-                                                      .ClosesPosition = setpoint.ClosesPosition});
-  if (!error) return;
+  const std::optional<Trip> trip = axis_.Tick({.PositionPulses = commandedPulses_,
+                                               .VelocityPps = commandedPps_,
+                                               .AccelerationPps2 = accelerationPps2,
+                                               .ClosesPosition = setpoint.ClosesPosition});
+  if (trip) TripOut(*trip);
+}
+
+void Servo::TickStepTest() {
+  for (int i = 0; i < CurrentPeriodsPerTick; ++i) step_->Step(stepGuard_.LimitA());
+  stepGuard_.Pass(step_->CurrentA(), TickS);
+  if (stepGuard_.Overloaded()) TripOut(Trip::Overload);
+}
+
+void Servo::TripOut(Trip trip) {
   Stop();
-  raiseError_(*error);
+  trip_ = trip;
+  onTrip_(trip);
+}
+
+void Servo::PlugEncoder(bool on, TimeUs now) {
+  Advance(now);
+  axis_.PlugEncoder(on);
+  resting_ = false;
+  stillTicks_ = 0;
 }
 
 void Servo::WatchForRest() {
@@ -91,11 +115,11 @@ void Servo::WatchForRest() {
       !motion_ && position == lastPosition_ && std::abs(axis_.ErrorPulses()) <= RestErrorPulses;
   lastPosition_ = position;
   stillTicks_ = still ? stillTicks_ + 1 : 0;
-  resting_ = stillTicks_ >= TicksToRest;
+  resting_ = stillTicks_ >= (axis_.Still() ? TicksToRest : TicksToRestWithSlope);
 }
 
 void Servo::Begin(std::unique_ptr<Motion> motion, MotionKind kind) {
-  testCurrentA_ = 0.0;
+  step_.reset();
   if (!powered_) {
     axis_.ResetControllers();
     commandedPulses_ = static_cast<double>(axis_.PositionPulses());
@@ -148,7 +172,7 @@ void Servo::Write(Reg reg, std::uint16_t value, TimeUs now) {
       if (value == 1) {
         RunCurrentTest();
       } else {
-        testCurrentA_ = 0.0;
+        step_.reset();
       }
       break;
     case Reg::PositionCommand:
@@ -168,6 +192,7 @@ void Servo::Write(Reg reg, std::uint16_t value, TimeUs now) {
 
 void Servo::CommandPosition(std::uint16_t command) {
   if (command == CommandStop && motionKind_ != MotionKind::Background) BeginStop();
+  if (trip_) return;
   if (command == CommandJog) Jog(1.0);
   if (command == CommandJogOtherWay) Jog(-1.0);
   // A host that missed the reply sends its command again; the test must not begin anew for that.
@@ -178,6 +203,7 @@ void Servo::CommandPosition(std::uint16_t command) {
 
 void Servo::CommandVelocity(std::uint16_t command) {
   if (command == CommandStop && motionKind_ != MotionKind::Background) BeginStop();
+  if (trip_) return;
   if (command == CommandRunTest && motionKind_ != MotionKind::VelocityTest) {
     BeginTest(std::make_unique<VelocityProfile>(ReadProfile(registers_)), MotionKind::VelocityTest);
   }
@@ -186,10 +212,12 @@ void Servo::CommandVelocity(std::uint16_t command) {
 void Servo::TakeParameters() {
   const double countsBefore = axis_.CountsPerTurn();
   axis_.Configure(registers_);
+  if (step_) step_->Configure(registers_);
   resting_ = false;
   stillTicks_ = 0;
   if (axis_.CountsPerTurn() == countsBefore) return;
   // The same shaft angle is another position now.
+  recorder_.Rested();
   if (motion_) EndMotion();
   commandedPulses_ = originPulses_ = static_cast<double>(axis_.PositionPulses());
   commandedPps_ = 0.0;
@@ -197,16 +225,12 @@ void Servo::TakeParameters() {
 
 void Servo::RunCurrentTest() {
   Stop();
-  const double referenceA = registers_[Reg::TestCurrent] / CountsPerAmpere;
-  const CurrentStepResult step = RunCurrentStep(registers_, referenceA, stepNoise_);
-  recorder_.Store(step.Samples);
-  testCurrentA_ = referenceA;
-  OverloadGuard guard;
-  guard.Configure(registers_);
-  if (step.PeakA > guard.OverCurrentA()) {
-    testCurrentA_ = 0.0;
-    raiseError_(DriveError::OverCurrent);
-  }
+  if (trip_) return;
+  step_.emplace(preset_, registers_, registers_[Reg::TestCurrent] / CountsPerAmpere);
+  stepGuard_.Configure(registers_);
+  stepGuard_.Reset();
+  recorder_.Store(step_->Record(stepGuard_.LimitA(), stepNoise_));
+  if (step_->PeakA() > stepGuard_.OverCurrentA()) TripOut(Trip::OverCurrent);
 }
 
 std::uint16_t Servo::RecorderStatus() const { return recorder_.Idle() ? 1 : 0; }
@@ -216,7 +240,7 @@ std::int16_t Servo::Sample(int index) const { return recorder_.Sample(index); }
 void Servo::Stop() {
   EndMotion();
   powered_ = false;
-  testCurrentA_ = 0.0;
+  step_.reset();
   commandedPps_ = 0.0;
   resting_ = false;
   stillTicks_ = 0;
@@ -225,6 +249,8 @@ void Servo::Stop() {
 void Servo::Reset() {
   Stop();
   TakeParameters();
+  ClearTrip();
+  UseTraps(true);
   recorder_.Reset();
 }
 
@@ -235,7 +261,7 @@ bool Servo::Moving() const {
 
 void Servo::StartBackgroundMotion(const BackgroundMotion& motion, TimeUs now) {
   Advance(now);
-  if (motion_ && motionKind_ != MotionKind::Background) return;
+  if (trip_ || (motion_ && motionKind_ != MotionKind::Background)) return;
   const double amplitudePps = motion.AmplitudeRpm / 60.0 * axis_.CountsPerTurn();
   Begin(std::make_unique<SineMotion>(std::max(motion.FrequencyHz, LeastBackgroundHz), amplitudePps),
         MotionKind::Background);
@@ -250,7 +276,10 @@ std::int64_t Servo::ShaftPositionPulses() const { return axis_.PositionPulses();
 
 double Servo::ShaftSpeedRpm() const { return axis_.SpeedRpm(); }
 
-double Servo::CurrentA() const { return testCurrentA_ + axis_.CurrentA(); }
+double Servo::CurrentA() const {
+  if (step_) return step_->CurrentA();
+  return powered_ ? axis_.CurrentA() : 0.0;
+}
 
 std::int32_t Servo::PositionErrorPulses() const { return axis_.ErrorPulses(); }
 

@@ -5,15 +5,18 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
-#include "simulator/bank/error_log.h"
 #include "simulator/bank/registers.h"
 #include "simulator/bank/sim_time.h"
 #include "simulator/servo/axis.h"
+#include "simulator/servo/current_loop.h"
 #include "simulator/servo/motion.h"
 #include "simulator/servo/motor_preset.h"
 #include "simulator/servo/noise.h"
+#include "simulator/servo/overload_guard.h"
 #include "simulator/servo/recorder.h"
+#include "simulator/servo/trip.h"
 
 namespace gainsmith::sim {
 
@@ -28,13 +31,14 @@ struct BackgroundMotion {
 // backwards; nothing happens between calls. The same seed and calls give the same samples.
 class Servo {
  public:
-  // Called when a fault stops the motor, from inside Advance or Write; must not call back.
-  using RaiseError = std::function<void(DriveError)>;
+  // Called when a trip takes the power off the motor, from inside Advance or Write; must not call
+  // back. From then on commands to move are heard and not obeyed, until ClearTrip or Reset.
+  using OnTrip = std::function<void(Trip)>;
 
   static constexpr int SampleCount =
       Recorder::SampleCount;  // words of sample memory, registers 256 to 855
 
-  Servo(const RegisterBank& registers, RaiseError raiseError, const MotorPreset& preset,
+  Servo(const RegisterBank& registers, OnTrip onTrip, const MotorPreset& preset,
         std::uint64_t seed);
 
   // Lets the world run up to `now`. Costs nothing while the motor rests and nothing is recorded.
@@ -58,20 +62,33 @@ class Servo {
   // Takes the power off the motor at once and ends whatever moves it.
   void Stop();
 
-  // Power off and on, with the bank filled anew: Stop, TakeParameters, and an empty sample memory.
+  // The trip that keeps the motor from moving, if any.
+  std::optional<Trip> Tripped() const { return trip_; }
+  void ClearTrip() { trip_.reset(); }
+
+  // The switch of register 254. On, the current reference passes the trap filters.
+  void UseTraps(bool use) { axis_.UseTraps(use); }
+  // See Axis::PlugEncoder.
+  void PlugEncoder(bool on, TimeUs now);
+
+  // Power off and on, with the bank filled anew: Stop, TakeParameters, no trip, trap filters in
+  // use, and an empty sample memory.
   void Reset();
 
   // A command or the background motion moves the motor, or it still turns by itself.
   bool Moving() const;
+  // Anything but rest: as time passes, something may happen by itself.
+  bool Busy() const { return motion_ || !resting_ || step_; }
 
   // Moves the motor until stopped, or until a command takes over. Ignored while a command is
-  // running.
+  // running, and after a trip.
   void StartBackgroundMotion(const BackgroundMotion& motion, TimeUs now);
   void StopBackgroundMotion(TimeUs now);
 
   // The world as it really is, for tests and watch addresses.
   std::int64_t ShaftPositionPulses() const;
   double ShaftSpeedRpm() const;
+  // What flows in the winding.
   double CurrentA() const;
   std::int32_t PositionErrorPulses() const;
 
@@ -80,6 +97,8 @@ class Servo {
 
   void Tick();
   void TickPowered();
+  void TickStepTest();
+  void TripOut(Trip trip);
   void WatchForRest();
   void CommandPosition(std::uint16_t command);
   void CommandVelocity(std::uint16_t command);
@@ -91,7 +110,8 @@ class Servo {
   void RunCurrentTest();
 
   const RegisterBank& registers_;
-  RaiseError raiseError_;
+  OnTrip onTrip_;
+  MotorPreset preset_;
   Axis axis_;
   Noise stepNoise_;
   Recorder recorder_;
@@ -99,13 +119,15 @@ class Servo {
   MotionKind motionKind_ = MotionKind::None;
   TimeUs nextTickUs_ = 0;
   bool powered_ = true;
-  bool resting_ = true;  // with no motion: nothing changes any more
+  bool resting_ = false;  // with no motion: nothing changes any more
   int stillTicks_ = 0;
   std::int64_t lastPosition_ = 0;
   double originPulses_ = 0.0;     // where the motion's positions count from
   double commandedPulses_ = 0.0;  // reference of the last tick
   double commandedPps_ = 0.0;
-  double testCurrentA_ = 0.0;  // held by the current step test, on a rotor that stands on its pole
+  std::optional<CurrentStepTest> step_;  // in the place of the axis while it lasts
+  OverloadGuard stepGuard_;
+  std::optional<Trip> trip_;
 };
 
 }  // namespace gainsmith::sim

@@ -11,17 +11,54 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr std::array<std::string_view, FaultCount> Names{
-    "silent",      "drop-nth",   "late-reply", "split-reply", "bad-crc", "wrong-address",
-    "wrong-count", "wrong-echo", "extra-byte", "garbage",     "hang-up", "reset-in-test"};
+struct Traits {
+  std::string_view Name;
+  std::string_view Effect;
+  std::string_view Value = {};
+  int Usual = 0;
+  int Most = 0;
+};
+
+constexpr std::array<Traits, FaultCount> AllTraits{{
+    {"silent", "the drive neither hears nor answers"},
+    {"drop-nth", "the drive obeys, its reply is lost"},
+    {"late-reply", "the reply misses the host's first look, and makes its second"},
+    {"split-reply", "the second half comes as late as a late reply"},
+    {"bad-crc", "the last byte of the checksum is wrong"},
+    {"wrong-address", "another device answers, checksum right"},
+    {"wrong-count", "reads: another byte count, length and checksum right"},
+    {"wrong-echo", "writes: another value in the echo, checksum right"},
+    {"extra-byte", "one byte more behind a good reply"},
+    {"garbage", "noise in the reply's length"},
+    {"hang-up", "the device goes away"},
+    {"reset-in-test", "the drive restarts while it moves or records"},
+    {"lost-byte", "the byte at this place of the reply is lost", " ", 4, 255},
+    {"doubled-byte", "the byte at this place of the reply comes twice", " ", 4, 255},
+    {"late-by", "the reply is so late, and may fall into the next exchange", " ms", 700, 60'000},
+    {"unsolicited", "so many bytes that nobody asked for, ahead of the reply", " bytes", 3, 1000},
+    {"echo", "the request comes back first, as on two wires; also with silent"},
+    {"stuck-line", "the line is held low: zeros for so long, nothing heard", " ms", 200, 60'000},
+    {"wrong-baud", "the reply is sent at this speed, whatever the host's", " baud", 9600,
+     1'000'000},
+    {"refused-write", "a write is refused and changes nothing"},
+    {"wrong-register", "reads: the value of a register so far behind it", " on", 1, 255},
+    {"power-loss-in-store", "the power goes while the EEPROM is written: it is damaged"},
+}};
+
+const Traits& TraitsOf(Fault fault) { return AllTraits[static_cast<std::size_t>(fault)]; }
+
 constexpr int DefaultDropEvery = 3;
 
 bool CanSpoil(Fault fault, const Occasion& occasion) {
   switch (fault) {
     case Fault::WrongCount:
+    case Fault::WrongRegister:
       return !occasion.IsWrite;
     case Fault::WrongEcho:
+    case Fault::RefusedWrite:
       return occasion.IsWrite;
+    case Fault::PowerLossInStore:
+      return occasion.IsStore;
     case Fault::ResetInTest:
       return occasion.UnderTest;
     default:
@@ -52,34 +89,55 @@ void Reseal(std::vector<std::uint8_t>& frame) {
 
 std::uint8_t RandomByte(std::mt19937& random) { return static_cast<std::uint8_t>(random() & 0xFF); }
 
+std::optional<int> ParseNumber(std::string_view text) {
+  int n = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), n);
+  if (error != std::errc() || end != text.data() + text.size() || n < 1) return std::nullopt;
+  return n;
+}
+
 std::optional<Hits> ParseHits(Fault fault, std::string_view text) {
   Hits::Which which = fault == Fault::DropNth ? Hits::Which::Every : Hits::Which::Next;
   if (text.starts_with('/')) which = Hits::Which::Every;
   if (text.starts_with('@')) which = Hits::Which::Only;
   if (text.starts_with('/') || text.starts_with('@')) text.remove_prefix(1);
-  int n = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), n);
-  if (error != std::errc() || end != text.data() + text.size() || n < 1) return std::nullopt;
-  return Hits{which, n};
+  const std::optional<int> n = ParseNumber(text);
+  return n ? std::optional(Hits{which, *n}) : std::nullopt;
 }
 
 }  // namespace
 
-std::string_view NameOf(Fault fault) { return Names[static_cast<std::size_t>(fault)]; }
+std::string_view NameOf(Fault fault) { return TraitsOf(fault).Name; }
 
-std::span<const std::string_view> FaultNames() { return Names; }
+std::string ValueTextOf(Fault fault) {
+  const Traits& traits = TraitsOf(fault);
+  if (traits.Value.empty()) return {};
+  return std::to_string(traits.Usual) + std::string(traits.Value);
+}
+
+std::string_view EffectOf(Fault fault) { return TraitsOf(fault).Effect; }
 
 std::optional<FaultOrder> ParseFault(std::string_view text) {
   const std::size_t colon = text.find(':');
-  const auto found = std::find(Names.begin(), Names.end(), text.substr(0, colon));
-  if (found == Names.end()) return std::nullopt;
-  const auto fault = static_cast<Fault>(found - Names.begin());
-  if (colon == std::string_view::npos) {
-    return FaultOrder{fault, fault == Fault::DropNth ? Hits::Every(DefaultDropEvery) : Hits::All()};
+  const std::string_view head = text.substr(0, colon);
+  const std::size_t equals = head.find('=');
+  const auto found = std::find_if(AllTraits.begin(), AllTraits.end(), [&](const Traits& traits) {
+    return traits.Name == head.substr(0, equals);
+  });
+  if (found == AllTraits.end()) return std::nullopt;
+
+  FaultOrder order;
+  order.Kind = static_cast<Fault>(found - AllTraits.begin());
+  if (equals != std::string_view::npos) {
+    order.Value = ParseNumber(head.substr(equals + 1));
+    if (!order.Value || *order.Value > found->Most) return std::nullopt;
   }
-  const std::optional<Hits> hits = ParseHits(fault, text.substr(colon + 1));
+  order.When = order.Kind == Fault::DropNth ? Hits::Every(DefaultDropEvery) : Hits::All();
+  if (colon == std::string_view::npos) return order;
+  const std::optional<Hits> hits = ParseHits(order.Kind, text.substr(colon + 1));
   if (!hits) return std::nullopt;
-  return FaultOrder{fault, *hits};
+  order.When = *hits;
+  return order;
 }
 
 void FaultPlan::Inject(const FaultOrder& order) {
@@ -92,7 +150,10 @@ FaultSet FaultPlan::Strike(const Occasion& occasion) {
   for (Rule& rule : rules_) {
     if (!CanSpoil(rule.Order.Kind, occasion)) continue;
     ++rule.Seen;
-    if (IsHit(rule.Order.When, rule.Seen)) faults.set(static_cast<std::size_t>(rule.Order.Kind));
+    if (!IsHit(rule.Order.When, rule.Seen)) continue;
+    const auto kind = static_cast<std::size_t>(rule.Order.Kind);
+    faults.Set.set(kind);
+    faults.Values[kind] = rule.Order.Value.value_or(AllTraits[kind].Usual);
   }
   std::erase_if(rules_, [](const Rule& rule) {
     const Hits& hits = rule.Order.When;
@@ -123,6 +184,23 @@ void Spoil(std::vector<std::uint8_t>& reply, const FaultSet& faults, std::mt1993
     if (reply[0] == address) reply[0] ^= 0xFF;
   }
   if (Has(faults, Fault::ExtraByte)) reply.push_back(RandomByte(random));
+  // Of a reply that has no such byte it is the last.
+  const auto at = [&](Fault fault) {
+    const auto place = static_cast<std::size_t>(ValueOf(faults, fault));
+    return reply.begin() + static_cast<std::ptrdiff_t>(std::min(place, reply.size()) - 1);
+  };
+  if (Has(faults, Fault::DoubledByte)) {
+    const auto place = at(Fault::DoubledByte);
+    const std::uint8_t byte = *place;
+    reply.insert(place, byte);
+  }
+  if (Has(faults, Fault::LostByte)) reply.erase(at(Fault::LostByte));
+}
+
+std::vector<std::uint8_t> NoiseBytes(int count, std::mt19937& random) {
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(count));
+  for (std::uint8_t& byte : bytes) byte = RandomByte(random);
+  return bytes;
 }
 
 }  // namespace gainsmith::sim

@@ -1,42 +1,57 @@
 // Faults of the simulated drive: what can go wrong on the line, when, and how it spoils a reply.
 #pragma once
 
+#include <array>
 #include <bitset>
 #include <cstdint>
 #include <optional>
 #include <random>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace gainsmith::sim {
 
+// EffectOf says what each does. Those up to ResetInTest break a reply or keep it back; of those
+// behind it, late-by, echo and wrong-register may give a host that can't tell a wrong value as a
+// good one.
 enum class Fault {
-  Silent,        // the drive neither hears nor answers
-  DropNth,       // the drive obeys, its reply is lost
-  LateReply,     // the reply is complete only after the host's first look, before its second
-  SplitReply,    // the second half comes as late as a late reply
-  BadCrc,        // last checksum byte wrong
-  WrongAddress,  // another device address, checksum right
-  WrongCount,    // reads: another byte count, length and checksum right
-  WrongEcho,     // writes: another value in the echo, checksum right
-  ExtraByte,     // one byte more behind a good reply
-  Garbage,       // noise of the same length
-  HangUp,        // the device goes away
-  ResetInTest,   // the drive restarts while it moves or records
+  Silent,
+  DropNth,
+  LateReply,
+  SplitReply,
+  BadCrc,
+  WrongAddress,
+  WrongCount,
+  WrongEcho,
+  ExtraByte,
+  Garbage,
+  HangUp,
+  ResetInTest,
+  LostByte,
+  DoubledByte,
+  LateBy,
+  Unsolicited,
+  Echo,
+  StuckLine,
+  WrongBaud,
+  RefusedWrite,
+  WrongRegister,
+  PowerLossInStore,
 };
-constexpr std::size_t FaultCount = 12;
-using FaultSet = std::bitset<FaultCount>;
+constexpr std::size_t FaultCount = 22;
 
-// Names for the command line: "silent", "drop-nth", "late-reply" and so on.
+// Names for the command line: "silent", "drop-nth", "late-by" and so on.
 std::string_view NameOf(Fault fault);
-std::span<const std::string_view> FaultNames();
+// Its usual value with what it counts, "700 ms"; empty for a fault without a value.
+std::string ValueTextOf(Fault fault);
+// What it does, on half a line.
+std::string_view EffectOf(Fault fault);
 
 // Which of the requests that a fault can spoil it hits. They are counted from the injection on,
-// and only those that it can spoil: wrong-count counts reads, wrong-echo writes, reset-in-test the
-// requests that come while the motor moves or a recording runs, the others every request to this
-// drive.
+// and only those that it can spoil: wrong-count and wrong-register count reads, wrong-echo and
+// refused-write writes, power-loss-in-store the stores, reset-in-test the requests that come while
+// the motor moves or a recording runs, the others every request to this drive.
 struct Hits {
   enum class Which { All, Next, Every, Only };
   Which Kind = Which::All;
@@ -51,17 +66,32 @@ struct Hits {
 struct FaultOrder {
   Fault Kind = Fault::Silent;
   Hits When;
+  std::optional<int> Value;  // empty: the usual one
 };
 
 // "NAME" hits all, "NAME:N" the next N, "NAME:/N" every N-th, "NAME:@K" the K-th alone. For
-// drop-nth, "drop-nth:N" is every N-th and the bare name every third. Nothing for any other text.
+// drop-nth, "drop-nth:N" is every N-th and the bare name every third. A fault with a value takes it
+// behind the name, "late-by=250:/3". Nothing for any other text.
 std::optional<FaultOrder> ParseFault(std::string_view text);
 
 // What a request is, as far as faults look at it.
 struct Occasion {
   bool IsWrite = false;
   bool UnderTest = false;
+  bool IsStore = false;
 };
+
+// The faults that hit one request, each with its value.
+struct FaultSet {
+  std::bitset<FaultCount> Set;
+  std::array<int, FaultCount> Values{};
+};
+inline bool Has(const FaultSet& faults, Fault fault) {
+  return faults.Set[static_cast<std::size_t>(fault)];
+}
+inline int ValueOf(const FaultSet& faults, Fault fault) {
+  return faults.Values[static_cast<std::size_t>(fault)];
+}
 
 // The faults in force. A fault injected again replaces its earlier order.
 class FaultPlan {
@@ -82,8 +112,7 @@ class FaultPlan {
 // Spoils a sealed reply by those faults of the set that change its bytes.
 void Spoil(std::vector<std::uint8_t>& reply, const FaultSet& faults, std::mt19937& random);
 
-constexpr bool Has(const FaultSet& faults, Fault fault) {
-  return faults[static_cast<std::size_t>(fault)];
-}
+// Noise of so many bytes.
+std::vector<std::uint8_t> NoiseBytes(int count, std::mt19937& random);
 
 }  // namespace gainsmith::sim

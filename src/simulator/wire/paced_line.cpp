@@ -5,14 +5,24 @@
 
 namespace gainsmith::sim {
 
+namespace {
+
+constexpr TimeUs BitsPerCharacter = 11;
+
+}  // namespace
+
+std::size_t PacedLine::CharactersIn(TimeUs duration) const {
+  return static_cast<std::size_t>(duration * baud_ / (BitsPerCharacter * 1'000'000));
+}
+
 TimeUs PacedLine::CharactersUs(std::size_t count) const {
   if (!paced_) return 0;
-  constexpr TimeUs bitsPerCharacter = 11;
-  const TimeUs bitsUs = static_cast<TimeUs>(count) * bitsPerCharacter * 1'000'000;
+  const TimeUs bitsUs = static_cast<TimeUs>(count) * BitsPerCharacter * 1'000'000;
   return (bitsUs + baud_ - 1) / baud_;
 }
 
-TimeUs PacedLine::Arrival(TimeUs now) {
+std::optional<TimeUs> PacedLine::Arrival(TimeUs now) {
+  if (paced_ && inFreeAt_ - now >= CharactersUs(MostWaiting)) return std::nullopt;
   inFreeAt_ = std::max(now, inFreeAt_) + CharactersUs(1);
   return inFreeAt_;
 }

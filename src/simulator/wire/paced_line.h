@@ -20,8 +20,14 @@ class PacedLine {
   // Holds for bytes handed over from now on. The rate must be above 0.
   void SetBaud(int baud) { baud_ = baud; }
 
-  // When a byte handed to the line now has arrived with its last bit.
-  TimeUs Arrival(TimeUs now);
+  // How many characters fill a time; on a line that is not paced, as many as at its rate.
+  std::size_t CharactersIn(TimeUs duration) const;
+
+  // When a byte handed to the line now has arrived with its last bit. A pseudo-terminal takes bytes
+  // faster than any line: while MostWaiting characters wait for their turn, the byte is lost, as it
+  // would be in a full buffer, and nothing is given.
+  static constexpr std::size_t MostWaiting = 64;
+  std::optional<TimeUs> Arrival(TimeUs now);
 
   // Queues bytes. The first starts at the earliest time given, or when the bytes before it have
   // left.
@@ -32,6 +38,8 @@ class PacedLine {
 
   // When the next byte will have left, or nothing when none is queued.
   std::optional<TimeUs> NextAt() const;
+  // When all that is queued will have left. Only while something is queued.
+  TimeUs AllAt() const { return queue_.back().LeftAt; }
 
   // Drops what is queued and forgets what is under way.
   void Clear();

@@ -6,6 +6,7 @@
 #include <termios.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -61,6 +62,10 @@ bool PseudoTerminal::Fail(const std::string& what) {
 
 bool PseudoTerminal::Open(const std::string& linkPath) {
   Close();
+  if (!claim_.Take(linkPath)) {
+    problem_ = "another simulated drive serves the link " + linkPath;
+    return false;
+  }
   linkPath_ = linkPath;
   if (OpenPair() && MakeLink()) return true;
   linkPath_.clear();
@@ -114,17 +119,13 @@ std::optional<int> PseudoTerminal::HostBaud() const {
   return baud;
 }
 
-std::vector<std::uint8_t> PseudoTerminal::ReadAll() {
-  std::vector<std::uint8_t> bytes;
-  std::array<std::uint8_t, 256> part{};
-  for (;;) {
-    const ssize_t count = read(handle_, part.data(), part.size());
-    if (count <= 0) return bytes;
-    bytes.insert(bytes.end(), part.begin(), part.begin() + count);
-  }
+std::vector<std::uint8_t> PseudoTerminal::ReadSome() const {
+  std::array<std::uint8_t, 4096> part{};
+  const ssize_t count = read(handle_, part.data(), part.size());
+  return {part.begin(), part.begin() + std::max<ssize_t>(0, count)};
 }
 
-void PseudoTerminal::Write(std::span<const std::uint8_t> bytes) {
+void PseudoTerminal::Write(std::span<const std::uint8_t> bytes) const {
   while (!bytes.empty()) {
     const ssize_t count = write(handle_, bytes.data(), bytes.size());
     if (count <= 0) return;
@@ -132,7 +133,7 @@ void PseudoTerminal::Write(std::span<const std::uint8_t> bytes) {
   }
 }
 
-void PseudoTerminal::Flush() {
+void PseudoTerminal::Flush() const {
   if (handle_ >= 0) tcflush(handle_, TCIOFLUSH);
 }
 

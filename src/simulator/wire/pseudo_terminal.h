@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "simulator/wire/link_claim.h"
+
 namespace gainsmith::sim {
 
 // Owns the near end; hosts open the far end by the link. One host at a time is expected.
@@ -18,10 +20,11 @@ class PseudoTerminal {
   PseudoTerminal& operator=(const PseudoTerminal&) = delete;
 
   // Opens a new terminal, closing an earlier one, and makes the link. A link left behind by an
-  // earlier terminal is replaced; anything else of that name is kept and is a failure. False on
-  // failure: nothing is open, and Problem says why.
+  // earlier terminal is replaced; one that another program serves, and anything else of that name,
+  // is kept and is a failure. False on failure: nothing is open, and Problem says why.
   bool Open(const std::string& linkPath);
-  // Ends the terminal under its host, and removes the link if it still names this terminal.
+  // Ends the terminal under its host, and removes the link if it still names this terminal. The
+  // claim to the link stays until another is opened, for a device that will come back.
   void Close();
 
   const std::string& Problem() const { return problem_; }
@@ -33,18 +36,19 @@ class PseudoTerminal {
   // The speed the host has set on its end; nothing when it can't be told.
   std::optional<int> HostBaud() const;
 
-  // The bytes that wait, without blocking.
-  std::vector<std::uint8_t> ReadAll();
+  // The bytes that wait, without blocking; of a host that writes without end, some of them.
+  std::vector<std::uint8_t> ReadSome() const;
   // Hands bytes to the host, without blocking: what does not fit is lost, as on a line.
-  void Write(std::span<const std::uint8_t> bytes);
+  void Write(std::span<const std::uint8_t> bytes) const;
   // Drops what waits in both directions.
-  void Flush();
+  void Flush() const;
 
  private:
   bool OpenPair();
   bool MakeLink();
   bool Fail(const std::string& what);
 
+  LinkClaim claim_;
   int handle_ = -1;
   std::string devicePath_;
   std::string linkPath_;

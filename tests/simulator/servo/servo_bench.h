@@ -23,11 +23,11 @@ using Samples = std::vector<double>;
 
 class ServoBench {
  public:
-  explicit ServoBench(std::string_view preset = "bare-shaft", std::uint64_t seed = 1)
+  explicit ServoBench(std::string_view preset = MotorPresets().front().Name, std::uint64_t seed = 1)
       : ServoBench(*FindMotorPreset(preset), seed) {}
   explicit ServoBench(const MotorPreset& preset, std::uint64_t seed = 1)
       : Motor(
-            Registers, [this](DriveError error) { Errors.push_back(error); }, preset, seed) {}
+            Registers, [this](Trip trip) { Trips.push_back(trip); }, preset, seed) {}
 
   void Write(Reg reg, int value) {
     Registers[reg] = static_cast<std::uint16_t>(value);
@@ -78,11 +78,12 @@ class ServoBench {
   Samples StepA() const { return Channel(0, 200, 1 / 1024.0); }
   Samples CurrentA() const { return Channel(VelocityFrom() + 200, 200, 1 / 1024.0); }
 
+  double NowMs() const { return static_cast<double>(NowUs) / 1000; }
   double Position() const { return static_cast<double>(Motor.ShaftPositionPulses()); }
   double Rpm() const { return Motor.ShaftSpeedRpm(); }
 
   RegisterBank Registers = FactoryValues();
-  std::vector<DriveError> Errors;
+  std::vector<Trip> Trips;
   TimeUs NowUs = 0;
   Servo Motor;
 

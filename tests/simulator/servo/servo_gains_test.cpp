@@ -71,7 +71,7 @@ struct Experiment {
   double (*Measure)(ServoBench&);
   std::vector<std::pair<Reg, int>> Changed;  // from the factory values
   double Least, Most;
-  const char* Motor = "bare-shaft";
+  std::string_view Motor = MotorPresets().front().Name;
 };
 
 TEST(ServoGains, DoWhatTheTextbookSays) {
@@ -88,7 +88,7 @@ TEST(ServoGains, DoWhatTheTextbookSays) {
       {"current Kp x 10 rings", StepRippleA, {{CurrentKp, 4000}, {CurrentKi, 0}}, 1, 9},
 
       {"factory gains follow", MovePulses, {}, 1, 25},
-      {"and settle", PausePulses, {}, 0, 2},
+      {"and settle", PausePulses, {}, 0, 3},
       {"at the speed commanded", CruiseRpm, {}, 299, 301},
       {"lag is speed over Kp", LagPulses, {{Kvff, 0}}, 238, 262},
       {"Kp / 2", LagPulses, {{Kvff, 0}, {PositionKp, 400}}, 475, 525},
@@ -96,14 +96,21 @@ TEST(ServoGains, DoWhatTheTextbookSays) {
       {"Ki", LagPulses, {{Kvff, 0}, {PositionKi, 800}}, -5, 5},
       {"no Kd", EarlyLagPulses, {{Kvff, 0}, {Kaff, 0}}, 200, 250},
       {"Kd", EarlyLagPulses, {{Kvff, 0}, {Kaff, 0}, {PositionKd, 500}}, 150, 190},
-      {"Kaff", RampPulses, {}, 1, 8},
+      // 1000 is for the rotor alone. The table takes 9000, less what the measured speed, which is
+      // a millisecond old, makes the velocity loop add by itself.
       {"no Kaff", RampPulses, {{Kaff, 0}}, 10, 20},
-      {"heavy, no Kaff", RampPulses, {{Kaff, 0}}, 50, 60, heavy},
-      {"heavy, six times that", RampPulses, {{Kaff, 6000}}, 1, 16, heavy},
-      {"heavy, too much", RampPulses, {{Kaff, 20000}}, 60, 120, heavy},
+      {"Kaff", RampPulses, {{Kaff, 5000}}, 0, 8},
+      {"too much", RampPulses, {{Kaff, 25000}}, 20, 60},
+      {"heavy, no Kaff", RampPulses, {{Kaff, 0}}, 50, 80, heavy},
+      {"heavy, Kaff", RampPulses, {{Kaff, 31000}}, 1, 16, heavy},
+      {"double inertia believed", RampPulses, {{Kaff, 5000}, {Inertia, 65535}}, 8, 20},
       {"slow velocity reference", RampPulses, {{VelocityReferenceHz, 20}}, 20, 120},
 
-      {"word", MovePulses, {{Kvff, 0}, {PositionKp, 1}, {FollowingErrorLimit, 0}}, 32767, 32767},
+      {"word",
+       MovePulses,
+       {{Kvff, 0}, {PositionKp, 1}, {LowPositionKp, 1}, {FollowingErrorLimit, 0}},
+       32767,
+       32767},
 
       {"low speed set", SlowLagPulses, {{LowKvff, 0}, {LowPositionKp, 400}}, 18, 22},
       {"not the high", SlowLagPulses, {{LowKvff, 0}, {PositionKp, 400}}, 8, 12},
@@ -114,15 +121,15 @@ TEST(ServoGains, DoWhatTheTextbookSays) {
       {"velocity Kp x 10 rings", RippleA, {{VelocityKp, 6000}}, 5, 25},
       {"step of the velocity", OvershootRpm, {}, 5, 20},
       {"no velocity Ki", OvershootRpm, {{VelocityKi, 0}}, -10, 0},
-      {"velocity Kp / 4", OvershootRpm, {{VelocityKp, 150}}, 30, 60},
-      {"slow velocity filter", OvershootRpm, {{VelocityFilterHz, 50}}, 40, 80},
+      {"velocity Kp / 4", OvershootRpm, {{VelocityKp, 150}}, 30, 80},
+      {"slow velocity filter", OvershootRpm, {{VelocityFilterHz, 50}}, 40, 100},
       {"no current filter", OvershootRpm, {{CurrentReferenceHz, 0}}, 5, 20},
 
-      // A gain that suits the heavier load brings out the resonance of 600 Hz.
+      // A gain that suits the heavier load brings out the resonance near 250 Hz.
       {"howls", RippleA, {{VelocityKp, 1500}}, 5, 25, springy},
-      {"trap 1", RippleA, {{VelocityKp, 1500}, {Trap1Hz, 600}, {Trap1WidthHz, 20}}, 0, 1, springy},
-      {"trap 2", RippleA, {{VelocityKp, 1500}, {Trap2Hz, 600}, {Trap2WidthHz, 20}}, 0, 1, springy},
-      {"beside", RippleA, {{VelocityKp, 1500}, {Trap1Hz, 300}, {Trap1WidthHz, 20}}, 5, 25, springy},
+      {"trap 1", RippleA, {{VelocityKp, 1500}, {Trap1Hz, 265}, {Trap1WidthHz, 20}}, 0, 3, springy},
+      {"trap 2", RippleA, {{VelocityKp, 1500}, {Trap2Hz, 265}, {Trap2WidthHz, 20}}, 0, 3, springy},
+      {"beside", RippleA, {{VelocityKp, 1500}, {Trap1Hz, 700}, {Trap1WidthHz, 20}}, 5, 25, springy},
   };
   for (const Experiment& experiment : experiments) {
     ServoBench bench(experiment.Motor);
@@ -130,7 +137,7 @@ TEST(ServoGains, DoWhatTheTextbookSays) {
     const double measured = experiment.Measure(bench);
     EXPECT_GE(measured, experiment.Least) << experiment.Name;
     EXPECT_LE(measured, experiment.Most) << experiment.Name;
-    EXPECT_TRUE(bench.Errors.empty()) << experiment.Name;
+    EXPECT_TRUE(bench.Trips.empty()) << experiment.Name;
   }
 }
 

@@ -49,7 +49,7 @@ TEST_F(PseudoTerminalTest, CarriesEveryByteUnchangedBothWaysUntilItCloses) {
   std::iota(all.begin(), all.end(), std::uint8_t{0});
   ASSERT_EQ(write(host, all.data(), all.size()), 256);
   ASSERT_TRUE(HasBytes(terminal.Handle()));
-  EXPECT_EQ(terminal.ReadAll(), all);
+  EXPECT_EQ(terminal.ReadSome(), all);
   terminal.Write(all);
   ASSERT_TRUE(HasBytes(host));
   Bytes received(300);
@@ -76,10 +76,23 @@ TEST_F(PseudoTerminalTest, ReplacesALinkLeftBehindAndNothingElse) {
 
   fs::create_symlink("/dev/pts/999999", link_);
   EXPECT_TRUE(terminal.Open(link_.string())) << terminal.Problem();
+}
+
+TEST_F(PseudoTerminalTest, ServesItsLinkAloneAlsoWhileItsDeviceIsAway) {
   PseudoTerminal another;
-  ASSERT_TRUE(another.Open(link_.string()));
-  terminal.Close();
-  EXPECT_EQ(fs::read_symlink(link_).string(), another.DevicePath()) << "no longer its own";
+  {
+    PseudoTerminal terminal;
+    ASSERT_TRUE(terminal.Open(link_.string()));
+    for (const bool away : {false, true}) {
+      if (away) terminal.Close();
+      EXPECT_FALSE(another.Open((directory_ / "." / "COM1").string()));
+      EXPECT_NE(another.Problem().find("another simulated drive"), std::string::npos);
+    }
+    EXPECT_TRUE(another.Open((directory_ / "COM2").string()));
+    ASSERT_TRUE(terminal.Open(link_.string())) << terminal.Problem();
+    EXPECT_EQ(fs::read_symlink(link_).string(), terminal.DevicePath());
+  }
+  EXPECT_TRUE(another.Open(link_.string())) << another.Problem();
 }
 
 }  // namespace
