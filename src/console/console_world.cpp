@@ -3,6 +3,7 @@
 #include <QAbstractEventDispatcher>
 #include <QDate>
 #include <QFileInfo>
+#include <QTime>
 #include <algorithm>
 #include <utility>
 
@@ -80,8 +81,12 @@ void ConsoleWorld::PumpEvents(std::int64_t deadlineMs) {
 
 int ConsoleWorld::PresentYear() { return QDate::currentDate().year(); }
 
-MessageAnswer ConsoleWorld::ShowMessage(const Message& message) {
-  if (Ended() || !OnMessage) return message.Default;
+std::string ConsoleWorld::TimeOfDay() {
+  return FromQt(QTime::currentTime().toString(QStringLiteral("HH:mm:ss")));
+}
+
+MessageAnswer ConsoleWorld::AnswerMessage(const Message& message) {
+  if (!OnMessage) return message.Default;
   timers_.Hold();
   ++messagesShown_;
   const MessageAnswer answer = OnMessage(message);

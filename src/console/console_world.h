@@ -51,6 +51,7 @@ class ConsoleWorld : public World {
   std::int64_t NowMs() override { return EventPump::NowMs(); }
   void PumpEvents(std::int64_t deadlineMs) override;
   int PresentYear() override;
+  std::string TimeOfDay() override;
 
   void SetFocus(Control&) override {}
   void SetScreenPointer(MousePointer) override {}
@@ -58,7 +59,6 @@ class ConsoleWorld : public World {
   int ScreenHeightTwips() override { return 768 * 15; }
   void Repaint(Window&) override {}
 
-  MessageAnswer ShowMessage(const Message& message) override;
   bool AwaitsAnswer() const override { return messagesShown_ > 0; }
   ChosenFile AskOpenFile(const std::string&) override { return NextFile; }
   ChosenFile AskSaveFile(const std::string&) override { return NextFile; }
@@ -69,10 +69,12 @@ class ConsoleWorld : public World {
   bool WriteFile(const std::string& path, const std::string& bytes) override;
   bool FileExists(const std::string& path) override;
   void OpenDocument(const std::string&) override {}
+  void CopyText(const std::string&) override {}
   // Rows are kept in memory: there is no grid to look at, and many programs may run at once.
   std::unique_ptr<RowStore> OpenRows(const std::string& path, const std::string& table) override;
 
  protected:
+  MessageAnswer AnswerMessage(const Message& message) override;
   void WindowShown(Window&) override {}
   void WindowHidden(Window&) override {}
   void ProgramEnded() override;

@@ -211,7 +211,7 @@ void Session::Idle() {
     if (!after()) AfterInterrupt = after;
   }
   const MDIForm1& main = tool.mdiForm1;
-  if (main.lblActivity.Visible) {
+  if (main.prgActivity.Visible) {
     terminal_.Progress(main.lblActivity.Caption, main.prgActivity.Value, main.prgActivity.Max);
   }
   if (!tool.shell.BulkTransferRunning || !world.IsPortOpen() || closing_) return;

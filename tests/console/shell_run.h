@@ -20,16 +20,22 @@ namespace gainsmith::test {
 class ShellRun {
  public:
   // The script finds the drive behind ./D, the factory values as factory.tvd, and `ctl` runs the
-  // program with a list of its frames in ./frames.
-  ShellRun(const std::string& simOptions, const std::string& script) {
+  // program with a list of its frames in ./frames. A busy machine can break the first frame of all
+  // in two, and that one is never sent again: `ctl` then begins anew. `ctl_now` becomes the program
+  // itself, for signals.
+  // It begins `delayMs` from now.
+  ShellRun(const std::string& simOptions, const std::string& script, int delayMs) {
     std::string pattern = std::filesystem::temp_directory_path() / "gainsmithctl-XXXXXX";
     directory_ = mkdtemp(pattern.data());
     std::filesystem::copy_file(DEFAULT_INI, directory_ / "factory.tvd");
     std::ofstream(directory_ / "run.sh")
         << "cd " << directory_ << "\n"
+        << "sleep " << delayMs / 1000.0 << "\n"
         << "PROGRAMS=" << PROGRAMS << "\n"
-        << "ctl() { exec $PROGRAMS/gainsmithctl \"$@\" --port ./D --log-frames frames; }\n"
-        << "until_seen() { for i in $(seq 500); do grep -q \"$1\" $2 && return; sleep 0.05; done; "
+        << "ctl_now() { exec $PROGRAMS/gainsmithctl \"$@\" --port ./D --log-frames frames; }\n"
+        << "ctl() { (ctl_now \"$@\"); s=$?\n"
+        << "  [ $s = 4 ] && [ \"$(cat frames)\" = 'R 253' ] || return $s; (ctl_now \"$@\"); }\n"
+        << "until_seen() { for i in $(seq 500); do grep -qs \"$1\" $2 && return; sleep 0.1; done; "
            "}\n"
         << "$PROGRAMS/kvt518-sim --link ./D " << simOptions << " >sim.log 2>&1 </dev/null &\n"
         << "trap \"kill $!\" EXIT\n"
@@ -68,7 +74,10 @@ class Runs : public testing::Environment {
  public:
   explicit Runs(std::function<void(Runs& runs)> start) : start_(std::move(start)) {}
   void Add(const std::string& simOptions, const std::string& script) {
-    runs_.push_back(std::make_unique<ShellRun>(simOptions, script));
+    // All programs starting at once would keep drives from answering in time.
+    constexpr int ApartMs = 100;
+    static int delayMs = 0;
+    runs_.push_back(std::make_unique<ShellRun>(simOptions, script, delayMs += ApartMs));
   }
   ShellRun& operator[](std::size_t i) { return *runs_.at(i); }
   void SetUp() override { start_(*this); }

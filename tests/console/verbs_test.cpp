@@ -69,7 +69,7 @@ const std::vector<Case>& Cases() {
       {"ShowFullDisk", "", "ctl show >/dev/full", Trouble, {}, {"Standard output"}, {}},
       {"ShowInterrupted",
        "",
-       "ctl show & until_seen 'R 33' frames; kill -TERM $!; wait $!",
+       "ctl_now show & until_seen 'R 33' frames; kill -TERM $!; wait $!",
        Interrupted,
        {"!Kp"},
        {"The connection was closed while settings were read"},
@@ -200,14 +200,16 @@ const std::vector<Case>& Cases() {
        {}},
       {"MoveInterrupted",
        "",
-       "ctl move --distance 4000000 --yes & until_seen 'Recording 1' err; kill -INT $!; wait $!",
+       "ctl_now move --distance 4000000 --yes & until_seen 'Recording 1' err; kill -INT $!; wait "
+       "$!",
        Interrupted,
        {},
        {"The drive took the stop word."},
        {"W 9=0$"}},
       {"MoveInterruptedAtStart",
        "",
-       "ctl move --distance 4000000 --yes & until_seen 'W 9=2' frames; kill -TERM $!; kill -INT "
+       "ctl_now move --distance 4000000 --yes & until_seen 'W 9=2' frames; kill -TERM $!; kill "
+       "-INT "
        "$!; "
        "wait $!",
        Interrupted,
@@ -216,7 +218,7 @@ const std::vector<Case>& Cases() {
        {"W 9=0$"}},
       {"MoveInterruptedBefore",
        "",
-       "ctl move --distance 4000000 --yes & until_seen 'W 13=' frames; kill -INT $!; wait $!",
+       "ctl_now move --distance 4000000 --yes & until_seen 'W 13=' frames; kill -INT $!; wait $!",
        Interrupted,
        {},
        {"The drive took the stop word."},
@@ -237,7 +239,7 @@ const std::vector<Case>& Cases() {
        {"!W 9"}},
       {"WatchInterrupted",
        "",
-       "ctl watch --trace-ms 100 & until_seen '^2:' out; kill -INT $!; wait $!",
+       "ctl_now watch --trace-ms 100 & until_seen '^2:' out; kill -INT $!; wait $!",
        Interrupted,
        {"1: Peak"},
        {"Interrupted."},
