@@ -23,6 +23,7 @@ std::optional<long> WholeNumber(std::string_view text, long least, long most) {
 // An option that takes no value.
 bool TakeSwitch(SimOptions& options, const std::string& name) {
   if (name == "--help" || name == "-h") return options.Help = true;
+  if (name == "--version") return options.Version = true;
   if (name == "--quiet") return options.Quiet = true;
   return false;
 }
@@ -166,6 +167,7 @@ std::string HelpText() {
          "  --fault FAULT    start with a fault, may be given more than once\n"
          "  --quiet          print the link, and nothing of what passes there\n"
          "  --help           this text\n"
+         "  --version        the version\n"
          "\n" +
          CommandHelpText() +
          "\n"
