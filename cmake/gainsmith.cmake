@@ -61,7 +61,7 @@ function(gainsmith_room name)
   endif()
 endfunction()
 
-# All tests that need no desktop, for the sanitizers.
+# All tests that need no desktop and no other program, for the sanitizers.
 add_custom_target(room_tests)
 
 # The tests' own sources. Under the sanitizers they are built as fast as can be: what is watched is
@@ -87,7 +87,7 @@ function(gainsmith_test name)
   target_link_libraries(${name} PRIVATE ${TEST_ROOMS} test_options GTest::gtest_main)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES LABELS ${TEST_LABEL} TIMEOUT 300)
-  if(NOT TEST_LABEL STREQUAL desktop)
+  if(NOT TEST_LABEL MATCHES "desktop|console")
     target_precompile_headers(${name} REUSE_FROM test_prelude)
     add_dependencies(room_tests ${name})
   endif()

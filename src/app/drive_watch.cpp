@@ -46,9 +46,9 @@ bool IsJog(Register reg, std::uint16_t word) {
 
 DriveWatch::DriveWatch(World& world, Link& link, MDIForm1& main)
     : world_(world), link_(link), main_(main) {
-  link_.OnTaken = [this](Register reg) {
+  link_.OnTaken = [this](Register reg, bool changed) {
     if (reg == Register::StoreEeprom) stored_ = Stored::Yes;
-    if (IsSetting(reg)) stored_ = Stored::No;
+    if (changed && IsSetting(reg)) stored_ = Stored::No;
   };
   link_.OnLost = [this](Function function, Register reg, int frames) {
     if (!world_.IsPortOpen()) return;
@@ -59,9 +59,10 @@ DriveWatch::DriveWatch(World& world, Link& link, MDIForm1& main)
     // Those of a lost link say less than what was told when it was lost.
     const bool communication =
         message.Title == LostLinkMessage().Title || message.Title == "Communication Error";
-    const bool trouble =
+    const bool grave =
         message.Icon == MessageIcon::Critical || message.Icon == MessageIcon::Warning;
-    if (trouble && !communication) main_.TellTrouble(message.Text);
+    const bool question = message.Buttons == MessageButtons::YesNo;
+    if (grave && !question && !communication) main_.TellTrouble(message.Text);
   };
 }
 

@@ -59,7 +59,11 @@ void Form2::TakeChoices() {
 }
 
 void Form2::DescribePorts() {
-  for (ListItem& item : Combo1[PortList].Items) item.ToolTip = world_.DescribePort(item.ItemData);
+  for (ListItem& item : Combo1[PortList].Items) {
+    item.ToolTip = world_.DescribePort(item.ItemData);
+    item.Absent = item.ToolTip.empty();
+    if (item.Absent) item.ToolTip = "There is no such port";
+  }
 }
 
 void Form2::Combo1_Click(std::size_t index) {

@@ -1,4 +1,5 @@
 // Views of buttons, check boxes and option buttons.
+#include <QApplication>
 #include <QCheckBox>
 #include <QKeyEvent>
 #include <QPainter>
@@ -7,6 +8,7 @@
 #include <memory>
 
 #include "desktop/control_view.h"
+#include "desktop/look.h"
 #include "desktop/record_values.h"
 #include "desktop/window_view.h"
 
@@ -22,6 +24,10 @@ class HoldButton final : public QPushButton {
   std::function<void()> OnHold;
   std::function<void()> OnLetGo;
   QColor Swatch;
+  // Only shows its swatch.
+  bool Flat = false;
+  // What the ring of the keyboard is drawn in, where the style's own would not be seen.
+  QColor Ring;
 
   void LetGo() {
     if (heldBy_ == 0) return;
@@ -76,9 +82,12 @@ class HoldButton final : public QPushButton {
     return QPushButton::event(event);
   }
   void paintEvent(QPaintEvent* event) override {
-    QPushButton::paintEvent(event);
-    if (!Swatch.isValid()) return;
+    if (!Flat) QPushButton::paintEvent(event);
     QPainter painter(this);
+    if (Ring.isValid() && hasFocus() && window()->testAttribute(Qt::WA_KeyboardFocusChange)) {
+      PaintRing(painter);
+    }
+    if (!Swatch.isValid()) return;
     painter.setOpacity(isEnabled() ? 1.0 : 0.4);
     painter.fillRect(rect().adjusted(SwatchMarginPixels, SwatchMarginPixels, -SwatchMarginPixels,
                                      -SwatchMarginPixels),
@@ -86,6 +95,14 @@ class HoldButton final : public QPushButton {
   }
 
  private:
+  void PaintRing(QPainter& painter) {
+    constexpr qreal InsetPixels = 2;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(Ring, 2));
+    painter.drawRoundedRect(
+        QRectF(rect()).adjusted(InsetPixels, InsetPixels, -InsetPixels, -InsetPixels), 2, 2);
+    painter.setRenderHint(QPainter::Antialiasing, false);
+  }
   void Hold(int by) {
     if (heldBy_ != 0) return;
     heldBy_ = by;
@@ -100,6 +117,7 @@ class ButtonView final : public ControlView {
  public:
   ButtonView(WindowView& window, Button& record, HoldButton* button)
       : ControlView(window, record, button), record_(record), button_(button) {
+    if (record.Swatch && !record.OnClick) ShowOnly();
     button_->OnHold = [this] { OnHold(); };
     button_->OnLetGo = [this] { OnLetGo(); };
     connect(button_, &QPushButton::clicked, this, [this] {
@@ -117,8 +135,11 @@ class ButtonView final : public ControlView {
     if (!record_.Swatch) {
       ControlView::ReflectColours();
       button_->setAutoFillBackground(false);
+      const auto back = FixedColour(record_.BackColor);
+      button_->Ring = back ? TextOn(*back) : QColor();
       return;
     }
+    button_->Ring = QApplication::palette().color(QPalette::Highlight);
     button_->Swatch = FixedColour(record_.BackColor).value_or(QColor(Qt::gray));
     button_->update();
   }
@@ -127,6 +148,12 @@ class ButtonView final : public ControlView {
   }
 
  private:
+  void ShowOnly() {
+    button_->Flat = true;
+    button_->setFocusPolicy(Qt::NoFocus);
+    button_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  }
+
   // A press and its release are both heard or neither, and in this order: the release does not wait
   // where the press did, and nothing would end what a press heard after it began.
   struct Press {

@@ -57,10 +57,12 @@ void ControlView::Reflect() {
     if (!record_.Enabled) window_.HoldFocusOf(*widget_);
     widget_->setEnabled(record_.Enabled);
   }
-  if (Changed(visible_, record_.Visible)) {
-    if (!record_.Visible) window_.HoldFocusOf(*widget_);
-    widget_->setVisible(record_.Visible);
-  }
+  if (Changed(visible_, record_.Visible)) ReflectVisible();
+}
+
+void ControlView::ReflectVisible() {
+  if (!record_.Visible) window_.HoldFocusOf(*widget_);
+  widget_->setVisible(record_.Visible);
 }
 
 void ControlView::ReflectPlace() {

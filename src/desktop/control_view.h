@@ -58,6 +58,7 @@ class ControlView : public QObject {
   virtual void ReflectOwn() = 0;
   virtual void ReflectCaption() {}
   virtual void ReflectColours();
+  virtual void ReflectVisible();
   // What has to be so when the action's turn has come: that the user can reach the control, or its
   // window at least.
   enum class Asks { Control, Window };

@@ -5,8 +5,10 @@
 
 namespace gainsmith {
 
-// Asks the desktop whether it is dark, where it can be asked, and calls `answer` from the event
-// loop when it has answered. Does not wait: a desktop may be slow, or silent for good.
-void AskDesktopForDark(std::function<void(bool dark)> answer);
+// Asks the desktop whether it prefers dark windows: `first` is called with its answer, not at all
+// where nobody can be asked, and `changed` with each change from then on, while the program runs.
+// Both are called from the event loop: a desktop may be slow, or silent for good.
+void FollowDesktopScheme(std::function<void(bool dark)> first,
+                         std::function<void(bool dark)> changed);
 
 }  // namespace gainsmith

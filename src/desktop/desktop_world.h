@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "desktop/input_queue.h"
-#include "desktop/window_timers.h"
 #include "desktop/window_view.h"
 #include "host/event_pump.h"
 #include "host/serial_line.h"
+#include "host/window_timers.h"
 #include "platform/world.h"
 
 namespace gainsmith {

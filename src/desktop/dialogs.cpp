@@ -4,7 +4,9 @@
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QMessageBox>
+#include <QSpacerItem>
 
 #include "desktop/record_values.h"
 #include "host/qt_text.h"
@@ -65,12 +67,23 @@ QStringList NameFilters(const std::string& filter) {
   return filters;
 }
 
+// Makes the box wide enough for its title between the window manager's buttons, whose letters may
+// be larger than ours.
+void MakeRoomForTitle(QMessageBox& box) {
+  constexpr int ButtonsPixels = 150;
+  auto* grid = qobject_cast<QGridLayout*>(box.layout());
+  if (grid == nullptr) return;
+  const int width = box.fontMetrics().horizontalAdvance(box.windowTitle()) * 4 / 3 + ButtonsPixels;
+  grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 MessageAnswer RunMessageBox(QWidget* parent, const Message& message) {
   QMessageBox box(parent);
   box.setTextFormat(Qt::PlainText);
   box.setText(ShownText(message.Text));
   box.setWindowTitle(ToQt(message.Title));
   box.setIcon(IconOf(message.Icon));
+  MakeRoomForTitle(box);
   if (message.Buttons == MessageButtons::Ok) {
     box.setStandardButtons(QMessageBox::Ok);
     box.exec();

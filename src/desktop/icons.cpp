@@ -8,6 +8,7 @@
 #include <QPalette>
 #include <QPixmap>
 #include <QPixmapCache>
+#include <QRegularExpression>
 #include <QSvgRenderer>
 
 #include "host/qt_text.h"
@@ -16,9 +17,11 @@ namespace gainsmith {
 namespace {
 
 constexpr QSize WindowIconSize(64, 64);
-constexpr double DisabledOpacity = 0.35;
 
-QColor TextColour() { return QApplication::palette().color(QPalette::ButtonText); }
+QColor TextColour(QIcon::Mode mode = QIcon::Normal) {
+  return QApplication::palette().color(
+      mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active, QPalette::ButtonText);
+}
 
 // The drawing with its "currentColor" replaced.
 QByteArray Drawing(const QString& path, const QColor& text) {
@@ -27,16 +30,27 @@ QByteArray Drawing(const QString& path, const QColor& text) {
   return file.readAll().replace("currentColor", text.name().toLatin1());
 }
 
+// The drawing with its colours turned into greys: what cannot be used has none.
+QByteArray Greyed(const QByteArray& drawing) {
+  static const QRegularExpression colours(QStringLiteral("#[0-9a-fA-F]{6}\\b"));
+  QString text = QString::fromUtf8(drawing);
+  qsizetype from = 0;
+  for (auto match = colours.match(text); match.hasMatch(); match = colours.match(text, from)) {
+    const int grey = qGray(QColor(match.captured()).rgb());
+    text.replace(match.capturedStart(), match.capturedLength(), QColor(grey, grey, grey).name());
+    from = match.capturedEnd();
+  }
+  return text.toUtf8();
+}
+
 class SvgIconEngine final : public QIconEngine {
  public:
   explicit SvgIconEngine(QString path) : path_(std::move(path)) {}
 
   void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State) override {
-    QSvgRenderer renderer(Drawing(path_, TextColour()));
-    painter->save();
-    if (mode == QIcon::Disabled) painter->setOpacity(painter->opacity() * DisabledOpacity);
+    const QByteArray drawing = Drawing(path_, TextColour(mode));
+    QSvgRenderer renderer(mode == QIcon::Disabled ? Greyed(drawing) : drawing);
     renderer.render(painter, place);
-    painter->restore();
   }
   QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
     const QString key = QStringLiteral("%1 %2x%3 %4 %5")
@@ -44,7 +58,7 @@ class SvgIconEngine final : public QIconEngine {
                             .arg(size.width())
                             .arg(size.height())
                             .arg(mode)
-                            .arg(TextColour().name());
+                            .arg(TextColour(mode).name());
     QPixmap pixmap;
     if (QPixmapCache::find(key, &pixmap)) return pixmap;
     pixmap = QPixmap(size);

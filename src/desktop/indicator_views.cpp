@@ -15,12 +15,15 @@ namespace gainsmith {
 namespace {
 
 constexpr int StatusBarHeightPixels = 24;
+constexpr int PanelMarginPixels = 6;
 
 class LampDisc final : public QWidget {
  public:
   using QWidget::QWidget;
   // None: an empty socket.
   std::optional<QColor> Light;
+  bool Marked = false;
+  bool Out = false;
 
  protected:
   void paintEvent(QPaintEvent*) override {
@@ -32,7 +35,11 @@ class LampDisc final : public QWidget {
     QColor rim = palette().color(QPalette::WindowText);
     rim.setAlphaF(0.45F);
     painter.setPen(QPen(rim, 1));
-    if (Light) {
+    if (Light && Out) {
+      QColor dim = *Light;
+      dim.setAlphaF(0.2F);
+      painter.setBrush(dim);
+    } else if (Light) {
       QRadialGradient shade(disc.center() - QPointF(side / 6, side / 6), side * 0.7);
       shade.setColorAt(0, Light->lighter(150));
       shade.setColorAt(0.45, *Light);
@@ -43,23 +50,44 @@ class LampDisc final : public QWidget {
       painter.setBrush(rim);
     }
     painter.drawEllipse(disc);
+    if (Marked) PaintMark(painter, disc);
+  }
+
+ private:
+  // A cross.
+  static void PaintMark(QPainter& painter, const QRectF& disc) {
+    const qreal reach = disc.width() * 0.2;
+    painter.setPen(QPen(Qt::white, disc.width() / 9, Qt::SolidLine, Qt::RoundCap));
+    for (const qreal side : {-reach, reach}) {
+      painter.drawLine(disc.center() - QPointF(side, reach), disc.center() + QPointF(side, reach));
+    }
   }
 };
 
 class LampView final : public ControlView {
  public:
   LampView(WindowView& window, Lamp& record, LampDisc* disc)
-      : ControlView(window, record, disc), disc_(disc) {}
+      : ControlView(window, record, disc), record_(record), disc_(disc) {}
 
  protected:
   void ReflectColours() override {
     disc_->Light = FixedColour(Record().BackColor);
     disc_->update();
   }
-  void ReflectOwn() override {}
+  void ReflectOwn() override {
+    if (!Changed(marked_, record_.Marked)) return;
+    disc_->Marked = record_.Marked;
+    disc_->update();
+  }
+  void ReflectVisible() override {
+    disc_->Out = !record_.Visible;
+    disc_->update();
+  }
 
  private:
+  Lamp& record_;
   LampDisc* disc_;
+  std::optional<bool> marked_;
 };
 
 class ProgressBarView final : public ControlView {
@@ -94,7 +122,8 @@ class StatusStrip final : public QWidget {
     while (Panels.size() < count) {
       auto* panel = new QLabel(this);
       panel->setTextFormat(Qt::PlainText);
-      panel->setIndent(4);
+      panel->setIndent(PanelMarginPixels);
+      panel->setContentsMargins(0, 0, PanelMarginPixels, 0);
       panel->setObjectName(QStringLiteral("%1.Panels(%2)").arg(objectName()).arg(Panels.size()));
       row_->addWidget(panel, 1);
       Panels.push_back(panel);

@@ -56,12 +56,15 @@ class ComboBoxView final : public ControlView {
 
   void Forget() override {
     ControlView::Forget();
+    // Their colours are the palette's.
+    items_.reset();
     listIndex_.reset();
   }
 
  protected:
   void ReflectOwn() override {
     if (HasPosted()) return;
+    ReflectTip();
     if (Changed(items_, record_.Items)) {
       ReflectItems();
       listIndex_.reset();
@@ -87,7 +90,18 @@ class ComboBoxView final : public ControlView {
       if (!item.ToolTip.empty()) {
         box_->setItemData(index, ShownText(item.ToolTip), Qt::ToolTipRole);
       }
+      if (item.Absent) {
+        box_->setItemData(index, QApplication::palette().color(QPalette::Disabled, QPalette::Text),
+                          Qt::ForegroundRole);
+      }
     }
+  }
+  // What the closed list says: of the chosen entry, else of the list.
+  void ReflectTip() {
+    const auto index = static_cast<std::size_t>(record_.ListIndex);
+    const bool chosen = record_.ListIndex >= 0 && index < record_.Items.size();
+    const std::string own = chosen ? record_.Items[index].ToolTip : "";
+    if (Changed(tip_, own.empty() ? record_.ToolTip : own)) box_->setToolTip(ShownText(*tip_));
   }
   bool PostChoice(int index) {
     return Post([this, self = QPointer<ControlView>(this), &record = record_, index] {
@@ -111,6 +125,7 @@ class ComboBoxView final : public ControlView {
   QuietComboBox* box_;
   std::optional<std::vector<ListItem>> items_;
   std::optional<int> listIndex_;
+  std::optional<std::string> tip_;
   // The widget has told of a change whose choice may follow in the same breath.
   bool changed_ = false;
 };

@@ -30,10 +30,10 @@ struct SchemeColours {
 
 constexpr SchemeColours LightColours{0xfff2f3f5, 0xff1b1f24, 0xffffffff, 0xfff6f7f9,
                                      0xffe6e8eb, 0xff1f6fb5, 0xffffffff, 0xff1261a6,
-                                     0xff8a929b, 0xfffffbe6, 0xff7a828b};
+                                     0xff5f6770, 0xfffffbe6, 0xff6a727b};
 constexpr SchemeColours DarkColours{0xff30343a, 0xffe6e9ed, 0xff1d2024, 0xff24272c,
                                     0xff3c424a, 0xff2f7fc4, 0xffffffff, 0xff6cb4ef,
-                                    0xff7b838d, 0xff3a3f46, 0xff8a929b};
+                                    0xffa6aeb8, 0xff3a3f46, 0xff8a929b};
 
 QPalette PaletteOf(const SchemeColours& colours) {
   QPalette palette(QColor(colours.Button), QColor(colours.Window));
@@ -133,9 +133,9 @@ void ApplyLook(QApplication& application) {
   QToolTip::setFont(font);
   QApplication::setWindowIcon(ProgramIcon("gainsmith"));
   ApplyScheme(desktops);
-  AskDesktopForDark([](bool dark) {
-    if (dark && PresentScheme() == Scheme::Light) ApplyScheme(Scheme::Dark);
-  });
+  const auto apply = [](bool dark) { ApplyScheme(dark ? Scheme::Dark : Scheme::Light); };
+  // At first "no preference" leaves what Qt's own palette says.
+  FollowDesktopScheme([apply](bool dark) { return dark ? apply(true) : void(); }, apply);
 }
 
 void ApplyScheme(Scheme scheme) {

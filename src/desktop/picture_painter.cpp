@@ -9,7 +9,9 @@
 #include <optional>
 #include <utility>
 
+#include "desktop/look.h"
 #include "desktop/record_values.h"
+#include "host/qt_text.h"
 
 namespace gainsmith {
 namespace {
@@ -19,15 +21,18 @@ constexpr QRgb DivisionColour = 0xff263039;
 constexpr QRgb CentreColour = 0xff43505c;
 // A little more than a pixel keeps slanted antialiased strokes as bright as level ones.
 constexpr double PenWidthPerPixel = 1.25;
+constexpr double ThinnestPen = 1.5;
+constexpr double TextMarginPixels = 4;
+constexpr float NameGroundOpacity = 0.7F;
+
+QPointF Place(float x, float y, const PictureScale& scale, const QRectF& area) {
+  return {area.left() + (double{x} - scale.Left) / scale.Width * area.width(),
+          area.top() + (double{y} - scale.Top) / scale.Height * area.height()};
+}
 
 std::optional<QLineF> Place(const PictureLine& line, const QRectF& area) {
-  const auto x = [&](float value) {
-    return area.left() + (double{value} - line.Scale.Left) / line.Scale.Width * area.width();
-  };
-  const auto y = [&](float value) {
-    return area.top() + (double{value} - line.Scale.Top) / line.Scale.Height * area.height();
-  };
-  const QLineF segment(x(line.X1), y(line.Y1), x(line.X2), y(line.Y2));
+  const QLineF segment(Place(line.X1, line.Y1, line.Scale, area),
+                       Place(line.X2, line.Y2, line.Scale, area));
   const bool finite = std::isfinite(segment.x1()) && std::isfinite(segment.y1()) &&
                       std::isfinite(segment.x2()) && std::isfinite(segment.y2());
   return finite ? std::optional(segment) : std::nullopt;
@@ -59,7 +64,7 @@ bool SamePen(const PictureLine& a, const PictureLine& b) {
 
 QPen PenOf(const PictureLine& line) {
   QPen pen(FixedColour(line.Color).value_or(QColor(Qt::white)));
-  pen.setWidthF(line.WidthPixels * PenWidthPerPixel);
+  pen.setWidthF(std::max(line.WidthPixels * PenWidthPerPixel, ThinnestPen));
   pen.setStyle(line.Dotted ? Qt::DotLine : Qt::SolidLine);
   // Closes the gap on the outside of a bend, where one line ends and the next begins.
   pen.setCapStyle(line.Dotted ? Qt::FlatCap : Qt::SquareCap);
@@ -146,6 +151,66 @@ void PaintLines(QPainter& painter, const QRectF& area, const std::vector<Picture
   }
   finish();
   painter.restore();
+}
+
+void PaintAxisTexts(QPainter& painter, const QRectF& area, const std::vector<PictureText>& texts) {
+  const QFontMetricsF metrics(painter.font());
+  for (const PictureText& text : texts) {
+    if (text.At == PictureText::Place::TraceEnd) continue;
+    const QString shown = ToQt(text.Text);
+    const QPointF point = Place(text.X, text.Y, text.Scale, area);
+    QRectF place(QPointF(), QSizeF(metrics.horizontalAdvance(shown), metrics.height()));
+    place.moveCenter(point);
+    if (text.At == PictureText::Place::RightEdge) {
+      // On its line, not across it.
+      place.moveBottomRight({area.right() - TextMarginPixels, point.y()});
+    }
+    if (text.At == PictureText::Place::LowerEdge) place.moveBottom(area.bottom());
+    painter.setPen(FixedColour(text.Color).value_or(QColor(Qt::white)));
+    painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, shown);
+  }
+}
+
+void PaintNames(QPainter& painter, const QRectF& area, const std::vector<PictureText>& texts,
+                const QColor& ground) {
+  const QFontMetricsF metrics(painter.font());
+  QColor veil = ground;
+  veil.setAlphaF(NameGroundOpacity);
+  double right = area.right() - TextMarginPixels;
+  for (const PictureText& text : texts) {
+    if (text.At != PictureText::Place::RightEdge) continue;
+    const double width = metrics.horizontalAdvance(ToQt(text.Text));
+    right = std::min(right, area.right() - width - 3 * TextMarginPixels);
+  }
+  // From above, so that they stand in the order of their traces.
+  std::vector<std::pair<double, const PictureText*>> names;
+  for (const PictureText& text : texts) {
+    if (text.At != PictureText::Place::TraceEnd) continue;
+    const double y = Place(text.X, text.Y, text.Scale, area).y();
+    names.emplace_back(std::isfinite(y) ? y : area.top(), &text);
+  }
+  std::stable_sort(names.begin(), names.end(),
+                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::vector<QRectF> taken;
+  for (const auto& [y, text] : names) {
+    const QString shown = ToQt(text->Text);
+    QRectF place(QPointF(), QSizeF(metrics.horizontalAdvance(shown), metrics.height()));
+    place.moveRight(right);
+    // Above the trace, or as far from there as the names before it and the edges ask for.
+    const double highest = area.top();
+    const double lowest = area.bottom() - place.height();
+    place.moveTop(std::clamp(y - place.height() - 1, highest, lowest));
+    const auto free = [&] {
+      return std::none_of(taken.begin(), taken.end(),
+                          [&](const QRectF& other) { return other.intersects(place); });
+    };
+    while (!free() && place.top() < lowest) place.moveTop(std::min(place.top() + 1, lowest));
+    while (!free() && place.top() > highest) place.moveTop(std::max(place.top() - 1, highest));
+    taken.push_back(place);
+    painter.fillRect(place, veil);
+    painter.setPen(Readable(FixedColour(text->Color).value_or(QColor(Qt::white)), ground));
+    painter.drawText(place, Qt::AlignCenter | Qt::TextDontClip, shown);
+  }
 }
 
 }  // namespace gainsmith

@@ -18,4 +18,12 @@ void PaintGraticule(QPainter& painter, const QRectF& area, const QColor& ground)
 // that is not a number are left out.
 void PaintLines(QPainter& painter, const QRectF& area, const std::vector<PictureLine>& lines);
 
+// The texts of the axes, under the lines.
+void PaintAxisTexts(QPainter& painter, const QRectF& area, const std::vector<PictureText>& texts);
+
+// The names of the traces, over the lines, in colours that can be read on `ground`; none covers
+// another.
+void PaintNames(QPainter& painter, const QRectF& area, const std::vector<PictureText>& texts,
+                const QColor& ground);
+
 }  // namespace gainsmith

@@ -36,6 +36,7 @@ class PictureArea final : public QWidget {
   }
   QColor Ground;
   std::vector<PictureLine> Lines;
+  std::vector<PictureText> Texts;
   std::vector<PictureLine> Overlay;
   std::function<void(QMouseEvent&)> OnMouse;
 
@@ -64,7 +65,10 @@ class PictureArea final : public QWidget {
     ground_.setDevicePixelRatio(resolution);
     QPainter painter(&ground_);
     PaintGraticule(painter, rect(), Ground);
+    painter.setFont(font());
+    PaintAxisTexts(painter, rect(), Texts);
     PaintLines(painter, rect(), Lines);
+    PaintNames(painter, rect(), Texts, Ground);
   }
 
   QPixmap ground_;
@@ -116,6 +120,7 @@ class PictureBoxView final : public ControlView {
   void ReflectOwn() override {
     if (Changed(revision_, record_.Revision)) {
       area_->Lines = record_.Lines;
+      area_->Texts = record_.Texts;
       area_->DropGround();
     }
     if (area_->Overlay != record_.Overlay) {

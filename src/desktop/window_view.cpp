@@ -228,7 +228,12 @@ void WindowView::MoveToPlace() {
   }
   topLevel_->setFixedSize(place_->size());
   const QMargins frame = FrameMargins();
-  const QRect room = screen.marginsRemoved(frame);
+  QRect room = screen.marginsRemoved(frame);
+  if (host_.StripTop) {
+    QRect above = room;
+    above.setBottom(*host_.StripTop - 1 - frame.bottom());
+    if (above.height() >= place_->height()) room = above;
+  }
   const auto within = [](int wanted, int first, int last) {
     return std::max(first, std::min(wanted, last));
   };
@@ -263,6 +268,8 @@ void WindowView::TakeArea() {
   if (frame == nullptr || !topLevel_->isVisible()) return;
   frame->AreaWidthTwips = TwipsFromPixels(client_->width());
   frame->AreaHeightTwips = TwipsFromPixels(client_->height());
+  const int stripTop = client_->height() - PixelsFromTwips(frame->StripTwips);
+  host_.StripTop = client_->mapToGlobal(QPoint(0, stripTop)).y();
 }
 
 void WindowView::Detach() {

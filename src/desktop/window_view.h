@@ -21,6 +21,8 @@ struct ViewHost {
   InputQueue& Queue;
   // Records are being brought onto widgets: what widgets report meanwhile is not the user's doing.
   bool Reflecting = false;
+  // Top edge of the main window's strip on the screen, in pixels.
+  std::optional<int> StripTop = {};
   // Dialogs on the screen. They are children of a window that may be closed behind them, so no
   // window is deleted meanwhile.
   int Dialogs = 0;

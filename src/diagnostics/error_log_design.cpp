@@ -55,7 +55,7 @@ void Form4::DesignBoard() {
     lamp.Parked = bit >= ErrorKinds;
     if (lamp.Parked) continue;
     lamp.AccessibleName = std::string(KindCaptions[static_cast<std::size_t>(bit)]) + ", entry " +
-                          std::to_string(entry);
+                          std::to_string(entry) + (entry == 0 ? ", the newest" : "");
     lamp.Place(BoardLeftTwips + entry * ColumnPitchTwips, BoardTopTwips + bit * RowPitchTwips,
                LampTwips, LampTwips);
   }
@@ -63,6 +63,8 @@ void Form4::DesignBoard() {
     Label& label = Add(Label2[entry], "Label2", entry);
     label.Caption = std::to_string(entry);
     label.Alignment = TextAlignment::Centre;
+    if (entry == 0) label.ToolTip = "The newest entry";
+    if (entry + 1 == ErrorLogEntries) label.ToolTip = "The oldest entry";
     label.Place(BoardLeftTwips + static_cast<int>(entry) * ColumnPitchTwips, ColumnCaptionTopTwips,
                 LampTwips, 300);
   }

@@ -5,6 +5,7 @@ namespace gainsmith {
 namespace {
 
 constexpr int LampDarkMs = 200;
+constexpr const char* NewestTip = "The newest entry";
 
 }  // namespace
 
@@ -41,8 +42,8 @@ void Form4::ShowEntry(int entry, std::uint16_t word) {
     const bool present = (word >> bit & 1) != 0;
     Lamp& lamp = Shape1[static_cast<std::size_t>(entry * BitsPerEntry + bit)];
     lamp.BackColor = present ? ErrorPresent : ErrorAbsent;
-    // For eyes that do not tell red from green.
-    lamp.ToolTip = present ? lamp.AccessibleName : "";
+    lamp.Marked = present;
+    lamp.ToolTip = present ? lamp.AccessibleName : entry == 0 ? NewestTip : "";
   }
 }
 
@@ -83,6 +84,7 @@ bool Form4::Form_Unload() {
   // The next visit knows nothing before it has read, whatever drive it may find.
   for (Lamp& lamp : Shape1) {
     lamp.BackColor = DefaultColour;
+    lamp.Marked = false;
     lamp.ToolTip.clear();
   }
   return true;

@@ -24,6 +24,7 @@ bool Link::OpenPort() {
   ++frameNumber_;
   ++portSession_;
   lastWrites_.clear();
+  held_.clear();
   known_ = {};
   return true;
 }
@@ -191,6 +192,19 @@ void Link::NoteWrite(const Word& word) {
   }
 }
 
+void Link::NoteHeld(const Word& word) {
+  const std::pair place(word.Address, word.Target);
+  if (word.Function == Function::Read) {
+    if (word.Value == 1) held_[place] = Raw();
+    return;
+  }
+  const std::uint16_t now = PackWord(word.Value).value();
+  const auto before = held_.find(place);
+  const bool changed = before == held_.end() || before->second != now;
+  held_[place] = now;
+  OnTaken(word.Target, changed);
+}
+
 Sent Link::End(const Word& word, Sent sent, int frames) {
   if (sent == Sent::Lost) {
     // A handler inside may have been refused a value of its own.
@@ -206,7 +220,7 @@ Sent Link::End(const Word& word, Sent sent, int frames) {
       lastWrites_[word.Target].Word == word.Number) {
     command->second.Acknowledged = true;
   }
-  if (word.Function == Function::Write) OnTaken(word.Target);
+  NoteHeld(word);
   return sent;
 }
 

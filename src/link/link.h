@@ -12,6 +12,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "link/errand.h"
@@ -145,9 +146,10 @@ class Link {
   // Counts the openings of the port: what was known of a drive ends with each.
   std::uint64_t PortSession() const { return portSession_; }
 
-  // Told of each write that the drive has taken, and of each exchange that was lost with nothing
-  // refused. May neither wait nor show anything.
-  std::function<void(Register reg)> OnTaken = [](Register) {};
+  // Told of each write that the drive has taken, with whether the register is known to have held
+  // that word before; and of each exchange that was lost with nothing refused. May neither wait nor
+  // show anything.
+  std::function<void(Register reg, bool changed)> OnTaken = [](Register, bool) {};
   std::function<void(Function function, Register reg, int frames)> OnLost = [](Function, Register,
                                                                                int) {};
 
@@ -188,6 +190,7 @@ class Link {
   // One request and its reply.
   Outcome Attempt(const Word& word, const ExchangeOptions& options);
   void NoteWrite(const Word& word);
+  void NoteHeld(const Word& word);
   Sent End(const Word& word, Sent sent, int frames);
   // The wait that closes a good exchange. Its reply is still the caller's afterwards, whatever ran
   // inside the wait.
@@ -206,6 +209,8 @@ class Link {
   // Errands under way by what they are of.
   std::array<int, 3> errands_{};
   std::map<Register, LastWrite> lastWrites_;
+  // By device and register: the word that was read or written last.
+  std::map<std::pair<std::uint8_t, Register>, std::uint16_t> held_;
   LineKnowledge known_;
   // The errand that told of a lost link; 0 once the drive has answered since.
   std::uint64_t lossTeller_ = 0;

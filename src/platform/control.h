@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace gainsmith {
@@ -170,8 +171,10 @@ struct OptionButton : Control {
 struct ListItem {
   std::string Text;
   int ItemData = 0;
-  // Shown as the entry's own tool tip.
+  // Shown as the entry's own tool tip, and as the list's while the entry is chosen.
   std::string ToolTip;
+  // Drawn grey: there is nothing behind it. It can be chosen all the same.
+  bool Absent = false;
   bool operator==(const ListItem&) const = default;
 };
 
@@ -225,7 +228,7 @@ struct PictureLine {
   float X2 = 0;
   float Y2 = 0;
   Colour Color = 0;
-  // Pen width in pixels, and whether the pen is dotted.
+  // Pen width in pixels, and whether the pen is dotted. The thinnest is shown half as wide again.
   int WidthPixels = 1;
   bool Dotted = false;
   // The user scale in force when the line was drawn, so that it can be painted at any size.
@@ -233,13 +236,29 @@ struct PictureLine {
   bool operator==(const PictureLine&) const = default;
 };
 
+// A text on a picture: the name of a trace, at the right at the height of the trace's end and clear
+// of all other texts; or a label of an axis, at the right edge on the height Y or at the lower edge
+// at X, under the lines.
+struct PictureText {
+  enum class Place { TraceEnd, RightEdge, LowerEdge };
+  Place At = Place::TraceEnd;
+  float X = 0;
+  float Y = 0;
+  std::string Text;
+  Colour Color = 0;
+  PictureScale Scale;
+  bool operator==(const PictureText&) const = default;
+};
+
 struct PictureBox : Control {
   PictureBox() : Control(ControlKind::PictureBox) {}
   PictureScale Scale;
   int DrawWidth = 1;
   bool DrawDotted = false;
-  // Lines drawn since the last Cls, in drawing order. Change them through Cls and Line only.
+  // Lines and texts drawn since the last Cls, in drawing order. Change them through Cls, Line and
+  // Write only.
   std::vector<PictureLine> Lines;
+  std::vector<PictureText> Texts;
   // Lines over the picture that are not part of it (the rubber band), in the picture's present
   // scale; empty: none is shown.
   std::vector<PictureLine> Overlay;
@@ -248,6 +267,11 @@ struct PictureBox : Control {
 
   void Cls() {
     Lines.clear();
+    Texts.clear();
+    ++Revision;
+  }
+  void Write(PictureText::Place at, float x, float y, std::string text, Colour colour) {
+    Texts.push_back({at, x, y, std::move(text), colour, Scale});
     ++Revision;
   }
   void Line(float x1, float y1, float x2, float y2, Colour colour) {
@@ -264,9 +288,11 @@ struct PictureBox : Control {
   std::function<std::string()> OnCopy;
 };
 
-// A round signal lamp in its BackColor.
+// A round signal lamp in its BackColor. One that is not visible is out: its dim socket stays.
 struct Lamp : Control {
   Lamp() : Control(ControlKind::Lamp) {}
+  // Carries a mark, for eyes that do not tell its colour from another's.
+  bool Marked = false;
 };
 
 struct ProgressBar : Control {

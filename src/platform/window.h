@@ -141,6 +141,9 @@ struct FrameWindow : Window {
   // Size of the area below the bars as it is on the screen, kept by World; 0 before the first show.
   int AreaWidthTwips = 0;
   int AreaHeightTwips = 0;
+  // Height of the strip along the bottom edge of that area. Windows that fit above it are moved, on
+  // the screen only, so that it stays in view.
+  int StripTwips = 0;
 };
 
 }  // namespace gainsmith

@@ -28,6 +28,7 @@ void sysConfigFrm::Design() {
   DesignMotorConstants();
   DesignGearAndOthers();
   DesignAnalog();
+  ExplainFields();
 
   Add(cmdOK, "cmdOK").Caption = "OK";
   cmdOK.Place(6900, ButtonRowTwips, 1350, 420);
@@ -196,6 +197,22 @@ void sysConfigFrm::DesignGearAndOthers() {
   }
   Add(Check2, "Check2", &Frame4).Caption = "  滤波使能";
   Park({&Check2});
+}
+
+// What each field in sight takes; the parked ones commit on their own.
+void sysConfigFrm::ExplainFields() {
+  const std::string withOk = "OK writes it; Download to Drive stores it";
+  const auto explain = [&](Control& field, const std::string& takes) {
+    field.ToolTip = takes + ".\n" + withOk;
+  };
+  explain(cboMotorPolePair, "2 to 65535");
+  explain(txtMaxCurrent, "Amperes, 1 to 16");
+  explain(txtRatedCurrent, "Amperes, 0.35 to 6");
+  explain(Text1[Numerator], "1 to 255");
+  explain(Text1[Denominator], "1 to 255");
+  explain(Text1[EncoderResolution], "Pulses per motor revolution, 400 to 60000");
+  explain(Text1[FollowingErrorLimit], "Pulses, 0 to 65535");
+  for (OptionButton& option : Option1) option.ToolTip = withOk;
 }
 
 void sysConfigFrm::DesignAnalog() {

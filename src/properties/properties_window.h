@@ -139,6 +139,7 @@ struct sysConfigFrm : Window {
   void DesignMotorConstants();
   void DesignGearAndOthers();
   void DesignAnalog();
+  void ExplainFields();
   void Wire();
 
   // What a read of the load gave.

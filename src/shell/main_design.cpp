@@ -104,6 +104,7 @@ void MDIForm1::DesignClientArea() {
 }
 
 void MDIForm1::DesignStrip() {
+  StripTwips = 390;
   constexpr Colour LineColour = Rgb(0x8A, 0x92, 0x9B);
   for (std::size_t i = 0; i < lblStrip.size(); ++i) {
     Add(linStrip[i], "linStrip", i).Border = false;
@@ -115,7 +116,6 @@ void MDIForm1::DesignStrip() {
 }
 
 void MDIForm1::PlaceClientArea() {
-  constexpr int StripTwips = 390;
   const int width = AreaWidthTwips > 0 ? AreaWidthTwips : ClientWidthTwips;
   const int height = AreaHeightTwips > 0 ? AreaHeightTwips : ClientHeightTwips;
   const int bottom = height - StripTwips;
@@ -164,7 +164,7 @@ void MDIForm1::PlaceStrip(int widthTwips, int topTwips) {
   constexpr int LineTwips = 15;
   constexpr int TextTwips = 345;
   constexpr int BarTwips = 60;
-  constexpr std::array<int, 5> Shares{280, 262, 252, 118, 88};
+  constexpr std::array<int, 5> Shares{280, 256, 243, 129, 92};
   linStrip[0].Place(0, topTwips, widthTwips, LineTwips);
   int share = 0;
   for (std::size_t i = 0; i < lblStrip.size(); ++i) {
@@ -172,9 +172,11 @@ void MDIForm1::PlaceStrip(int widthTwips, int topTwips) {
     share += Shares[i];
     const int right = widthTwips * share / 1000;
     if (i > 0) linStrip[i].Place(left, topTwips + 60, LineTwips, TextTwips - 60);
-    lblStrip[i].Place(left + LineTwips, topTwips + LineTwips, right - left - LineTwips, TextTwips);
-    if (&lblStrip[i] != &lblActivity) continue;
-    prgActivity.Place(left + 90, topTwips + TextTwips - 45, right - left - 180, BarTwips);
+    const bool activity = &lblStrip[i] == &lblActivity;
+    lblStrip[i].Place(left + LineTwips, topTwips + LineTwips, right - left - LineTwips,
+                      activity ? TextTwips - BarTwips - LineTwips : TextTwips);
+    if (!activity) continue;
+    prgActivity.Place(left + 90, topTwips + TextTwips - BarTwips, right - left - 180, BarTwips);
   }
 }
 

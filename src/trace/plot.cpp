@@ -14,6 +14,24 @@ constexpr PictureScale WholeTrace{.Left = 0, .Top = 400, .Width = 200.4F, .Heigh
 constexpr Colour Green = 32768;
 constexpr double MaPerAmpere = 1000;
 
+// The signals that a drive records, and what is worked out of them.
+const char* NameOf(Signal signal) {
+  switch (signal) {
+    case Signal::PErr:
+      return "Position error";
+    case Signal::PBak:
+      return "Position feedback";
+    case Signal::PRef:
+      return "Position reference";
+    case Signal::VBak:
+      return "Velocity";
+    case Signal::IBak:
+      return "Current";
+    default:
+      return "";
+  }
+}
+
 void SetCaptions(LabelColumn& column, const AxisTexts& texts) {
   for (std::size_t i = 0; i < column.size(); ++i) column[i].Caption = texts[i];
 }
@@ -171,6 +189,9 @@ void Plot::DrawTrace(Signal signal) {
     const auto x = static_cast<float>(i);
     Picture1.Line(x, plot[at], x + 1, plot[at + 1], colour);
   }
+  const int last = std::clamp(end, 0, ChannelSamples - 1);
+  Picture1.Write(PictureText::Place::TraceEnd, static_cast<float>(last),
+                 plot[static_cast<std::size_t>(last)], NameOf(signal), colour);
 }
 
 void Plot::ShowSpectrum() {

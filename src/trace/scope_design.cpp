@@ -55,6 +55,7 @@ void Form5::BuildDesign() {
   Add(Label2, "Label2", &Frame1).Caption = "TraceTime:";
   Label2.Place(7185, RowTopTwips, 1275, RowHeightTwips);
   Add(Combo1, "Combo1", &Frame1).AccessibleName = "TraceTime:";
+  Combo1.ToolTip = "How much time a recording of 200 samples spans.\nSent at Start";
   Combo1.Place(8520, RowTopTwips, 1320, RowHeightTwips);
   Add(Command1, "Command1", &Frame1).Place(10680, RowTopTwips, 1335, 375);
   Add(Check2, "Check2", &Frame1).Caption = "frequency characteristics";

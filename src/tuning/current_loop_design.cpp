@@ -1,4 +1,6 @@
 // Form1: its design.
+#include <string>
+
 #include "trace/plot_design.h"
 #include "tuning/current_loop_window.h"
 
@@ -62,7 +64,10 @@ void Form1::BuildDesign() {
     text.AccessibleName = place.Caption;
     text.Place(place.FieldLeftTwips, FieldRowTopTwips, 1260, RowTwips);
   }
-  Text1[TestCurrent].ToolTip = "Amperes";
+  constexpr const char* WhenSent = ".\nTest sends it; Download to Drive stores it";
+  Text1[Kp].ToolTip = std::string("Above 0, up to 65535") + WhenSent;
+  Text1[Ki].ToolTip = std::string("0 to 32767") + WhenSent;
+  Text1[TestCurrent].ToolTip = "Amperes, above 0, up to 5.\nTest sends it";
 
   Add(cmdTest, "cmdTest").Caption = "Test";
   cmdTest.Place(8400, FieldRowTopTwips - 75, 1440, 495);

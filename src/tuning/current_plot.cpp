@@ -15,6 +15,8 @@ constexpr Colour TestCurrentColour = Rgb(243, 81, 33);
 // The band's own colour all but vanishes on a dark ground; this one goes over it.
 constexpr Colour BandOverlayColour = Rgb(255, 255, 255);
 
+constexpr Colour AxisColour = Rgb(154, 165, 177);
+
 constexpr int TracePenPixels = 2;
 constexpr float SmallestSpanSamples = 5;
 constexpr float SmallestSpanA = 0.005F;
@@ -118,6 +120,29 @@ void CurrentPlot::Redraw(PictureBox& picture) {
   picture.Line(left, 0, right, 0, ZeroLineColour);
   picture.Line(left, TestCurrent, right, TestCurrent, TestCurrentColour);
   picture.DrawWidth = TracePenPixels;
+  WriteAxes(picture);
+  picture.Write(PictureText::Place::TraceEnd, right, TestCurrent, "Test current",
+                TestCurrentColour);
+}
+
+// At the lines between the ten divisions.
+void CurrentPlot::WriteAxes(PictureBox& picture) const {
+  constexpr int Divisions = 10;
+  const PictureScale view = picture.Scale;
+  const int decimals = -view.Height >= 1 ? 2 : -view.Height >= 0.1F ? 3 : 5;
+  for (int i = 1; i < Divisions; ++i) {
+    const float part = static_cast<float>(i) / Divisions;
+    const float amperes = view.Top + view.Height * part;
+    const float sample = view.Left + view.Width * part;
+    picture.Write(PictureText::Place::RightEdge, view.Left, amperes,
+                  FixedText(static_cast<double>(amperes), decimals) + (i == 1 ? " A" : ""),
+                  AxisColour);
+    if (i % 2 != 0) continue;
+    picture.Write(
+        PictureText::Place::LowerEdge, sample, view.Top,
+        FixedText(static_cast<double>(sample), 1) + (i + 2 == Divisions ? " samples" : ""),
+        AxisColour);
+  }
 }
 
 void CurrentPlot::DrawTrace(PictureBox& picture) const {

@@ -66,6 +66,7 @@ struct CurrentPlot {
 
   void ZoomIn(float spanX, float spanY);
   void DrawTrace(PictureBox& picture) const;
+  void WriteAxes(PictureBox& picture) const;
   void DrawRubberBand(PictureBox& picture) const;
 
   // Number of the trace shown; 0: none.

@@ -31,6 +31,11 @@ inline void AddField(Window& window, Label& label, TextBox& text, const FieldPla
   text.Place(place.FieldLeftTwips, place.TopTwips, place.FieldWidthTwips, FieldHeightTwips);
 }
 
+// The tool tip of a gain that a Start sends: what it takes, and when it goes to the drive.
+inline void ExplainGain(TextBox& text, const std::string& takes) {
+  text.ToolTip = takes + ".\nSent at Start if changed; Download to Drive stores it";
+}
+
 // A channel's check box with its colour button to the right.
 struct ChannelPlace {
   int CheckIndex;

@@ -47,6 +47,11 @@ constexpr ChannelPlace Channels[] = {
     {Form3::PErr, 0, "Position Error", 1950, 1890, RowTwips[2]},
 };
 
+constexpr const char* AnyWord = "0 to 65535";
+constexpr const char* PositiveWord = "Above 0, up to 65535";
+constexpr const char* PositiveCount = "Above 0, up to 32767";
+constexpr const char* WithStart = ".\nSent at Start";
+
 constexpr Colour FirstRunColour = 0x00C000;
 constexpr const char* PositionGroup = "Position Loop Settings";
 constexpr const char* VelocityGroup = "Velocity Loop Settings";
@@ -68,11 +73,37 @@ void Form3::BuildDesign() {
   AddGainFrames();
   Add(Command1[MainStart], "Command1(3)", &Frame2).Place(10800, 8340, 1455, 615);
   AddPages();
+  AddFieldTips();
   Add(StatusBar1, "StatusBar1");
 
   DataSource.IntervalMs = 50;
   err.IntervalMs = 1000;
   Timers = {&DataSource, &err};
+}
+
+// What each field takes, and when it goes to the drive.
+void Form3::AddFieldTips() {
+  for (const GroupedGain& gain : Gains) {
+    const int index = gain.Place.Index;
+    const bool positive = index == PositionKp || index == LowPositionKp;
+    ExplainGain(Text1[static_cast<std::size_t>(index)], positive ? PositiveWord : AnyWord);
+  }
+  ExplainGain(Text5, AnyWord);
+  const auto explain = [this](Field field, const std::string& what) {
+    Text1[field].ToolTip = what + WithStart;
+  };
+  explain(Velocity, std::string("Rpm. ") + PositiveWord);
+  explain(Acceleration, std::string("Revolutions per second, per second. ") + PositiveWord);
+  explain(Distance, "Pulses. 1 to 2147483647");
+  explain(Interval, std::string("Milliseconds. ") + PositiveCount);
+  explain(RepeatTimes, std::string("Moves forth and back. ") + PositiveCount);
+  for (const Field field : {LowKvff, LowKaff}) {
+    Text1[field].ToolTip = "The value in the drive.\nOnly shown: this window does not send it";
+  }
+  constexpr const char* JogSent = ".\nEnter sends it now; so does each press of CW and CCW";
+  Text2.ToolTip = std::string("Rpm, above 0") + JogSent;
+  Text3.ToolTip = std::string("Revolutions per second, per second, above 0") + JogSent;
+  Combo1.ToolTip = std::string("How much time a recording of 200 samples spans") + WithStart;
 }
 
 void Form3::AddMotionAndScopeFrames() {

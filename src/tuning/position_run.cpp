@@ -13,7 +13,10 @@ constexpr int BeforeStopMs = 200;
 }  // namespace
 
 void Form3::ShowCaption(const char* caption) {
-  for (Button& button : Command1) button.Caption = caption;
+  for (Button& button : Command1) {
+    button.Caption = caption;
+    button.ToolTip.clear();
+  }
   Run.ShowPointer();
 }
 
@@ -201,6 +204,7 @@ void Form3::DataSource_Timer() {
   if (StoppedInTick(errand)) return;
   if (Run.ElapsedMs() > static_cast<double>(PositionTestMs)) {
     DataSource.Stop();
+    for (Button& button : Command1) button.ToolTip = RunScheme::PlanOverTip;
     return;
   }
   trace_.ShowRecordedChannels(Plot.Description.ChannelCount);

@@ -136,6 +136,7 @@ struct Form3 : Window {
   void AddGainFrames();
   void AddMotionAndScopeFrames();
   void AddPages();
+  void AddFieldTips();
   void ConnectEvents();
   // Texts, states and colours of a window just made.
   void ResetDesign();

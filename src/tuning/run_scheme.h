@@ -43,6 +43,8 @@ class RunScheme {
 
   static constexpr const char* StartCaption = "Start";
   static constexpr const char* StopCaption = "Stop";
+  // The button's tool tip when no further recording is taken and the button still says "Stop".
+  static constexpr const char* PlanOverTip = "Test over: press Stop";
 
   // --- State.
 

@@ -1,4 +1,6 @@
 // velocityModeTune: its design.
+#include <string>
+
 #include "trace/plot_design.h"
 #include "tuning/field_design.h"
 #include "tuning/velocity_window.h"
@@ -64,6 +66,20 @@ void velocityModeTune::BuildDesign() {
     AddChannel(*this, Check1[static_cast<std::size_t>(place.CheckIndex)],
                Command4[static_cast<std::size_t>(place.ButtonIndex)], place, &SSTab1, CurvePage);
   }
+
+  for (const Field field : {Vp, Vi, Kaff}) {
+    Text1[field].ToolTip = std::string(field == Vp ? "1 to 65535" : "0 to 65535") +
+                           ".\nEnter sends it now, Start if changed; Download to Drive stores it";
+  }
+  const auto explain = [this](Field field, const std::string& what) {
+    Text1[field].ToolTip = what + ".\nSent at Start; Enter keeps it for the next opening";
+  };
+  explain(TopSpeed, "Rpm, above 0");
+  explain(Acceleration, "Revolutions per second, per second, above 0");
+  explain(RunningTime, "Milliseconds, 1 to 2147483647");
+  explain(Interval, "Milliseconds, 1 to 32767");
+  explain(RepeatTimes, "Runs forth and back, 1 to 32767");
+  Combo1.ToolTip = "How much time a recording of 200 samples spans.\nSent at Start";
 
   Add(Command1, "Command1").Place(9240, 5280, 1335, 495);
   Add(StatusBar1, "StatusBar1");

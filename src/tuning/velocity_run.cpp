@@ -16,6 +16,7 @@ constexpr double UnrecordedMs = 2500;
 
 void velocityModeTune::ShowCaption(const char* caption) {
   Command1.Caption = caption;
+  Command1.ToolTip.clear();
   Run.ShowPointer();
 }
 
@@ -190,6 +191,7 @@ void velocityModeTune::DataSource_Timer() {
   if (link_.ErrandUnderWay()) return;
   if (Run.ElapsedMs() > static_cast<double>(VelocityTestMs) - UnrecordedMs) {
     DataSource.Stop();
+    Command1.ToolTip = RunScheme::PlanOverTip;
     return;
   }
   const RunScheme::Tick tick(Run);

@@ -97,6 +97,33 @@ TEST_F(PictureTest, OverlayComesAndGoesWithoutTouchingThePicture) {
   EXPECT_LT(pixel(75).green(), 100);
 }
 
+// Three traces end at the same height, one above the picture and one below it.
+TEST(PicturePainter, NamesOfTracesCoverNeitherEachOtherNorTheEdges) {
+  const QRectF area(0, 0, 400, 200);
+  std::vector<PictureText> texts;
+  for (const float y : {0.0F, 0.0F, 0.0F, 900.0F, -900.0F}) {
+    texts.push_back({PictureText::Place::TraceEnd, 100, y, "Name", Red, {0, 400, 100, -800}});
+  }
+  const auto rowsWithInk = [&](int count) {
+    QImage image(400, 200, QImage::Format_RGB32);
+    image.fill(Qt::black);
+    QPainter painter(&image);
+    painter.setFont(QApplication::font());
+    PaintNames(painter, area, {texts.begin(), texts.begin() + count}, Qt::black);
+    painter.end();
+    int rows = 0;
+    for (int y = 0; y < image.height(); ++y) {
+      int ink = 0;
+      for (int x = 0; x < image.width(); ++x) ink += image.pixelColor(x, y).red() > 100;
+      rows += ink > 0;
+    }
+    return rows;
+  };
+  const int one = rowsWithInk(1);
+  ASSERT_GT(one, 5);
+  for (int count = 2; count <= 5; ++count) EXPECT_EQ(rowsWithInk(count), count * one) << count;
+}
+
 struct CopyTest : Desk {
   CopyTest() {
     window.Add(field, "Text1").Place(150, 4050, 1500, 300);

@@ -128,6 +128,27 @@ TEST_F(ShownTest, WhatAHandlerRefusesLeavesTheScreen) {
   EXPECT_EQ(Shown(), initial);
 }
 
+TEST_F(ShownTest, AClosedListSaysWhatItsChosenEntryIs) {
+  list.ToolTip = "A list";
+  list.Items = {{"one", 1, "Adapter"}, {"two", 2, "", true}};
+  const auto tip = [&](int chosen) {
+    list.Choose(chosen);
+    driver.Settle();
+    return The<QComboBox>("Combo1").toolTip().toStdString();
+  };
+  EXPECT_EQ(tip(0), "Adapter");
+  EXPECT_EQ(tip(1), "A list");
+  const auto colour = [&](int item) {
+    return The<QComboBox>("Combo1").itemData(item, Qt::ForegroundRole);
+  };
+  EXPECT_FALSE(colour(0).isValid());
+  EXPECT_TRUE(colour(1).isValid()) << "grey";
+  driver.Choose("Form.Combo1", 0);
+  driver.Choose("Form.Combo1", 1);
+  driver.Settle();
+  EXPECT_EQ(list.Text, "two") << "and can be chosen";
+}
+
 // A screen reader or voice control works on the widgets without mouse and keys.
 TEST_F(ShownTest, WhatIsChangedThroughTheAccessibilityInterfacesIsHeld) {
   const auto of = [](QWidget& widget) { return QAccessible::queryAccessibleInterface(&widget); };

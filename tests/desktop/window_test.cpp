@@ -61,6 +61,19 @@ TEST_F(WindowTest, PicturesFollowTheSchemeAndTheScale) {
   }
 }
 
+// Gains are read while a test runs and their fields are disabled.
+TEST_F(WindowTest, DisabledTextsCanBeReadInEitherScheme) {
+  for (const Scheme scheme : {Scheme::Dark, Scheme::Light}) {
+    ApplyScheme(scheme);
+    const QPalette palette = QApplication::palette();
+    const QColor text = palette.color(QPalette::Disabled, QPalette::Text);
+    for (const auto ground : {QPalette::Window, QPalette::Base, QPalette::Button}) {
+      EXPECT_EQ(Readable(text, palette.color(QPalette::Disabled, ground)), text) << ground;
+    }
+    EXPECT_NE(text, palette.color(QPalette::Active, QPalette::Text));
+  }
+}
+
 TEST_F(WindowTest, WhatIsClippedOrOverlapsIsFound) {
   Show();
   EXPECT_EQ(LayoutFaults(*driver.Find("Form")), Lines{});

@@ -43,7 +43,10 @@ struct ErrorLogBench {
   }
   // Lamps that are dark now, and those of a colour.
   Indices Dark() const { return Lamps(&Lamp::Visible, false); }
-  Indices Red() const { return Lamps(&Lamp::BackColor, Colour{255}); }
+  Indices Red() const {
+    EXPECT_EQ(Lamps(&Lamp::Marked, true), Lamps(&Lamp::BackColor, Colour{255}));
+    return Lamps(&Lamp::BackColor, Colour{255});
+  }
   std::size_t Unread() const { return Lamps(&Lamp::BackColor, DefaultColour).size(); }
   template <typename Member, typename Value>
   Indices Lamps(Member member, Value value) const {

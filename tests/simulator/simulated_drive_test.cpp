@@ -170,17 +170,16 @@ TEST(SimulatedDrive, TellsOfCommandsFaultsAndErrors) {
                                       "write 0 = 1000", "fault bad-crc", "error phase",
                                       "bad request 01 03 00 00 00 01 FF 00"}));
   // The current step had taken the power off.
-  host.Write(Reg::PositionCommand, 1);
-  host.Write(Reg::PositionCommand, 1);
-  host.Write(Reg::ErrorLog, 1);
-  host.Drive.PlugEncoder(true, host.Now);
-  host.Write(Reg::PositionCommand, 1);
-  EXPECT_EQ(host.Drive.TakeEvents(),
-            (std::vector<std::string>{
-                "write 9 = 1: position command",
-                "trip encoder-loss: no power until reset or erased", "error encoder",
-                "write 9 = 1: position command", "motion refused after trip encoder-loss",
-                "write 16 = 1: erase errors", "write 9 = 1: position command"}));
+  for (const auto& [reg, value] :
+       {std::pair{Reg::PositionCommand, 1}, {Reg::PositionCommand, 1}, {Reg::ErrorLog, 1}}) {
+    host.Write(reg, static_cast<std::uint16_t>(value));
+  }
+  EXPECT_EQ(
+      host.Drive.TakeEvents(),
+      (std::vector<std::string>{
+          "write 9 = 1: position command", "trip encoder-loss: no power until reset or erased",
+          "error encoder", "write 9 = 1: position command",
+          "motion refused after trip encoder-loss", "write 16 = 1: erase errors"}));
   EXPECT_TRUE(host.Drive.TakeEvents().empty());
 }
 

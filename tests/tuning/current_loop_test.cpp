@@ -92,6 +92,17 @@ TEST_F(CurrentLoopTest, TheWordsAreThoseOfTheClick) {
   EXPECT_EQ(frames, (Texts{"W 0=400", "W 1=500", "W 4=512", "W 2=1"}));
 }
 
+// The fields may have been changed since; the samples were not made with that.
+TEST_F(CurrentLoopTest, ACopyNamesWhatTheTraceWasMadeWith) {
+  Open(Window);
+  EXPECT_EQ(Picture.OnCopy(), "");
+  Click();
+  Window.Text1[Form1::Kp].Text = "7";
+  const std::string text = Picture.OnCopy();
+  EXPECT_TRUE(text.starts_with("Kp\t400\t\nKi\t500\t\nTest Current\t0.5\tA\nRise time")) << text;
+  EXPECT_NE(text.find("\n\nSample\tCurrent (A)\n0\t"), std::string::npos) << text;
+}
+
 TEST_F(CurrentLoopTest, ARefusedFieldStillFiresTheStepWithoutAPicture) {
   Open(Window);
   TakeFrames();

@@ -35,9 +35,7 @@ class Tour {
   void RunOnSmallScreen() {
     driver_.Play([this] {
       Connect();
-      Open("MnuCurrentLoop", "Form1");
-      Picture("Form1", "current-loop");
-      Close("Form1");
+      CurrentLoop();
       Open("mnuPositionLoop", "Form3");
       SingleMove();
       Picture("Form3", "position-loop");
@@ -49,9 +47,7 @@ class Tour {
       Open("sysConfig", "sysConfigFrm");
       Picture("sysConfigFrm", "properties");
       Close("sysConfigFrm");
-      Open("ErrCheck", "Form4");
-      Picture("Form4", "error-log");
-      Close("Form4");
+      ErrorLog();
       Open("mnuVelocityLoop", "velocityModeTune");
       Picture("velocityModeTune", "velocity-loop");
       Close("velocityModeTune");
@@ -70,8 +66,11 @@ class Tour {
       ParametersGrid();
       SmallWindows();
       Files();
+      ChangedAndStored();
+      SilenceInATest();
       Disconnect();
       UnpluggedInARead();
+      Troubles();
     });
   }
 
@@ -269,6 +268,64 @@ class Tour {
     Wait("the port to close", [this] { return driver_.TextOf("Form2.openPort") == "Open"; });
   }
 
+  std::string Strip(StripField field) {
+    std::string text;
+    driver_.OnGui([&] { text = tool_.mdiForm1.lblStrip[static_cast<std::size_t>(field)].Caption; });
+    return text;
+  }
+  void WaitForStrip(StripField field, const std::string& begin) {
+    Wait("the strip: " + begin, [&] { return Strip(field).starts_with(begin); });
+  }
+
+  // A test whose drive falls silent: its Stop is not heard, and the strip says what nobody knows.
+  void SilenceInATest() {
+    Open("mnuPositionLoop", "Form3");
+    Click("Form3.Command1(3)");
+    WaitForStrip(StripField::Motor, "Motor: test running");
+    TellDrive("fault silent");
+    Click("Form3.Command1(3)");
+    WaitForStrip(StripField::Motor, "⚠ commanded to run, state unknown");
+    WaitForStrip(StripField::Link, "⚠ no answer for ");
+    Wait("the end of the exchanges", [this] { return tool_.link.LinkIdle; });
+    TellDrive("fault none");
+    // A lost link closes it.
+    WaitForClosing("Form3");
+    Picture("MDIForm1", "main-motor-unknown");
+    // Once the drive answers, a test that is started and stopped tells that it stands.
+    Open("mnuPositionLoop", "Form3");
+    Click("Form3.Command1(3)");
+    Wait("Stop", [this] { return driver_.TextOf("Form3.Command1(3)") == "Stop"; });
+    Stop("Form3.Command1(3)");
+    WaitForStrip(StripField::Motor, "Motor: at rest");
+    Close("Form3");
+  }
+
+  void ChangedAndStored() {
+    Open("mnuPositionLoop", "Form3");
+    Type("Form3.Text1(0)", "900");
+    Click("Form3.Command1(3)");
+    Wait("Stop", [this] { return driver_.TextOf("Form3.Command1(3)") == "Stop"; });
+    Stop("Form3.Command1(3)");
+    Close("Form3");
+    WaitForStrip(StripField::Settings, "changed, not stored");
+    driver_.Click("MDIForm1.chkDifferences");
+    Picture("MDIForm1", "main-changed");
+    driver_.Click("MDIForm1.chkDifferences");
+    driver_.OnGui([this] { driver_.Dialogs.Answers = {MessageAnswer::Yes}; });
+    driver_.Menu("MDIForm1.mnuDownloadToDrive");
+    WaitForMessage("New configurations have been downloaded to drive successfully");
+    WaitForStrip(StripField::Settings, "stored");
+    Picture("MDIForm1", "main-stored");
+  }
+
+  void Troubles() {
+    driver_.Click("MDIForm1.lblStrip(4)");
+    Wait("the troubles", [this] { return driver_.IsShown("frmTroubles"); });
+    Picture("frmTroubles", "troubles");
+    Click("frmTroubles.cmdClose");
+    WaitForClosing("frmTroubles");
+  }
+
   void UnpluggedInARead() {
     Click("Form2.openPort");
     Wait("the read to begin", [this] {
@@ -362,14 +419,23 @@ class Tour {
 
   // A picture at 100 % in the light scheme; with all variants also at 200 %, and in the dark one.
   void Picture(const std::string& window, const std::string& file) {
+    // The service bench's menu is not the customers'.
+    ShowBenchMenu(window != "MDIForm1");
     CheckLayout(window);
     Save(window, file, 1);
-    if (!allVariants_) return;
+    if (allVariants_) SaveVariants(window, file);
+    ShowBenchMenu(true);
+  }
+  void SaveVariants(const std::string& window, const std::string& file) {
     Save(window, file + "-200", 2);
     driver_.OnGui([] { ApplyScheme(Scheme::Dark); });
     driver_.Settle();
     Save(window, file + "-dark", 1);
     driver_.OnGui([] { ApplyScheme(Scheme::Light); });
+    driver_.Settle();
+  }
+  void ShowBenchMenu(bool shown) {
+    driver_.OnGui([&] { tool_.benchMenu->mnuBench.Visible = shown; });
     driver_.Settle();
   }
 

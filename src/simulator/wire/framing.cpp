@@ -21,6 +21,7 @@ bool IsHigh(std::span<const std::uint8_t> bytes, double atBits) {
 }  // namespace
 
 std::vector<std::uint8_t> Reframe(std::span<const std::uint8_t> bytes, int fromBaud, int toBaud) {
+  if (fromBaud == toBaud) return {bytes.begin(), bytes.end()};
   std::vector<std::uint8_t> received;
   const double bitLength = static_cast<double>(fromBaud) / toBaud;
   const auto end = static_cast<double>(bytes.size() * BitsPerCharacter);

@@ -117,22 +117,6 @@ TEST(ServoCommands, ATripStopsTheMotorAndLatches) {
   }
 }
 
-TEST(ServoCommands, JammedMotorFallsBackToRatedCurrentAndThenFails) {
-  MotorPreset jammed = MotorPresets().front();
-  jammed.CoulombNm = 50;
-  ServoBench bench(jammed);
-  bench.Write(Reg::FollowingErrorLimit, 0);
-  bench.Load({});
-  bench.Command(Reg::PositionCommand, 1, 1000);
-  EXPECT_NEAR(bench.Motor.CurrentA(), 8.4, 0.2);
-  bench.PassMs(4000);
-  EXPECT_NEAR(bench.Motor.CurrentA(), 2.8, 0.1);
-  EXPECT_TRUE(bench.Trips.empty());
-  bench.PassMs(5000);
-  EXPECT_EQ(bench.Trips, Trips{Trip::Overload});
-  EXPECT_FALSE(bench.Motor.Moving());
-}
-
 // Each parameter rewritten with the value that it has, in full motion, against a twin that is left
 // alone.
 TEST(ServoCommands, AWriteThatChangesNothingMovesNothing) {

@@ -39,6 +39,10 @@ double CruiseRpm(ServoBench& bench) {
   bench.RunPositionTest({}, 30);
   return MeanOf(Part(bench.VelocityRpm(), 20, 130));
 }
+double CruiseA(ServoBench& bench) {
+  bench.RunPositionTest({}, 30);
+  return MeanOf(Part(bench.CurrentA(), 20, 130));
+}
 double RippleA(ServoBench& bench) {
   bench.RunVelocityTest(2);
   return SpreadOf(Part(bench.CurrentA(), 120, 200));
@@ -90,8 +94,8 @@ TEST(ServoGains, DoWhatTheTextbookSays) {
       {"factory gains follow", MovePulses, {}, 1, 25},
       {"and settle", PausePulses, {}, 0, 3},
       {"at the speed commanded", CruiseRpm, {}, 299, 301},
-      {"lag is speed over Kp", LagPulses, {{Kvff, 0}}, 238, 262},
-      {"Kp / 2", LagPulses, {{Kvff, 0}, {PositionKp, 400}}, 475, 525},
+      {"lag is speed over Kp", LagPulses, {{Kvff, 0}}, 249, 251},
+      {"Kp / 2", LagPulses, {{Kvff, 0}, {PositionKp, 400}}, 499, 501},
       {"Kvff", LagPulses, {}, -5, 5},
       {"Ki", LagPulses, {{Kvff, 0}, {PositionKi, 800}}, -5, 5},
       {"no Kd", EarlyLagPulses, {{Kvff, 0}, {Kaff, 0}}, 200, 250},
@@ -117,6 +121,7 @@ TEST(ServoGains, DoWhatTheTextbookSays) {
       {"high speed set", FastLagPulses, {{Kvff, 0}, {PositionKp, 400}}, 450, 550},
       {"not the low", FastLagPulses, {{Kvff, 0}, {LowPositionKp, 400}}, 225, 275},
 
+      {"friction", CruiseA, {}, 0.077, 0.081},  // 0.03 Nm and 3e-4 Nms of 31.4 rad/s over 0.5 Nm/A
       {"quiet", RippleA, {}, 0.001, 0.03},
       {"velocity Kp x 10 rings", RippleA, {{VelocityKp, 6000}}, 5, 25},
       {"step of the velocity", OvershootRpm, {}, 5, 20},

@@ -72,6 +72,7 @@ TEST(ServoModel, CurrentStepIsOfSecondOrder) {
   }
 }
 
+// Of the default motor.
 constexpr double InertiaKgM2 = 9 * 0.34e-4;
 constexpr double FrictionNm = 0.03;
 constexpr double ViscousNmS = 3e-4;
@@ -115,34 +116,6 @@ TEST(ServoModel, VelocityStepIsOfSecondOrder) {
     }
     EXPECT_LT(worstRpm / 100, test.Band);
   }
-}
-
-TEST(ServoModel, LagAndCurrentAreWhatTheEquationsSay) {
-  for (const int kp : {200, 800, 1600}) {
-    for (const int kvff : {0, 500}) {
-      ServoBench bench;
-      bench.Write(Reg::PositionKp, kp);
-      bench.Write(Reg::Kvff, kvff);
-      bench.Load({.Rpm = 300});
-      bench.Command(Reg::PositionCommand, 1, 3000);
-      const double pps = 300.0 / 60 * 4000;
-      EXPECT_NEAR(bench.Motor.PositionErrorPulses(), pps * (1 - kvff / 1000.0) / (kp * 0.1), 1);
-      const double frictionA = (FrictionNm + ViscousNmS * 300 / RpmPerRadPerS) / TorqueNmPerA;
-      double meanA = 0;
-      for (int i = 0; i < 200; ++i) {
-        bench.PassMs(1);
-        meanA += bench.Motor.CurrentA() / 200;
-      }
-      EXPECT_NEAR(meanA, frictionA, 0.005);
-    }
-  }
-  ServoBench bench;
-  bench.Load({.Rpm = 3000, .TurnsPerS2 = 100});
-  bench.Command(Reg::PositionCommand, 1, 300);
-  const double accelerationNm = InertiaKgM2 * 100 * 2 * std::numbers::pi;
-  const double viscousNm = ViscousNmS * 100 * 0.3 * 2 * std::numbers::pi;
-  EXPECT_NEAR(bench.Motor.CurrentA(), (accelerationNm + FrictionNm + viscousNm) / TorqueNmPerA,
-              0.04);
 }
 
 }  // namespace

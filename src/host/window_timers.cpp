@@ -1,5 +1,5 @@
 // WindowTimers: one bell for all timers, set to the one due first.
-#include "desktop/window_timers.h"
+#include "host/window_timers.h"
 
 #include <algorithm>
 #include <limits>
