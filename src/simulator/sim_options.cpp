@@ -162,7 +162,8 @@ std::string HelpText() {
          "  --seed N         seed of all noise; the same seed gives the same replies (1)\n"
          "  --motor NAME     what hangs on the shaft (" +
          std::string(MotorPresets().front().Name) + "):\n" + ListedMotors() +
-         "  --set NAME=VALUE another constant of the motor, behind --motor. NAMEs:\n" +
+         "  --set NAME=VALUE\n"
+         "                   another constant of the motor, behind --motor. NAMEs:\n" +
          Listed(MotorFieldNames(), ", ") +
          "  --fault FAULT    start with a fault, may be given more than once\n"
          "  --quiet          print the link, and nothing of what passes there\n"
