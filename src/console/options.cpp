@@ -3,6 +3,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "gainsmith_version.h"
+
 namespace gainsmith {
 namespace {
 
@@ -17,7 +19,7 @@ class CommandLine {
     app_.get_formatter()->label("SUBCOMMAND", "VERB");
     app_.get_formatter()->label("Subcommands", "Verbs");
     app_.get_formatter()->label("TEXT", "VALUE");
-    app_.set_version_flag("--version", "gainsmithctl " GAINSMITH_VERSION);
+    app_.set_version_flag("--version", std::string("gainsmithctl ") + ProgramVersion);
     app_.set_help_all_flag("--help-all", "This help and that of every verb");
     app_.require_subcommand(1);
     app_.fallthrough();

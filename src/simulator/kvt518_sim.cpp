@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "gainsmith_version.h"
 #include "simulator/sim_options.h"
 #include "simulator/simulated_drive.h"
 #include "simulator/wire/pseudo_terminal.h"
@@ -248,6 +249,10 @@ int main(int argc, char** argv) {
   }
   if (options->Help) {
     std::printf("%s", gainsmith::sim::HelpText().c_str());
+    return 0;
+  }
+  if (options->Version) {
+    std::printf("kvt518-sim %s\n", gainsmith::ProgramVersion);
     return 0;
   }
   gainsmith::sim::SetUpSignals();

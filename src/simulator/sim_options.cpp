@@ -23,6 +23,7 @@ std::optional<long> WholeNumber(std::string_view text, long least, long most) {
 // An option that takes no value.
 bool TakeSwitch(SimOptions& options, const std::string& name) {
   if (name == "--help" || name == "-h") return options.Help = true;
+  if (name == "--version") return options.Version = true;
   if (name == "--quiet") return options.Quiet = true;
   return false;
 }
@@ -161,11 +162,13 @@ std::string HelpText() {
          "  --seed N         seed of all noise; the same seed gives the same replies (1)\n"
          "  --motor NAME     what hangs on the shaft (" +
          std::string(MotorPresets().front().Name) + "):\n" + ListedMotors() +
-         "  --set NAME=VALUE another constant of the motor, behind --motor. NAMEs:\n" +
+         "  --set NAME=VALUE\n"
+         "                   another constant of the motor, behind --motor. NAMEs:\n" +
          Listed(MotorFieldNames(), ", ") +
          "  --fault FAULT    start with a fault, may be given more than once\n"
          "  --quiet          print the link, and nothing of what passes there\n"
          "  --help           this text\n"
+         "  --version        the version\n"
          "\n" +
          CommandHelpText() +
          "\n"

@@ -17,6 +17,7 @@ struct SimOptions {
   std::vector<FaultOrder> Faults;
   bool Quiet = false;
   bool Help = false;
+  bool Version = false;
 };
 
 // Reads the arguments that follow the program's name. Nothing on the first one that is wrong;

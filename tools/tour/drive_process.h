@@ -9,11 +9,14 @@ namespace gainsmith::test {
 
 class DriveProcess {
  public:
-  // Makes the link COM1 in the program's directory. False when it does not come up.
-  bool Start() {
+  // Makes the link COM1 in the program's directory; with a motor other than the usual one where
+  // that is named. False when it does not come up.
+  bool Start(const QString& motor = {}) {
     const QString directory = QCoreApplication::applicationDirPath();
     process_.setProcessChannelMode(QProcess::MergedChannels);
-    process_.start(directory + "/kvt518-sim", {"--link", directory + "/COM1"});
+    QStringList arguments{"--link", directory + "/COM1"};
+    if (!motor.isEmpty()) arguments << "--motor" << motor;
+    process_.start(directory + "/kvt518-sim", arguments);
     // Its first line names the link.
     return process_.waitForStarted() && process_.waitForReadyRead() &&
            QFileInfo(directory + "/COM1").exists();
