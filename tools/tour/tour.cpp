@@ -441,11 +441,7 @@ class Tour {
   void SaveMessage(const std::string& path) const {
     if (path.empty()) return;
     SaveActiveDialog(path + ".png", 1);
-    if (!allVariants_) return;
-    SaveActiveDialog(path + "-200.png", 2);
-    ApplyScheme(Scheme::Dark);
-    SaveActiveDialog(path + "-dark.png", 1);
-    ApplyScheme(Scheme::Light);
+    if (allVariants_) SaveActiveDialog(path + "-200.png", 2);
   }
   static void SaveActiveDialog(const std::string& path, int scale) {
     QWidget* dialog = QApplication::activeModalWidget();
