@@ -2,7 +2,9 @@
 #include "app/drive_watch.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
+#include <utility>
 
 #include "params/parameter_table.h"
 #include "platform/common_texts.h"
@@ -21,15 +23,33 @@ std::string Times(int count, const char* what) {
   return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-std::string InWords(Function function, Register reg) {
-  const std::string number = std::to_string(static_cast<int>(reg));
-  for (const ParameterRow& row : ParameterRows()) {
-    if (row.Source != reg) continue;
-    const std::string name = reg == Register::Flags ? "the flags word" : std::string(row.PlainName);
-    return (function == Function::Read ? "reading " : "writing ") + name + " (register " + number +
-           ")";
+// What has no row in the parameter table.
+constexpr std::array<std::pair<Register, const char*>, 9> CommandNames{{
+    {Register::CurrentStep, "the current test command"},
+    {Register::TestCurrent, "the test current"},
+    {Register::PositionCommand, "the run and stop command"},
+    {Register::StoreEeprom, "the store command"},
+    {Register::ErrorLog, "the error log"},
+    {Register::TraceKind, "the trace's channels"},
+    {Register::ArmRecorder, "the recorder's start"},
+    {Register::RecorderStatus, "the recorder's state"},
+    {Register::VelocityCommand, "the run and stop command of the velocity test"},
+}};
+
+std::string NameOf(Register reg) {
+  if (reg == Register::Flags) return "the flags word";
+  for (const auto& [command, name] : CommandNames) {
+    if (command == reg) return name;
   }
-  return (function == Function::Read ? "reading register " : "writing register ") + number;
+  for (const ParameterRow& row : ParameterRows()) {
+    if (row.Source == reg) return std::string(row.PlainName);
+  }
+  return reg < Register::Samples ? "a word of the test" : "recorded samples";
+}
+
+std::string InWords(Function function, Register reg) {
+  return (function == Function::Read ? "reading " : "writing ") + NameOf(reg) + " (register " +
+         std::to_string(static_cast<int>(reg)) + ")";
 }
 
 bool IsSetting(Register reg) {

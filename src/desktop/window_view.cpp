@@ -68,6 +68,9 @@ WindowView* WindowView::Make(ViewHost& host, Window& record) {
     view->ReflectWindow();
     view->Show(nullptr);
     view->BuildControls();
+    // Not on a link of the strip, which Enter would open.
+    client->setFocusPolicy(Qt::ClickFocus);
+    client->setFocus();
     view->reflectBars_ = MakeFrameBars(*view, *frame, *top);
     return view;
   }

@@ -81,6 +81,13 @@ void MDIForm1::Refresh() {
               {last.Time + "  " + last.Text, last.Text + "\nClick for the last ones."});
   }
   OnRefresh();
+  constexpr std::array Names{"Link", "Motor", "Settings", "Activity", "Last trouble"};
+  for (std::size_t i = 0; i < lblStrip.size(); ++i) {
+    const std::string& text = lblStrip[i].Caption;
+    const std::string spoken = text.empty() ? "nothing to say" : text;
+    const bool named = spoken.starts_with(Names[i]);
+    lblStrip[i].AccessibleName = named ? spoken : Names[i] + (": " + spoken);
+  }
 }
 
 void MDIForm1::ShowPort(const std::string& where) {

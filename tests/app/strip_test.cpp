@@ -41,6 +41,7 @@ constexpr const char* Changed = "changed, not stored: Download to Drive stores t
 TEST(Strip, LinkTellsWhereHowLongAgoAndWhatWasLost) {
   Screen bench;
   EXPECT_EQ(bench.Link(), "Not connected");
+  EXPECT_EQ(bench.tool.mdiForm1.lblStrip[0].AccessibleName, "Link: Not connected");
   bench.Connect();
   bench.world.RunFor(3000);
   EXPECT_EQ(bench.Link(), "COM1 (simulated drive), 38400 baud, device 1, answered 3 s ago");
@@ -60,6 +61,11 @@ TEST(Strip, LinkTellsWhereHowLongAgoAndWhatWasLost) {
   bench.user.Click(bench.tool.mdiForm1.mnuConnect);
   bench.user.Click(bench.tool.form2.openPort);
   EXPECT_EQ(bench.Link(), "Not connected");
+  // What was counted belongs to the connection that was.
+  bench.user.Click(bench.tool.form2.openPort);
+  bench.Link();
+  EXPECT_NE(bench.tool.mdiForm1.lblStrip[0].ToolTip.find("0 resends, 0 lost replies"),
+            std::string::npos);
 }
 
 TEST(Strip, MotorIsUnknownFromALostLinkUntilAStopWasAcknowledged) {
@@ -135,6 +141,7 @@ TEST(Strip, SettingsAreChangedByAGoodWriteAndStoredByAStoreOnly) {
   bench.user.Click(bench.tool.mdiForm1.mnuConnect);
   bench.user.Choose(bench.tool.form2.Combo1[Form2::DeviceList], 5);
   EXPECT_EQ(bench.Settings(), "");
+  EXPECT_NE(bench.Link().find("device 5"), std::string::npos);
 }
 
 TEST(Strip, TroublesSayWhyAPortDidNotOpenAndStandInAListToCopy) {
