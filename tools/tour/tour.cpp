@@ -6,10 +6,12 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QPixmap>
 #include <QScreen>
 #include <algorithm>
 #include <iostream>
 #include <string>
+#include <utility>
 
 #include "app/tool.h"
 #include "desktop/desktop_world.h"
@@ -111,6 +113,7 @@ class Tour {
     Wait("the first trace", [this] { return !tool_.form3.Plot.Picture1.Lines.empty(); });
     WaitForNextTrace(tool_.form3.Plot);
     Picture("Form3", "position-loop");
+    Picture("MDIForm1", "main-test-running");
     Stop("Form3.Command1(3)");
     ZoomIn();
     Pages("Form3", tool_.form3.SSTab1, 0, "position-loop");
@@ -312,6 +315,7 @@ class Tour {
     Picture("MDIForm1", "main-changed");
     driver_.Click("MDIForm1.chkDifferences");
     driver_.OnGui([this] { driver_.Dialogs.Answers = {MessageAnswer::Yes}; });
+    PictureOfNextMessage("message-question");
     driver_.Menu("MDIForm1.mnuDownloadToDrive");
     WaitForMessage("New configurations have been downloaded to drive successfully");
     WaitForStrip(StripField::Settings, "stored");
@@ -333,6 +337,7 @@ class Tour {
       return progress.Visible && progress.Value >= 3;
     });
     driver_.OnGui([this] { driver_.Dialogs.Messages.clear(); });
+    PictureOfNextMessage("message-lost-link");
     TellDrive("fault hang-up:1");
     WaitForMessage("Unable to communicate with the connected drive. Check your connection");
     Wait("the error log", [this] { return driver_.IsMenuEnabled("MDIForm1.ErrCheck"); });
@@ -426,6 +431,31 @@ class Tour {
     if (allVariants_) SaveVariants(window, file);
     ShowBenchMenu(true);
   }
+  // Of the message that comes up next, before it is answered.
+  void PictureOfNextMessage(const std::string& file) {
+    driver_.OnGui([&] {
+      nextMessage_ = directory_ + "/" + file;
+      driver_.Dialogs.OnDialog = [this] { SaveMessage(std::exchange(nextMessage_, "")); };
+    });
+  }
+  void SaveMessage(const std::string& path) const {
+    if (path.empty()) return;
+    SaveActiveDialog(path + ".png", 1);
+    if (!allVariants_) return;
+    SaveActiveDialog(path + "-200.png", 2);
+    ApplyScheme(Scheme::Dark);
+    SaveActiveDialog(path + "-dark.png", 1);
+    ApplyScheme(Scheme::Light);
+  }
+  static void SaveActiveDialog(const std::string& path, int scale) {
+    QWidget* dialog = QApplication::activeModalWidget();
+    ASSERT_NE(dialog, nullptr);
+    QPixmap picture(dialog->size() * scale);
+    picture.setDevicePixelRatio(scale);
+    dialog->render(&picture);
+    EXPECT_TRUE(picture.save(QString::fromStdString(path))) << path;
+    std::cout << path << std::endl;
+  }
   void SaveVariants(const std::string& window, const std::string& file) {
     Save(window, file + "-200", 2);
     driver_.OnGui([] { ApplyScheme(Scheme::Dark); });
@@ -450,6 +480,8 @@ class Tour {
   DriveProcess& drive_;
   std::string directory_;
   bool allVariants_;
+  // Where the picture of the next message goes; empty: there is none to make.
+  std::string nextMessage_;
 };
 
 }  // namespace
