@@ -39,7 +39,7 @@ class Guide {
     driver_.Play([this] {
       Connect();
       Open("mnuPositionLoop", "Form3");
-      Enter(Form3::VelocityKp, "900");
+      Enter(Form3::VelocityKp, "1300");
       Move("");
       Close("Form3");
       driver_.OnGui([this] { drive_.Tell("move 5"); });
@@ -144,7 +144,8 @@ class Guide {
     Close("Form5");
   }
 
-  // Saves the settings, puts the trap into the file, and opens it.
+  // Saves the settings, puts the trap into the file, and opens it. By then the drive has switched
+  // itself off for the overload.
   void LoadTrap() {
     const QString file = QDir(QDir::tempPath()).filePath("trap.tvd");
     QFile::remove(file);
@@ -160,12 +161,14 @@ class Guide {
     ASSERT_TRUE(lines.open(QFile::WriteOnly));
     lines.write(text.toLatin1());
     lines.close();
+    driver_.OnGui([this] { drive_.Tell("reset"); });
     driver_.Menu("MDIForm1.mnuFileOpen");
     Wait("the download", [this] {
       const auto& messages = driver_.Dialogs.Messages;
       return !messages.empty() && messages.back().Text.find("loaded") != std::string::npos;
     });
     QFile::remove(file);
+    driver_.OnGui([this] { drive_.Tell("move 5"); });
   }
 
   void Keep(const std::string& window, const std::string& name) {
