@@ -59,8 +59,9 @@ void Form2::TakeChoices() {
 }
 
 void Form2::DescribePorts() {
+  const std::vector<std::string> behind = world_.DescribePorts(LastPort);
   for (ListItem& item : Combo1[PortList].Items) {
-    item.ToolTip = world_.DescribePort(item.ItemData);
+    item.ToolTip = behind.at(static_cast<std::size_t>(item.ItemData) - 1);
     item.Absent = item.ToolTip.empty();
     if (item.Absent) item.ToolTip = "There is no such port";
   }

@@ -119,6 +119,14 @@ std::string DesktopWorld::DescribePort(int portNumber) {
   return FromQt(PortDescription(ToQt(programDirectory_), portNumber));
 }
 
+std::vector<std::string> DesktopWorld::DescribePorts(int lastPort) {
+  std::vector<std::string> descriptions;
+  for (const QString& text : PortDescriptions(ToQt(programDirectory_), lastPort)) {
+    descriptions.push_back(FromQt(text));
+  }
+  return descriptions;
+}
+
 void DesktopWorld::PumpEvents(std::int64_t deadlineMs) {
   if (Ended()) return;
   BeforeSleep();

@@ -36,6 +36,7 @@ class DesktopWorld : public World, private QObject {
   std::vector<std::uint8_t> ReadAll() override { return line_.ReadAll(); }
   void WriteByte(std::uint8_t byte) override { line_.WriteByte(byte); }
   std::string DescribePort(int portNumber) override;
+  std::vector<std::string> DescribePorts(int lastPort) override;
 
   std::int64_t NowMs() override { return EventPump::NowMs(); }
   void PumpEvents(std::int64_t deadlineMs) override;

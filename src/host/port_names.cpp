@@ -49,19 +49,17 @@ QString WithAccess(const QString& text, const QString& path) {
   return note.isEmpty() ? text : text + QStringLiteral(": ") + note;
 }
 
-}  // namespace
+using Ports = QList<QSerialPortInfo>;
 
-QString PortDevice(const QString& programDirectory, int portNumber) {
+QString DeviceAmong(const Ports& ports, const QString& programDirectory, int portNumber) {
   if (SystemNamesPorts) return ComName(portNumber);
   const QFileInfo link = LinkInProgramDirectory(programDirectory, portNumber);
   if (link.isSymLink()) return link.canonicalFilePath();
-  const auto ports = PortsInNaturalOrder();
   if (portNumber < 1 || portNumber > ports.size()) return {};
   return ports[portNumber - 1].systemLocation();
 }
 
-QString PortDescription(const QString& programDirectory, int portNumber) {
-  const auto ports = PortsInNaturalOrder();
+QString DescriptionAmong(const Ports& ports, const QString& programDirectory, int portNumber) {
   const auto withLocation = [&](const QString& path) {
     return std::find_if(ports.begin(), ports.end(),
                         [&](const QSerialPortInfo& p) { return p.systemLocation() == path; });
@@ -77,10 +75,29 @@ QString PortDescription(const QString& programDirectory, int portNumber) {
     return QStringLiteral("%1: not connected (the link %2 leads nowhere)")
         .arg(link.symLinkTarget(), ComName(portNumber));
   }
-  const QString path = PortDevice(programDirectory, portNumber);
+  const QString path = DeviceAmong(ports, programDirectory, portNumber);
   if (path.isEmpty()) return {};
   const auto port = withLocation(path);
   return WithAccess(path + (port == ports.end() ? QString() : Product(*port)), path);
+}
+
+}  // namespace
+
+QString PortDevice(const QString& programDirectory, int portNumber) {
+  return DeviceAmong(PortsInNaturalOrder(), programDirectory, portNumber);
+}
+
+QString PortDescription(const QString& programDirectory, int portNumber) {
+  return DescriptionAmong(PortsInNaturalOrder(), programDirectory, portNumber);
+}
+
+QStringList PortDescriptions(const QString& programDirectory, int lastPort) {
+  const Ports ports = PortsInNaturalOrder();
+  QStringList descriptions;
+  for (int port = 1; port <= lastPort; ++port) {
+    descriptions += DescriptionAmong(ports, programDirectory, port);
+  }
+  return descriptions;
 }
 
 }  // namespace gainsmith

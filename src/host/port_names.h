@@ -5,6 +5,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 namespace gainsmith {
 
@@ -14,5 +15,8 @@ QString PortDevice(const QString& programDirectory, int portNumber);
 // The same for the user: the device, its product name, and if it cannot be opened, why and how to
 // mend that. Empty when there is no such port.
 QString PortDescription(const QString& programDirectory, int portNumber);
+
+// Those of COM1 to COM`lastPort`, for one question to the system, which takes milliseconds.
+QStringList PortDescriptions(const QString& programDirectory, int lastPort);
 
 }  // namespace gainsmith

@@ -12,7 +12,7 @@ namespace {
 constexpr int LastPort = 12;
 // Looking for ports asks the system, so it is done now and then only, and not while the tool
 // starts.
-constexpr std::int64_t LookForPortsEveryMs = 3000;
+constexpr std::int64_t LookForPortsEveryMs = 5000;
 constexpr std::int64_t FirstLookMs = 400;
 
 std::string Lower(std::string text) {
@@ -51,8 +51,9 @@ void DrivePage::ShowFirstSteps() {
   std::string ports;
   if (now >= portsDueMs_) {
     portsDueMs_ = now + LookForPortsEveryMs;
-    for (int port = 1; port <= LastPort; ++port) {
-      const std::string behind = world_.DescribePort(port);
+    int port = 0;
+    for (const std::string& behind : world_.DescribePorts(LastPort)) {
+      ++port;
       if (!behind.empty()) ports += "\n        COM" + std::to_string(port) + ": " + behind;
     }
     if (ports.empty()) ports = "\n        No serial port is there. Plug the adapter in.";

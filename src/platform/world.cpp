@@ -71,6 +71,12 @@ bool World::Unload(Window& window) {
   return true;
 }
 
+std::vector<std::string> World::DescribePorts(int lastPort) {
+  std::vector<std::string> descriptions;
+  for (int port = 1; port <= lastPort; ++port) descriptions.push_back(DescribePort(port));
+  return descriptions;
+}
+
 MessageAnswer World::ShowMessage(const Message& message) {
   if (ended_) return message.Default;
   OnMessageShown(message);

@@ -61,6 +61,8 @@ class World {
   // What stands behind COM`portNumber`, in words for the user (a device path, a product name, or
   // why it cannot be opened and how to mend it); empty when there is no such port.
   virtual std::string DescribePort(int portNumber) = 0;
+  // The same for COM1 to COM`lastPort`, in their order.
+  virtual std::vector<std::string> DescribePorts(int lastPort);
 
   // --- Time.
 
