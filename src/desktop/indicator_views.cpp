@@ -75,6 +75,7 @@ class LampView final : public ControlView {
     disc_->update();
   }
   void ReflectOwn() override {
+    if (Changed(state_, record_.State)) disc_->setAccessibleDescription(ShownText(record_.State));
     if (!Changed(marked_, record_.Marked)) return;
     disc_->Marked = record_.Marked;
     disc_->update();
@@ -88,6 +89,7 @@ class LampView final : public ControlView {
   Lamp& record_;
   LampDisc* disc_;
   std::optional<bool> marked_;
+  std::optional<std::string> state_;
 };
 
 class ProgressBarView final : public ControlView {

@@ -53,6 +53,7 @@ void Form4::DesignBoard() {
     const int bit = static_cast<int>(i) % BitsPerEntry;
     Lamp& lamp = Add(Shape1[i], "Shape1", i);
     lamp.Parked = bit >= ErrorKinds;
+    lamp.State = NotRead;
     if (lamp.Parked) continue;
     lamp.AccessibleName = std::string(KindCaptions[static_cast<std::size_t>(bit)]) + ", entry " +
                           std::to_string(entry) + (entry == 0 ? ", the newest" : "");

@@ -43,6 +43,7 @@ void Form4::ShowEntry(int entry, std::uint16_t word) {
     Lamp& lamp = Shape1[static_cast<std::size_t>(entry * BitsPerEntry + bit)];
     lamp.BackColor = present ? ErrorPresent : ErrorAbsent;
     lamp.Marked = present;
+    lamp.State = present ? "error" : "no error";
     lamp.ToolTip = present ? lamp.AccessibleName : entry == 0 ? NewestTip : "";
   }
 }
@@ -85,6 +86,7 @@ bool Form4::Form_Unload() {
   for (Lamp& lamp : Shape1) {
     lamp.BackColor = DefaultColour;
     lamp.Marked = false;
+    lamp.State = NotRead;
     lamp.ToolTip.clear();
   }
   return true;

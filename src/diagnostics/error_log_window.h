@@ -20,6 +20,8 @@ struct Form4 : Window {
   static constexpr int ErrorKinds = 10;
   static constexpr Colour ErrorPresent = 255;
   static constexpr Colour ErrorAbsent = 65280;
+  // State of a lamp whose entry has not been read.
+  static constexpr const char* NotRead = "not read";
 
   enum CommandIndex : std::size_t { EraseCurrentError = 0, EraseAllErrors = 1 };
   enum ColumnLabelIndex : std::size_t { ErrorCounter = 10 };

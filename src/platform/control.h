@@ -293,6 +293,8 @@ struct Lamp : Control {
   Lamp() : Control(ControlKind::Lamp) {}
   // Carries a mark, for eyes that do not tell its colour from another's.
   bool Marked = false;
+  // What it says now, for screen readers: "error".
+  std::string State;
 };
 
 struct ProgressBar : Control {

@@ -45,6 +45,7 @@ struct ErrorLogBench {
   Indices Dark() const { return Lamps(&Lamp::Visible, false); }
   Indices Red() const {
     EXPECT_EQ(Lamps(&Lamp::Marked, true), Lamps(&Lamp::BackColor, Colour{255}));
+    EXPECT_EQ(Lamps(&Lamp::State, std::string("error")), Lamps(&Lamp::BackColor, Colour{255}));
     return Lamps(&Lamp::BackColor, Colour{255});
   }
   std::size_t Unread() const { return Lamps(&Lamp::BackColor, DefaultColour).size(); }

@@ -117,7 +117,18 @@ class Tour {
     Stop("Form3.Command1(3)");
     ZoomIn();
     Pages("Form3", tool_.form3.SSTab1, 0, "position-loop");
+    Jog();
     Close("Form3");
+  }
+
+  void Jog() {
+    constexpr int JogPage = 2;
+    driver_.TurnPage("Form3.SSTab1", JogPage);
+    driver_.Press("Form3.Command2");
+    WaitForStrip(StripField::Motor, "Motor: jogging");
+    Picture("MDIForm1", "main-jogging");
+    driver_.Release("Form3.Command2");
+    WaitForStrip(StripField::Motor, "Motor: at rest");
   }
 
   // On the dip of the position error behind the begin of the move, which is negative: there the
