@@ -120,7 +120,8 @@ void velocityModeTune::WriteGainNow(std::size_t gain) {
   if (number < 0 || number == 0) value = smallest;
   Text1[field].Text = PlainText(value);
   const Commit commit(Text1[field]);
-  if (commit.Repeats()) return;
+  // Not where a Start has sent another value since: the text under way is no longer the newest.
+  if (commit.Repeats() && GainCopies[gain] == value) return;
   GainCopies[gain] = value;
   params_[slot] = value;
   Run.Write(Errand(link_, *this), target, value);

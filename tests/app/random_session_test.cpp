@@ -70,6 +70,8 @@ class RandomUser {
     constexpr int Kinds = static_cast<int>(sim::FaultCount);
     const int kind = Below(2 * Kinds);
     if (kind >= Kinds) return bench_.Repair();
+    // A sound reply with another register's value is a lie that nobody can see.
+    if (static_cast<sim::Fault>(kind) == sim::Fault::WrongRegister) return;
     bench_.device.Drive.Inject(static_cast<sim::Fault>(kind), sim::Hits::Next(1 + Below(40)));
   }
 

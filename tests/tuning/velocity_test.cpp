@@ -248,6 +248,28 @@ TEST_F(VelocityTest, TheNewerOfTwoGainsStands) {
   }
 }
 
+// The first Enter is still under way below the Start that was newer: its text is history.
+TEST_F(VelocityTest, ATextIsCommittedAnewWhenAStartHasSentAnotherSince) {
+  TextBox& field = Window.Text1[W::Vp];
+  field.Text = "100";
+  TakeFrames();
+  World.At(20, [&] {
+    field.Text = "200";
+    User.Click(RunButton);
+  });
+  World.At(700, [&] {
+    EXPECT_EQ(World.Log.Writes(31).back(), 200);
+    field.Text = "100";
+    User.Enter(field);
+  });
+  ClickAfter(4000, RunButton);
+  User.Enter(field);
+  World.RunFor(9000);
+  EXPECT_EQ(Device.Drive.Registers()[sim::Reg::VelocityKp], 100);
+  EXPECT_EQ(Window.GainCopies[0], 100);
+  EXPECT_EQ(Params[Slot::VelocityKpHigh], 100);
+}
+
 TEST_F(VelocityTest, ARefusedGainSaysWhatWasSentBefore) {
   Window.Text1[W::Vp].Text = "70";
   Window.Text1[W::Vi].Text = "70000";
