@@ -70,9 +70,11 @@ class RandomUser {
     constexpr int Kinds = static_cast<int>(sim::FaultCount);
     const int kind = Below(2 * Kinds);
     if (kind >= Kinds) return bench_.Repair();
-    // A sound reply with another register's value is a lie that nobody can see.
-    if (static_cast<sim::Fault>(kind) == sim::Fault::WrongRegister) return;
-    bench_.device.Drive.Inject(static_cast<sim::Fault>(kind), sim::Hits::Next(1 + Below(40)));
+    // Nobody can see through these: a sound reply with another register's value, and an echo that
+    // acknowledges a write beside a drive that did not hear it.
+    const auto fault = static_cast<sim::Fault>(kind);
+    if (fault == sim::Fault::WrongRegister || fault == sim::Fault::Echo) return;
+    bench_.device.Drive.Inject(fault, sim::Hits::Next(1 + Below(40)));
   }
 
   // Yes or no by chance and in its own time, but the program goes on.
