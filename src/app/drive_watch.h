@@ -36,7 +36,7 @@ class DriveWatch {
 
   // Brings the strip up to date.
   void Refresh(const Hands& hands);
-  MotorState Motor() const { return motor_; }
+  [[nodiscard]] MotorState Motor() const { return motor_; }
 
  private:
   // What is known of the settings' being stored: at first nothing, since a read cannot tell.
@@ -44,9 +44,9 @@ class DriveWatch {
 
   void NoteSession();
   void WatchMotor(const Hands& hands);
-  StripText LinkText() const;
-  StripText MotorText() const;
-  StripText SettingsText() const;
+  [[nodiscard]] StripText LinkText() const;
+  [[nodiscard]] StripText MotorText() const;
+  [[nodiscard]] StripText SettingsText() const;
 
   World& world_;
   Link& link_;

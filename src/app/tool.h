@@ -84,7 +84,7 @@ struct Tool {
 
  private:
   Routes MakeRoutes();
-  DriveWatch::Hands HandsOnMotor() const;
+  [[nodiscard]] DriveWatch::Hands HandsOnMotor() const;
 
   World& world_;
 };

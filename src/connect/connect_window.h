@@ -63,7 +63,7 @@ struct Form2 : Window {
   bool ReadIdentity(Register reg, std::string& text);
   void ApplyOperatingMode();
   // The open connection in words, with the device number in force.
-  std::string PortText() const;
+  [[nodiscard]] std::string PortText() const;
 
   World& world_;
   Link& link_;

@@ -33,13 +33,13 @@ class ConsoleWorld : public World {
   ChosenFile NextFile;
 
   // The path or system name behind COM`portNumber`; empty: no such port.
-  QString DeviceOf(int portNumber) const;
+  [[nodiscard]] QString DeviceOf(int portNumber) const;
 
   // --- World.
 
   bool OpenPort(int portNumber, const std::string& settings) override;
   void ClosePort() override { line_.Close(); }
-  bool IsPortOpen() const override { return line_.IsOpen(); }
+  [[nodiscard]] bool IsPortOpen() const override { return line_.IsOpen(); }
   int BytesAvailable() override { return line_.BytesAvailable(); }
   void ClearInput() override { line_.ClearInput(); }
   void ClearOutput() override;
@@ -59,7 +59,7 @@ class ConsoleWorld : public World {
   int ScreenHeightTwips() override { return 768 * 15; }
   void Repaint(Window&) override {}
 
-  bool AwaitsAnswer() const override { return messagesShown_ > 0; }
+  [[nodiscard]] bool AwaitsAnswer() const override { return messagesShown_ > 0; }
   ChosenFile AskOpenFile(const std::string&) override { return NextFile; }
   ChosenFile AskSaveFile(const std::string&) override { return NextFile; }
   std::optional<Colour> AskColour(Colour) override { return std::nullopt; }

@@ -19,7 +19,7 @@ class Interrupts {
   ~Interrupts();
 
   // Can be read from when a signal has come that `onSignal` has not heard of.
-  int Handle() const { return ends_[0]; }
+  [[nodiscard]] int Handle() const { return ends_[0]; }
   // A signal has come; known before `onSignal` hears of it.
   static bool Pending();
 

@@ -41,7 +41,7 @@ struct Options {
   // Fields that were given, by their option's name without dashes ("kp", "velocity", "trace-ms").
   std::map<std::string, std::string> Fields;
 
-  const std::string* Field(const std::string& name) const {
+  [[nodiscard]] const std::string* Field(const std::string& name) const {
     const auto field = Fields.find(name);
     return field == Fields.end() ? nullptr : &field->second;
   }

@@ -31,7 +31,7 @@ class Session {
   ConsoleWorld world;
   Tool tool;
 
-  const Options& Given() const { return options_; }
+  [[nodiscard]] const Options& Given() const { return options_; }
   Terminal& Screen() { return terminal_; }
 
   // --- Steps. False when the verb has come to its end.
@@ -63,9 +63,9 @@ class Session {
 
   // Ends the verb; of several reasons the first holds.
   void End(ExitStatus status, const std::string& trouble);
-  bool Ended() const { return status_ != ExitStatus::Done; }
-  ExitStatus Status() const { return status_; }
-  bool Interrupted() const { return interrupted_; }
+  [[nodiscard]] bool Ended() const { return status_ != ExitStatus::Done; }
+  [[nodiscard]] ExitStatus Status() const { return status_; }
+  [[nodiscard]] bool Interrupted() const { return interrupted_; }
 
   // What a signal does instead of closing the connection; it runs inside whatever is under way.
   std::function<void()> OnInterrupt;
@@ -83,7 +83,7 @@ class Session {
   // Of an Open that failed: which step of the connection did, and the message.
   void EndUnconnected(const std::string& message);
   // What the drive may still be doing when nobody hears it any more.
-  std::string LastKnownMotion() const;
+  [[nodiscard]] std::string LastKnownMotion() const;
 
   struct Expectation {
     std::string Text;

@@ -33,7 +33,7 @@ class Terminal {
   // --- Questions.
 
   // Somebody is there to answer.
-  bool CanAsk() const;
+  [[nodiscard]] bool CanAsk() const;
   // Waits for a line that begins with y or Y. Also false at the end of the input, and when
   // `interruptHandle` can be read.
   bool Ask(const std::string& question, int interruptHandle);

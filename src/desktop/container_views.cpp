@@ -23,7 +23,7 @@ class FrameBox final : public QWidget {
   QString Caption;
   bool Border = true;
 
-  QFont CaptionFont() const {
+  [[nodiscard]] QFont CaptionFont() const {
     QFont bold = font();
     bold.setBold(true);
     return bold;
@@ -133,7 +133,7 @@ class TabsView final : public ControlView {
   }
 
   QWidget* PageParent(int page) override { return pane_->Pages.at(static_cast<std::size_t>(page)); }
-  QPoint PageOrigin() const override { return {0, pane_->StripHeight}; }
+  [[nodiscard]] QPoint PageOrigin() const override { return {0, pane_->StripHeight}; }
   QWidget* FocusWidget() override { return pane_->Bar; }
 
  protected:

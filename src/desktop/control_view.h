@@ -31,15 +31,15 @@ class ControlView : public QObject {
   // The record outlives the window's stay on the screen.
   ControlView(WindowView& window, Control& record, QWidget* widget);
 
-  Control& Record() const { return record_; }
-  QWidget& Widget() const { return *widget_; }
+  [[nodiscard]] Control& Record() const { return record_; }
+  [[nodiscard]] QWidget& Widget() const { return *widget_; }
   // Brings what changed in the record onto the widget.
   void Reflect();
   // Reflects everything next time, whether it changed or not: the palette has changed.
   virtual void Forget();
   // Parent and origin (in pixels, to be subtracted) of controls that lie in this one.
   virtual QWidget* PageParent(int /*page*/) { return widget_; }
-  virtual QPoint PageOrigin() const { return {0, 0}; }
+  [[nodiscard]] virtual QPoint PageOrigin() const { return {0, 0}; }
   // The widget that takes the keyboard.
   virtual QWidget* FocusWidget() { return widget_; }
   // Lets go of what the user holds (a pressed button).
@@ -67,14 +67,14 @@ class ControlView : public QObject {
   bool Post(std::function<void()> run, Asks asks = Asks::Control);
   // Whether an action posted here has yet to begin: the widget may be ahead of its record, and is
   // brought back to it only when the action has run or was dropped.
-  bool HasPosted() const { return posted_ > 0; }
+  [[nodiscard]] bool HasPosted() const { return posted_ > 0; }
   // Whether the user may change the widget now, and this is the user's doing. Where not, the widget
   // goes back to what the record says.
-  bool MayChange() const;
+  [[nodiscard]] bool MayChange() const;
 
-  WindowView& Owner() const { return window_; }
+  [[nodiscard]] WindowView& Owner() const { return window_; }
   // The colour the widget stands on or is filled with.
-  QColor Background() const;
+  [[nodiscard]] QColor Background() const;
 
  private:
   void ReflectPlace();

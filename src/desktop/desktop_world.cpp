@@ -83,7 +83,7 @@ class DesktopWorld::DialogScope {
     world_.queue_.Release();
     world_.timers_.Release();
   }
-  QWidget* Parent() const { return parent_; }
+  [[nodiscard]] QWidget* Parent() const { return parent_; }
 
  private:
   DesktopWorld& world_;

@@ -29,7 +29,7 @@ class DesktopWorld : public World, private QObject {
 
   bool OpenPort(int portNumber, const std::string& settings) override;
   void ClosePort() override { line_.Close(); }
-  bool IsPortOpen() const override { return line_.IsOpen(); }
+  [[nodiscard]] bool IsPortOpen() const override { return line_.IsOpen(); }
   int BytesAvailable() override { return line_.BytesAvailable(); }
   void ClearInput() override { line_.ClearInput(); }
   void ClearOutput() override { line_.ClearOutput(); }
@@ -49,7 +49,7 @@ class DesktopWorld : public World, private QObject {
   int ScreenHeightTwips() override;
   void Repaint(Window& window) override;
 
-  bool AwaitsAnswer() const override { return queue_.Held(); }
+  [[nodiscard]] bool AwaitsAnswer() const override { return queue_.Held(); }
   ChosenFile AskOpenFile(const std::string& filter) override;
   ChosenFile AskSaveFile(const std::string& filter) override;
   std::optional<Colour> AskColour(Colour present) override;
@@ -74,9 +74,9 @@ class DesktopWorld : public World, private QObject {
   class DialogScope;
   // Brings records that changed onto widgets and takes note of timers.
   void BeforeSleep();
-  WindowView* ViewOf(const Window& window) const;
+  [[nodiscard]] WindowView* ViewOf(const Window& window) const;
   const WindowView* ViewOfWidget(const QWidget* widget) const;
-  QWidget* MainWidget() const;
+  [[nodiscard]] QWidget* MainWidget() const;
   void FocusPending();
   void ShowScreenPointer();
   void DeleteClosed();

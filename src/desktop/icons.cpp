@@ -72,7 +72,7 @@ class SvgIconEngine final : public QIconEngine {
   // Window systems ask for all sizes of a window's icon while the window opens: one is enough for
   // them to scale.
   QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override { return {WindowIconSize}; }
-  QIconEngine* clone() const override { return new SvgIconEngine(path_); }
+  [[nodiscard]] QIconEngine* clone() const override { return new SvgIconEngine(path_); }
 
  private:
   QString path_;

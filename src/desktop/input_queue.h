@@ -34,7 +34,7 @@ class InputQueue {
   void Post(UserAction action);
   // Actions wait between Hold and the Release that goes with it, but for urgent ones.
   void Hold() { ++holds_; }
-  bool Held() const { return holds_ > 0; }
+  [[nodiscard]] bool Held() const { return holds_ > 0; }
   void Release();
   void Clear() { actions_.clear(); }
 

@@ -88,7 +88,7 @@ class Stroke {
     joints_.clear();
     lines_.push_back(line);
   }
-  bool IsEmpty() const { return lines_.isEmpty(); }
+  [[nodiscard]] bool IsEmpty() const { return lines_.isEmpty(); }
   QList<QLineF> Take() {
     joints_.clear();
     return std::exchange(lines_, {});

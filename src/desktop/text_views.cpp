@@ -211,7 +211,7 @@ class FilteredEdit final : public QLineEdit {
   std::function<bool()> OnEnter;
   std::function<void(Qt::FocusReason reason)> OnLeft;
 
-  QString Passing(const QString& letters) const {
+  [[nodiscard]] QString Passing(const QString& letters) const {
     QString passed;
     for (const QChar letter : letters) {
       if (letter.isPrint() && Passes(letter.unicode())) passed += letter;
@@ -261,7 +261,7 @@ class FilteredEdit final : public QLineEdit {
  private:
   // Whether the field itself has no more to do with the key. Enter that repeats by itself, because
   // it is held down, commits nothing.
-  bool Takes(int key, bool repeats) const {
+  [[nodiscard]] bool Takes(int key, bool repeats) const {
     return key == KeyEnter ? repeats || OnEnter() : !Passes(key);
   }
 };

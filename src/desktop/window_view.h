@@ -39,9 +39,9 @@ class WindowView : public QObject {
   // painted; any other is not shown yet.
   static WindowView* Make(ViewHost& host, Window& record);
 
-  Window& Record() const { return record_; }
-  QWidget& TopLevel() const { return *topLevel_; }
-  ViewHost& Host() const { return host_; }
+  [[nodiscard]] Window& Record() const { return record_; }
+  [[nodiscard]] QWidget& TopLevel() const { return *topLevel_; }
+  [[nodiscard]] ViewHost& Host() const { return host_; }
 
   void Show(QWidget* owner);
   // Tells a frame window's record how large its area is.
@@ -51,9 +51,9 @@ class WindowView : public QObject {
   // that are under way have returned, if no dialog is open; Delete does so when the last is closed.
   void Detach();
   void Delete() { topLevel_->deleteLater(); }
-  bool Detached() const { return detached_; }
+  [[nodiscard]] bool Detached() const { return detached_; }
 
-  ControlView* ViewOf(const Control& record) const;
+  [[nodiscard]] ControlView* ViewOf(const Control& record) const;
   // Posts an action on this window. When its turn has come it is dropped if the window takes no
   // input, besides what it asks itself; if the window is gone, it is dropped without a word. False,
   // and nothing is posted, while records are being brought onto widgets.
@@ -65,10 +65,10 @@ class WindowView : public QObject {
 
   // Widget pixels for a place or length in twips, and for pixels of a window at its full size: a
   // window larger than the free screen is drawn smaller as a whole. Its font is, too.
-  int Pixels(int twips) const;
-  int Scaled(int pixels) const;
+  [[nodiscard]] int Pixels(int twips) const;
+  [[nodiscard]] int Scaled(int pixels) const;
   void PlaceWidget(ControlView& view, const QRect& place) const;
-  QColor BackgroundUnder(const Control& record) const;
+  [[nodiscard]] QColor BackgroundUnder(const Control& record) const;
   // The widget is about to be disabled or hidden: the keyboard, where it or something in it has it,
   // goes to no other control meanwhile, and comes back to it unless it was given elsewhere.
   void HoldFocusOf(const QWidget& leaving);
@@ -86,13 +86,13 @@ class WindowView : public QObject {
   void ReflectColours();
   // How much smaller than its record says the window is drawn, and its font for that.
   void ChooseScale();
-  QRect PlaceOfRecord() const;
+  [[nodiscard]] QRect PlaceOfRecord() const;
   void MoveToPlace();
   void ReturnFocus();
   // The key presses the window's default or cancel button. False: it means nothing to the window.
-  bool PressByKey(int key) const;
+  [[nodiscard]] bool PressByKey(int key) const;
   // Of the controls on show the first that has something to copy.
-  bool Copy() const;
+  [[nodiscard]] bool Copy() const;
 
   ViewHost& host_;
   Window& record_;

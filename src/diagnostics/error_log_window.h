@@ -35,7 +35,7 @@ struct Form4 : Window {
   Timer Timer1;
 
   // True from Form_Load on, and while a blink pass runs, until the window is to close.
-  bool BlinkRunning() const { return blink_ == Blink::Due || blink_ == Blink::Pass; }
+  [[nodiscard]] bool BlinkRunning() const { return blink_ == Blink::Due || blink_ == Blink::Pass; }
 
   // Reads the log onto the board and starts the blinking. On failure the lamps stay as they were
   // and nothing blinks.

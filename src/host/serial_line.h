@@ -19,7 +19,7 @@ class SerialLine {
   // be opened or doesn't take the settings; it is closed then.
   bool Open(const QString& device, const std::string& settings);
   void Close();
-  bool IsOpen() const { return open_; }
+  [[nodiscard]] bool IsOpen() const { return open_; }
   int BytesAvailable();
   void ClearInput();
   void ClearOutput();

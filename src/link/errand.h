@@ -69,7 +69,7 @@ class Errand {
   ~Errand();
 
   // The window in which the handler began has been closed, even if it was opened anew since.
-  bool Over() const { return stay_ && stay_->Over(); }
+  [[nodiscard]] bool Over() const { return stay_ && stay_->Over(); }
 
  private:
   friend class Link;

@@ -108,7 +108,7 @@ class Link {
   void ReceiveReply(std::uint8_t address, Function function, FrameNumber frame);
 
   // Wait for a reply of ExpectedReplyLength: ten bit times a byte and the drive's share, in ms.
-  std::int16_t ReplyWaitMs(int driveMs = StandardDriveMs) const;
+  [[nodiscard]] std::int16_t ReplyWaitMs(int driveMs = StandardDriveMs) const;
 
   // The standard exchange with DeviceAddress: SendFrame, ReplyWaitMs, ReceiveReply, and again
   // until it succeeds, is called off, or the limit is reached. A refused value is lost at once.
@@ -128,23 +128,29 @@ class Link {
 
   // A timer's tick that wants the line gives way to any errand under way: otherwise ticks, each of
   // which spoils the exchange that it falls into, could keep a word from the drive for ever.
-  bool ErrandUnderWay() const { return Count(Errand::Of::Handler, Errand::Of::Tick) > 0; }
+  [[nodiscard]] bool ErrandUnderWay() const {
+    return Count(Errand::Of::Handler, Errand::Of::Tick) > 0;
+  }
   // One of a run button, a jog or a stop word.
-  bool MotorErrandUnderWay() const { return Count(Errand::Of::Motor, Errand::Of::Motor) > 0; }
+  [[nodiscard]] bool MotorErrandUnderWay() const {
+    return Count(Errand::Of::Motor, Errand::Of::Motor) > 0;
+  }
   // One that is no tick: a window that opened now would read what is about to change.
-  bool HandlerUnderWay() const { return Count(Errand::Of::Handler, Errand::Of::Motor) > 0; }
+  [[nodiscard]] bool HandlerUnderWay() const {
+    return Count(Errand::Of::Handler, Errand::Of::Motor) > 0;
+  }
 
   // A handler that began after this errand has written the register.
-  bool NewerHasWritten(const Errand& errand, Register reg) const;
+  [[nodiscard]] bool NewerHasWritten(const Errand& errand, Register reg) const;
 
   // Shows the message of a lost exchange of `errand`. Several handlers that find the link lost show
   // one: nothing is shown where a handler inside this errand has told it, or while it is on the
   // screen.
   void TellFailure(const Errand& errand);
 
-  const LineKnowledge& Known() const { return known_; }
+  [[nodiscard]] const LineKnowledge& Known() const { return known_; }
   // Counts the openings of the port: what was known of a drive ends with each.
-  std::uint64_t PortSession() const { return portSession_; }
+  [[nodiscard]] std::uint64_t PortSession() const { return portSession_; }
 
   // Told of each write that the drive has taken, with whether the register is known to have held
   // that word before; and of each exchange that was lost with nothing refused. May neither wait nor
@@ -154,7 +160,7 @@ class Link {
                                                                                int) {};
 
   // The first register of the last reply to a read, 0 to 65535. RxBuffer is not empty.
-  std::uint16_t Raw() const { return RawValue(RxBuffer); }
+  [[nodiscard]] std::uint16_t Raw() const { return RawValue(RxBuffer); }
 
  private:
   friend class Errand;
@@ -178,15 +184,15 @@ class Link {
     std::uint64_t Mover = 0;
   };
 
-  int Count(Errand::Of first, Errand::Of last) const;
+  [[nodiscard]] int Count(Errand::Of first, Errand::Of last) const;
   std::uint64_t Begin(Errand::Of of);
   void End(Errand::Of of);
   Sent Say(const Word& word, const ExchangeOptions& options);
   // How the word ends before its next frame; nothing: it goes out.
-  std::optional<Sent> CalledOff(const Word& word) const;
-  bool IsOvertaken(const Word& word) const;
+  [[nodiscard]] std::optional<Sent> CalledOff(const Word& word) const;
+  [[nodiscard]] bool IsOvertaken(const Word& word) const;
   // The last moving word to the register is that of a handler that began after this errand.
-  bool NewerMoves(const Errand& errand, Register reg) const;
+  [[nodiscard]] bool NewerMoves(const Errand& errand, Register reg) const;
   // One request and its reply.
   Outcome Attempt(const Word& word, const ExchangeOptions& options);
   void NoteWrite(const Word& word);

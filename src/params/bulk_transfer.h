@@ -62,15 +62,15 @@ class BulkTransfer {
   bool SaveToEeprom();
 
   // The port was closed under the operation that ended last.
-  bool Closed() const { return closed_; }
+  [[nodiscard]] bool Closed() const { return closed_; }
 
   // Stores, and tells the success of a download (true) or a reset (false).
   void ReportWriteResult(bool isDownload);
 
  private:
   // The rows whose values cannot be packed, one a line; empty: the table can be sent.
-  std::string UnpackableRows() const;
-  float ValueToSend(Slot slot) const;
+  [[nodiscard]] std::string UnpackableRows() const;
+  [[nodiscard]] float ValueToSend(Slot slot) const;
   // Of an operation that ends: whether the port was closed under it, which began with the port
   // `wasOpen`. The main window says `howFar` then.
   bool EndsClosed(bool wasOpen, const std::string& howFar);

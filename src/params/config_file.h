@@ -53,19 +53,21 @@ class ConfigFiles {
   std::optional<Message> LoadDefaultSettings();
 
   // The settings of the file in use as they were read or written last; none is in use: nullptr.
-  const ParameterStore* InUse() const {
+  [[nodiscard]] const ParameterStore* InUse() const {
     return main_.CurrentConfigFile.empty() || !inUse_ ? nullptr : &*inUse_;
   }
   // The factory values from their file, read anew, without a change of the table; nothing when
   // they can't be read to their end.
-  std::optional<ParameterStore> FactoryValues() const;
+  [[nodiscard]] std::optional<ParameterStore> FactoryValues() const;
 
   // Makes `path` the file in use and gives its last segment. Both separators count.
   std::string FileNameOnly(const std::string& path);
 
  private:
   void UseFile(const std::string& path, const ParameterStore& settings);
-  std::string FactoryPath() const { return world_.ProgramDirectory() + "/default.ini"; }
+  [[nodiscard]] std::string FactoryPath() const {
+    return world_.ProgramDirectory() + "/default.ini";
+  }
   MessageAnswer Tell(const char* text, MessageIcon icon);
 
   World& world_;

@@ -40,7 +40,8 @@ class DrivePage {
   void ShowFirstSteps();
   void ShowSettings(const Shown& now);
   // The texts of a row, or nothing when it is not wanted.
-  std::optional<std::vector<std::string>> RowFor(const ParameterRow& row, const Shown& now) const;
+  [[nodiscard]] std::optional<std::vector<std::string>> RowFor(const ParameterRow& row,
+                                                               const Shown& now) const;
 
   World& world_;
   const ParameterStore& store_;

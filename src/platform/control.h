@@ -130,7 +130,7 @@ class Commit {
   Commit(const Commit&) = delete;
   Commit& operator=(const Commit&) = delete;
   ~Commit() { field_.committing_ = outer_; }
-  bool Repeats() const { return outer_ != nullptr && *outer_ == text_; }
+  [[nodiscard]] bool Repeats() const { return outer_ != nullptr && *outer_ == text_; }
 
  private:
   TextBox& field_;
@@ -195,7 +195,7 @@ struct ComboBox : Control {
     Text = Items.at(static_cast<std::size_t>(index)).Text;
   }
   // ItemData of the chosen entry; 0 when none is chosen.
-  int ChosenData() const {
+  [[nodiscard]] int ChosenData() const {
     return ListIndex < 0 ? 0 : Items.at(static_cast<std::size_t>(ListIndex)).ItemData;
   }
 };

@@ -31,9 +31,9 @@ class Timer {
     running_ = true;
   }
   void Stop() { running_ = false; }
-  bool Enabled() const { return running_; }
+  [[nodiscard]] bool Enabled() const { return running_; }
   // How often the timer was started: tells a World a restart from a run.
-  std::uint64_t Starts() const { return starts_; }
+  [[nodiscard]] std::uint64_t Starts() const { return starts_; }
 
  private:
   bool running_ = false;
@@ -105,7 +105,7 @@ struct Window {
 class Stay {
  public:
   explicit Stay(const Window& window) : window_(window), loading_(window.Loadings) {}
-  bool Over() const { return !window_.Loaded || window_.Loadings != loading_; }
+  [[nodiscard]] bool Over() const { return !window_.Loaded || window_.Loadings != loading_; }
 
  private:
   const Window& window_;

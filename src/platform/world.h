@@ -51,7 +51,7 @@ class World {
   virtual bool OpenPort(int portNumber, const std::string& settings) = 0;
   virtual void ClosePort() = 0;
   // The tool's own idea of open: true from OpenPort to ClosePort, whatever became of the device.
-  virtual bool IsPortOpen() const = 0;
+  [[nodiscard]] virtual bool IsPortOpen() const = 0;
   // Bytes received and not yet read. 0 from a closed port and from a device that has gone.
   virtual int BytesAvailable() = 0;
   virtual void ClearInput() = 0;
@@ -91,9 +91,9 @@ class World {
   // being unloaded already. Stops the window's timers. True for a window that is not loaded.
   bool Unload(Window& window);
   // Loaded windows in the order of their loading, the main window among them.
-  const std::vector<Window*>& LoadedWindows() const { return loaded_; }
+  [[nodiscard]] const std::vector<Window*>& LoadedWindows() const { return loaded_; }
   // The modal window that holds the input, the last one shown; none: nullptr.
-  Window* ModalWindow() const;
+  [[nodiscard]] Window* ModalWindow() const;
 
   virtual void SetFocus(Control& control) = 0;
   // Pointer over all windows; a window's own is in its record.
@@ -110,7 +110,7 @@ class World {
   // Told of each message that is about to be shown; may neither wait nor show anything.
   std::function<void(const Message&)> OnMessageShown = [](const Message&) {};
   // A message or dialog is on the screen: the handlers below it go on when it is answered.
-  virtual bool AwaitsAnswer() const = 0;
+  [[nodiscard]] virtual bool AwaitsAnswer() const = 0;
   // `filter` is as "*.tvd|*.tvd|": pairs of description and pattern.
   virtual ChosenFile AskOpenFile(const std::string& filter) = 0;
   virtual ChosenFile AskSaveFile(const std::string& filter) = 0;
@@ -144,7 +144,7 @@ class World {
   // answered with its default), the port is closed and files stay as they are, so that the
   // handlers under way come to their end without effect.
   void EndProgram();
-  bool Ended() const { return ended_; }
+  [[nodiscard]] bool Ended() const { return ended_; }
 
  protected:
   // What ReadFile gives of a file that begins with `bytes`: all of it, or its first

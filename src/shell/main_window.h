@@ -117,7 +117,7 @@ struct MDIForm1 : FrameWindow {
   void ShowStrip(StripField field, const StripText& text);
   // Notes what went wrong, in words that say what happened and, where it helps, what to do.
   void TellTrouble(const std::string& text);
-  bool PageShown() const { return pageShown_; }
+  [[nodiscard]] bool PageShown() const { return pageShown_; }
   // Something the user should know that no message box tells; it stays until another text takes
   // its place, or an empty one.
   void ShowNotice(Notice about, const std::string& text);

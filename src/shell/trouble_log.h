@@ -23,11 +23,11 @@ class TroubleLog {
   // The same text as the newest one counts as once more. Line ends become blanks.
   void Add(const std::string& time, std::string text);
   // The newest first, at most Most.
-  const std::deque<Trouble>& Entries() const { return entries_; }
+  [[nodiscard]] const std::deque<Trouble>& Entries() const { return entries_; }
   // A line for each, for another program: time, text, how often.
-  std::string AsText() const;
+  [[nodiscard]] std::string AsText() const;
   // Raised with each Add.
-  std::uint64_t Revision() const { return revision_; }
+  [[nodiscard]] std::uint64_t Revision() const { return revision_; }
 
  private:
   std::deque<Trouble> entries_;

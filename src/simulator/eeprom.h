@@ -35,13 +35,13 @@ class EepromFile {
   explicit EepromFile(std::string path) : path_(std::move(path)) {}
 
   // Why the path can't name such a file: something else stands there. Empty when it can.
-  std::string Problem() const;
+  [[nodiscard]] std::string Problem() const;
   // Reads the file. Unless it gives Image, the argument holds the image of a new drive. A damaged
   // file is set aside, under the same name with ".damaged" and, from the second on, a number behind
   // it, and what an interrupted Save has left is removed.
   Found Load(EepromImage& image) const;
   // Replaces the file as a whole. False when it could not be written; the old file then stands.
-  bool Save(const EepromImage& image) const;
+  [[nodiscard]] bool Save(const EepromImage& image) const;
   // Leaves the file as a Save leaves it that writes in place and loses its power half way.
   void SaveHalf(const EepromImage& image) const;
 

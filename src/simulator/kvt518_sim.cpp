@@ -60,7 +60,7 @@ class Program {
   }
 
  private:
-  TimeUs Now() const {
+  [[nodiscard]] TimeUs Now() const {
     const auto elapsed = std::chrono::steady_clock::now() - start_;
     return std::chrono::duration_cast<std::chrono::microseconds>(elapsed).count();
   }
@@ -85,7 +85,7 @@ class Program {
     return true;
   }
 
-  TimeUs NextWorkAt(TimeUs now) const {
+  [[nodiscard]] TimeUs NextWorkAt(TimeUs now) const {
     TimeUs at = now + 3'600'000'000;
     if (reopenAt_) at = std::min(at, *reopenAt_);
     if (!reopenAt_ && !hasHost_) at = std::min(at, now + HostPollUs);

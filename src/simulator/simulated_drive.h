@@ -49,9 +49,9 @@ class SimulatedDrive {
   // The bytes of replies whose last bit has left the line by now, each given once.
   std::vector<std::uint8_t> Transmit(TimeUs now);
   // When Transmit will next have something to give, if nothing more is received.
-  std::optional<TimeUs> NextTransmitAt() const { return line_.NextAt(); }
+  [[nodiscard]] std::optional<TimeUs> NextTransmitAt() const { return line_.NextAt(); }
   // When it will have given all of it. Only while there is something to give.
-  TimeUs AllTransmittedAt() const { return line_.AllAt(); }
+  [[nodiscard]] TimeUs AllTransmittedAt() const { return line_.AllAt(); }
 
   // Runs the motor up to the time given, so that its faults show. Requests do that by themselves.
   void Advance(TimeUs now);
@@ -64,19 +64,19 @@ class SimulatedDrive {
   void StartMotion(TimeUs now, const BackgroundMotion& motion = {});
   void StopMotion(TimeUs now);
   // Whether the motor turns or is about to.
-  bool Moving() const { return servo_.Moving(); }
+  [[nodiscard]] bool Moving() const { return servo_.Moving(); }
   // Whether anything may happen by itself as time passes.
-  bool Busy() const { return servo_.Busy(); }
+  [[nodiscard]] bool Busy() const { return servo_.Busy(); }
   // The encoder's plug: off is a trip at once when the motor has power.
   void PlugEncoder(bool on, TimeUs now);
-  const Servo& Motor() const { return servo_; }
+  [[nodiscard]] const Servo& Motor() const { return servo_; }
 
   // The working values. Writing here has none of the effects of a request: commands do not run,
   // and the motor takes parameters over only with a later write to one of them.
   RegisterBank& Registers() { return registers_; }
-  const ErrorLog& Errors() const { return log_; }
+  [[nodiscard]] const ErrorLog& Errors() const { return log_; }
   // Register 254 as written: true when the trap filters are switched off.
-  bool FilterOff() const { return filterOff_; }
+  [[nodiscard]] bool FilterOff() const { return filterOff_; }
 
   // Faults count the requests that follow. Injecting a fault again replaces its earlier order.
   void Inject(Fault fault, Hits hits = Hits::All()) { faults_.Inject({fault, hits, {}}); }
@@ -86,7 +86,7 @@ class SimulatedDrive {
   void RaiseError(DriveError error);
 
   // True from a hang-up fault on: the device is gone, bytes to it are lost, until Reconnect.
-  bool HungUp() const { return hungUp_; }
+  [[nodiscard]] bool HungUp() const { return hungUp_; }
   void Reconnect();
   // The speed of both ends.
   void SetBaud(int baud);
@@ -105,16 +105,16 @@ class SimulatedDrive {
 
   void Serve(const Request& request, TimeUs at);
   Answer Execute(const Request& request, const FaultSet& faults);
-  Answer Read(const Request& request) const;
+  [[nodiscard]] Answer Read(const Request& request) const;
   Answer Write(const Request& request);
   void Send(const Answer& answer, const FaultSet& faults, TimeUs at);
   bool StrikesBeforeExecution(const FaultSet& faults, TimeUs at);
   void SpeakUnasked(const Request& request, const FaultSet& faults, TimeUs at);
   void SendBytes(std::span<const std::uint8_t> bytes, TimeUs at, int baud);
 
-  std::uint16_t ReadWord(unsigned number) const;
+  [[nodiscard]] std::uint16_t ReadWord(unsigned number) const;
   // What the watch address of which `reg` is a half shows, negative numbers in two's complement.
-  std::uint32_t WatchValue(Reg reg) const;
+  [[nodiscard]] std::uint32_t WatchValue(Reg reg) const;
   void LoadImage();
   void StoreParameters();
   void LosePowerInStore(TimeUs at);

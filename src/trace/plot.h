@@ -84,7 +84,7 @@ struct Plot {
   void Picture1_MouseUp(int button, float x, float y);
 
  private:
-  bool TakesMouse() const;
+  [[nodiscard]] bool TakesMouse() const;
   // The labels of the present zoom level.
   void ShowLabels();
   void ShowWholeTraceLabels();

@@ -68,11 +68,11 @@ struct Form5 : Window {
    public:
     explicit ScopeRun(Form5& scope, Errand::Of of = Errand::Of::Handler)
         : errand_(scope.link_, scope, of), scope_(scope), start_(scope.starts_) {}
-    const Errand& Of() const { return errand_; }
+    [[nodiscard]] const Errand& Of() const { return errand_; }
     // The window was closed.
-    bool Closed() const { return errand_.Over(); }
+    [[nodiscard]] bool Closed() const { return errand_.Over(); }
     // It was closed, or a new Start has overtaken the run: the handler gives up.
-    bool Over() const { return Closed() || start_ != scope_.starts_; }
+    [[nodiscard]] bool Over() const { return Closed() || start_ != scope_.starts_; }
 
    private:
     Errand errand_;

@@ -14,11 +14,11 @@ class Fractions {
  public:
   Fractions(std::span<const float> values, double from, double to)
       : values_(values), from_(from), step_(to - from) {}
-  std::size_t Count() const { return values_.size(); }
-  double At(std::size_t i) const { return (values_[i] - from_) / step_; }
+  [[nodiscard]] std::size_t Count() const { return values_.size(); }
+  [[nodiscard]] double At(std::size_t i) const { return (values_[i] - from_) / step_; }
 
   // Where the answer first crosses `level`, in samples.
-  std::optional<double> Crossing(double level) const {
+  [[nodiscard]] std::optional<double> Crossing(double level) const {
     if (At(0) >= level) return 0;
     for (std::size_t i = 1; i < Count(); ++i) {
       if (At(i) < level) continue;

@@ -53,9 +53,9 @@ struct Form1 : Window {
     float Ki;
     float TestCurrentA;
   };
-  Entries TakeEntries() const;
+  [[nodiscard]] Entries TakeEntries() const;
   // The trace with what it was made with, for a spreadsheet; empty without one.
-  std::string CopiedText() const;
+  [[nodiscard]] std::string CopiedText() const;
 
   bool ReadGain(const Errand& errand, Register reg, Field field, Slot slot);
   // Reports the first bad field, corrects it and gives false.
@@ -69,7 +69,7 @@ struct Form1 : Window {
   void ReadCurrentBlock(const Errand& errand, int offset, int lastOffset);
   void ReportFailure(const Errand& errand);
   // The number in a field.
-  double Number(Field field) const;
+  [[nodiscard]] double Number(Field field) const;
 
   World& world_;
   Link& link_;

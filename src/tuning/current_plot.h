@@ -43,8 +43,8 @@ struct CurrentPlot {
   // test current up and down.
   void ShowTrace(const std::array<float, CurrentSamples>& counts, float testCurrent,
                  PictureBox& picture);
-  bool HasTrace() const { return trace_ != 0; }
-  PictureScale View() const;
+  [[nodiscard]] bool HasTrace() const { return trace_ != 0; }
+  [[nodiscard]] PictureScale View() const;
 
   // The mouse on the picture, in plot units.
   void MouseDown(int button, float x, float y);

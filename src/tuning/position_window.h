@@ -121,7 +121,7 @@ struct Form3 : Window {
   void Command3_MouseUp() { ReleaseJog(CounterClockwise); }
 
   // A jog button is held down.
-  bool JogHeld() const { return jogHeld_[Clockwise] || jogHeld_[CounterClockwise]; }
+  [[nodiscard]] bool JogHeld() const { return jogHeld_[Clockwise] || jogHeld_[CounterClockwise]; }
 
  private:
   // The numbers of the fields at a Start click. The fields stay open to the user while the gains
@@ -144,7 +144,7 @@ struct Form3 : Window {
   // position_fields.cpp
   bool ReadGains(const Errand& errand);
   bool ReadGain(const Errand& errand, Register reg, Slot slot, float& copy, TextBox& text);
-  Entries TakeEntries() const;
+  [[nodiscard]] Entries TakeEntries() const;
   bool ValidateFields(const Entries& entries);
   // Whether the drive can take the words of the motion.
   bool ValidateWords(const Entries& entries);
@@ -154,13 +154,13 @@ struct Form3 : Window {
   bool WriteKaff(const Errand& errand, const Entries& entries);
   float* RememberedOf(std::size_t index);
   // The gains in the drive, the motion of the last Start, and how well it was followed.
-  RunNotes NotesOfRun() const;
+  [[nodiscard]] RunNotes NotesOfRun() const;
 
   // position_run.cpp
   void ShowCaption(const char* caption);
   void ShowRunColour(Colour colour) { Command1[MainStart].BackColor = colour; }
   void EnableFields(bool enabled);
-  float PlanMs(const Entries& entries) const;
+  [[nodiscard]] float PlanMs(const Entries& entries) const;
   void StartTest(const Errand& errand);
   void StopTest(const Errand& errand);
   // The stop word: see RunScheme::StopTest.
@@ -189,7 +189,7 @@ struct Form3 : Window {
                    const char* fallback);
   void WriteJogStop(const Errand& errand);
   // The last word that went to the drive has set it jogging.
-  bool JogInForce() const;
+  [[nodiscard]] bool JogInForce() const;
 
   World& world_;
   Link& link_;

@@ -56,12 +56,12 @@ class RunScheme {
   std::int64_t TestStartTick = 0;
 
   // The button says "Start": no test is wanted.
-  bool StopRequested() const { return p_.RunButton.Caption == StartCaption; }
+  [[nodiscard]] bool StopRequested() const { return p_.RunButton.Caption == StartCaption; }
   // A Start click would be taken.
-  bool MayStart() const;
+  [[nodiscard]] bool MayStart() const;
 
   // Milliseconds since the test was started.
-  double ElapsedMs() const;
+  [[nodiscard]] double ElapsedMs() const;
 
   // --- Loading.
 
@@ -84,7 +84,7 @@ class RunScheme {
   class MotorErrand {
    public:
     explicit MotorErrand(RunScheme& scheme);
-    const Errand& Own() const { return errand_; }
+    [[nodiscard]] const Errand& Own() const { return errand_; }
 
    private:
     PointerAtEnd pointer_;
@@ -94,7 +94,7 @@ class RunScheme {
   class Tick {
    public:
     explicit Tick(RunScheme& scheme);
-    const Errand& Own() const { return errand_; }
+    [[nodiscard]] const Errand& Own() const { return errand_; }
 
    private:
     struct Mark {
@@ -161,7 +161,7 @@ class RunScheme {
                                 const std::function<void()>& show);
 
   // A jog has taken the motor from the test that `errand` starts.
-  bool Jogged(const Errand& errand) const;
+  [[nodiscard]] bool Jogged(const Errand& errand) const;
 
   // The failure routine: the message, once; then the window closes.
   void ReportLinkFailure(const Errand& errand);

@@ -98,11 +98,11 @@ struct velocityModeTune : Window {
 
   // velocity_window.cpp
   void ConnectEvents();
-  double Number(Field field) const;
+  [[nodiscard]] double Number(Field field) const;
   float* RememberedOf(Field field);
   void WriteGainNow(std::size_t gain);
   // The gains in the drive, the motion of the last Start, and how well it was followed.
-  RunNotes NotesOfRun() const;
+  [[nodiscard]] RunNotes NotesOfRun() const;
 
   // velocity_run.cpp
   void ShowCaption(const char* caption);

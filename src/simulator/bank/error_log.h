@@ -40,7 +40,7 @@ class ErrorLog {
   void EraseCurrent();
   void EraseAll() { entries_ = {}; }
 
-  const Entries& All() const { return entries_; }
+  [[nodiscard]] const Entries& All() const { return entries_; }
   void Restore(const Entries& entries) { entries_ = entries; }
 
  private:

@@ -44,13 +44,17 @@ class Axis {
   // Runs one tick without power.
   void TickUnpowered();
 
-  std::int64_t PositionPulses() const;                       // of the encoder
-  std::int32_t ErrorPulses() const { return errorPulses_; }  // at the end of the last tick
-  double CurrentA() const { return motor_.CurrentA(); }
-  double SpeedRpm() const;
+  [[nodiscard]] std::int64_t PositionPulses() const;  // of the encoder
+  [[nodiscard]] std::int32_t ErrorPulses() const {
+    return errorPulses_;
+  }  // at the end of the last tick
+  [[nodiscard]] double CurrentA() const { return motor_.CurrentA(); }
+  [[nodiscard]] double SpeedRpm() const;
   // Nothing of motor and loops changes any more while the reference stands still.
-  bool Still() const { return motor_.SpeedRadPerS() == 0.0 && std::abs(slopeA_) < StillA; }
-  double CountsPerTurn() const { return countsPerTurn_; }
+  [[nodiscard]] bool Still() const {
+    return motor_.SpeedRadPerS() == 0.0 && std::abs(slopeA_) < StillA;
+  }
+  [[nodiscard]] double CountsPerTurn() const { return countsPerTurn_; }
 
  private:
   static constexpr double StillA = 1e-6;  // a tick
@@ -58,8 +62,8 @@ class Axis {
   // The measured speed is what the encoder has moved over so many velocity periods: 2 ms.
   static constexpr std::size_t VelocityWindow = 8;
 
-  double EncoderRad() const;
-  double FinePosition() const;
+  [[nodiscard]] double EncoderRad() const;
+  [[nodiscard]] double FinePosition() const;
   double MeasureRpm();
   bool StepCurrentLoop(double referenceA, double emfVolts);
   std::optional<Trip> Supervise(const AxisReference& reference);

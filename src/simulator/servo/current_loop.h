@@ -24,7 +24,7 @@ class Winding {
   explicit Winding(const WindingConstants& constants);
   // Applies `volts` (terminal voltage less back EMF) for one period.
   void Step(double volts) { currentA_ = decay_ * currentA_ + gainSiemens_ * volts; }
-  double CurrentA() const { return currentA_; }
+  [[nodiscard]] double CurrentA() const { return currentA_; }
   void Interrupt() { currentA_ = 0.0; }
 
  private:
@@ -83,8 +83,8 @@ class CurrentStepTest {
   // As many of them as the recording takes.
   Samples Record(double limitA, Noise& noise);
 
-  double CurrentA() const { return winding_.CurrentA(); }
-  double PeakA() const { return peakA_; }
+  [[nodiscard]] double CurrentA() const { return winding_.CurrentA(); }
+  [[nodiscard]] double PeakA() const { return peakA_; }
 
  private:
   Winding winding_;

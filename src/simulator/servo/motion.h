@@ -22,11 +22,11 @@ class Motion {
   // that it is in.
   virtual Setpoint Tick(bool hold) = 0;
   // No further tick will move anything.
-  virtual bool Finished() const = 0;
+  [[nodiscard]] virtual bool Finished() const = 0;
   // A move out and back is about to begin with the next tick that is not held.
-  virtual bool AtStartOfMove() const { return false; }
+  [[nodiscard]] virtual bool AtStartOfMove() const { return false; }
   // A move out and back is still to begin, now or later.
-  virtual bool MoveToCome() const { return false; }
+  [[nodiscard]] virtual bool MoveToCome() const { return false; }
 };
 
 // Drives the velocity towards a target at a constant rate and then stays there: a jog, and with the
@@ -37,7 +37,7 @@ class SpeedRamp : public Motion {
   SpeedRamp(double startPps, double targetPps, double rate)
       : velocityPps_(startPps), targetPps_(targetPps), stepPps_(rate * TickS) {}
   Setpoint Tick(bool hold) override;
-  bool Finished() const override { return targetPps_ == 0.0 && velocityPps_ == 0.0; }
+  [[nodiscard]] bool Finished() const override { return targetPps_ == 0.0 && velocityPps_ == 0.0; }
 
  private:
   double velocityPps_;
@@ -52,7 +52,7 @@ class SineMotion : public Motion {
   SineMotion(double frequencyHz, double amplitudePps)
       : frequencyHz_(frequencyHz), amplitudePps_(amplitudePps) {}
   Setpoint Tick(bool hold) override;
-  bool Finished() const override { return false; }
+  [[nodiscard]] bool Finished() const override { return false; }
 
  private:
   double frequencyHz_;

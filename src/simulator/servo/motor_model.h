@@ -28,9 +28,9 @@ class MotorModel {
   // Takes cogging and ripple of where the shaft stands. They vary far more slowly than a period.
   void UpdateTorqueWaves();
 
-  double CurrentA() const { return winding_.CurrentA(); }
-  double AngleRad() const { return angle_; }
-  double SpeedRadPerS() const { return speed_; }
+  [[nodiscard]] double CurrentA() const { return winding_.CurrentA(); }
+  [[nodiscard]] double AngleRad() const { return angle_; }
+  [[nodiscard]] double SpeedRadPerS() const { return speed_; }
 
  private:
   void Move(double motorNm) {
@@ -53,7 +53,7 @@ class MotorModel {
   }
   // What the load takes from the rotor. Between the flanks of its play the coupling carries
   // nothing.
-  double SpringNm() const {
+  [[nodiscard]] double SpringNm() const {
     const double twist = angle_ - loadAngle_;
     const double bent = twist > halfPlay_    ? twist - halfPlay_
                         : twist < -halfPlay_ ? twist + halfPlay_

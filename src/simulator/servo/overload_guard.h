@@ -22,10 +22,10 @@ class OverloadGuard {
     limited_ = false;
   }
 
-  double LimitA() const { return limited_ ? ratedA_ : peakA_; }
-  double OverCurrentA() const { return 1.5 * peakA_; }
+  [[nodiscard]] double LimitA() const { return limited_ ? ratedA_ : peakA_; }
+  [[nodiscard]] double OverCurrentA() const { return 1.5 * peakA_; }
   // The motor has been held at its rated current for so long that it can't do what it shall.
-  bool Overloaded() const { return limitedS_ > OverloadedS; }
+  [[nodiscard]] bool Overloaded() const { return limitedS_ > OverloadedS; }
 
   void Pass(double currentA, double durationS) {
     const double load = currentA / ratedA_;

@@ -33,9 +33,11 @@ class PositionProfile : public Motion {
  public:
   explicit PositionProfile(const ProfileWords& words);
   Setpoint Tick(bool hold) override;
-  bool Finished() const override { return movesLeft_ == 0; }
-  bool AtStartOfMove() const override { return state_ == State::Wait && movesLeft_ > 0; }
-  bool MoveToCome() const override { return AtStartOfMove() || movesLeft_ > 1; }
+  [[nodiscard]] bool Finished() const override { return movesLeft_ == 0; }
+  [[nodiscard]] bool AtStartOfMove() const override {
+    return state_ == State::Wait && movesLeft_ > 0;
+  }
+  [[nodiscard]] bool MoveToCome() const override { return AtStartOfMove() || movesLeft_ > 1; }
 
  private:
   enum class State {
@@ -52,7 +54,7 @@ class PositionProfile : public Motion {
   };
   void StepOut(bool hold);
   void StepBack();
-  double Stored(double pulses) const;
+  [[nodiscard]] double Stored(double pulses) const;
 
   // Velocities are in hundredths of a pulse in each tick, the speed word's own unit.
   double acceleration_;
@@ -73,12 +75,12 @@ class VelocityProfile : public Motion {
  public:
   explicit VelocityProfile(const ProfileWords& words);
   Setpoint Tick(bool hold) override;
-  bool Finished() const override { return movesLeft_ == 0; }
-  bool AtStartOfMove() const override { return tickInMove_ == 0 && movesLeft_ > 0; }
-  bool MoveToCome() const override { return AtStartOfMove() || movesLeft_ > 1; }
+  [[nodiscard]] bool Finished() const override { return movesLeft_ == 0; }
+  [[nodiscard]] bool AtStartOfMove() const override { return tickInMove_ == 0 && movesLeft_ > 0; }
+  [[nodiscard]] bool MoveToCome() const override { return AtStartOfMove() || movesLeft_ > 1; }
 
  private:
-  double TargetPps() const;
+  [[nodiscard]] double TargetPps() const;
 
   double stepPps_;
   double topPps_;

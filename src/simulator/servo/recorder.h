@@ -59,10 +59,12 @@ class Recorder {
   // Ends any recording and empties the memory.
   void Reset();
 
-  bool Idle() const { return state_ == State::Idle; }
+  [[nodiscard]] bool Idle() const { return state_ == State::Idle; }
   // The samples before the move are being recorded: the generator waits.
-  bool Leading() const { return state_ == State::Recording && sample_ < LeadSamples; }
-  std::int16_t Sample(int index) const { return memory_[static_cast<std::size_t>(index)]; }
+  [[nodiscard]] bool Leading() const { return state_ == State::Recording && sample_ < LeadSamples; }
+  [[nodiscard]] std::int16_t Sample(int index) const {
+    return memory_[static_cast<std::size_t>(index)];
+  }
 
  private:
   enum class State { Idle, Waiting, Recording };
@@ -80,11 +82,11 @@ class Recorder {
 
   void Wait();
   void Begin();
-  bool MoveJustBegan() const;
+  [[nodiscard]] bool MoveJustBegan() const;
   void BeginWithLastMove();
   void Record(const RecorderInput& input);
   // Of a tick at most HistoryTicks ago; of a time before the history, its oldest tick.
-  const RecorderInput& At(std::int64_t tick) const;
+  [[nodiscard]] const RecorderInput& At(std::int64_t tick) const;
   void TakeSample(const RecorderInput& input);
 
   Noise noise_;

@@ -54,16 +54,16 @@ class Servo {
 
   // Register 28: 0 from the arming to the end of the recording, else 1, also before the first
   // arming.
-  std::uint16_t RecorderStatus() const;
+  [[nodiscard]] std::uint16_t RecorderStatus() const;
 
   // Sample memory, 0 <= index < SampleCount: the last recording that was finished, zeros before it.
-  std::int16_t Sample(int index) const;
+  [[nodiscard]] std::int16_t Sample(int index) const;
 
   // Takes the power off the motor at once and ends whatever moves it.
   void Stop();
 
   // The trip that keeps the motor from moving, if any.
-  std::optional<Trip> Tripped() const { return trip_; }
+  [[nodiscard]] std::optional<Trip> Tripped() const { return trip_; }
   void ClearTrip() { trip_.reset(); }
 
   // The switch of register 254. On, the current reference passes the trap filters.
@@ -76,9 +76,9 @@ class Servo {
   void Reset();
 
   // A command or the background motion moves the motor, or it still turns by itself.
-  bool Moving() const;
+  [[nodiscard]] bool Moving() const;
   // Anything but rest: as time passes, something may happen by itself.
-  bool Busy() const { return motion_ || !resting_ || step_; }
+  [[nodiscard]] bool Busy() const { return motion_ || !resting_ || step_; }
 
   // Moves the motor until stopped, or until a command takes over. Ignored while a command is
   // running, and after a trip.
@@ -86,11 +86,11 @@ class Servo {
   void StopBackgroundMotion(TimeUs now);
 
   // The world as it really is, for tests and watch addresses.
-  std::int64_t ShaftPositionPulses() const;
-  double ShaftSpeedRpm() const;
+  [[nodiscard]] std::int64_t ShaftPositionPulses() const;
+  [[nodiscard]] double ShaftSpeedRpm() const;
   // What flows in the winding.
-  double CurrentA() const;
-  std::int32_t PositionErrorPulses() const;
+  [[nodiscard]] double CurrentA() const;
+  [[nodiscard]] std::int32_t PositionErrorPulses() const;
 
  private:
   enum class MotionKind { None, PositionTest, VelocityTest, Jog, Background, Stop };

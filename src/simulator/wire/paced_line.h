@@ -21,7 +21,7 @@ class PacedLine {
   void SetBaud(int baud) { baud_ = baud; }
 
   // How many characters fill a time; on a line that is not paced, as many as at its rate.
-  std::size_t CharactersIn(TimeUs duration) const;
+  [[nodiscard]] std::size_t CharactersIn(TimeUs duration) const;
 
   // When a byte handed to the line now has arrived with its last bit. A pseudo-terminal takes bytes
   // faster than any line: while MostWaiting characters wait for their turn, the byte is lost, as it
@@ -37,9 +37,9 @@ class PacedLine {
   std::vector<std::uint8_t> Take(TimeUs now);
 
   // When the next byte will have left, or nothing when none is queued.
-  std::optional<TimeUs> NextAt() const;
+  [[nodiscard]] std::optional<TimeUs> NextAt() const;
   // When all that is queued will have left. Only while something is queued.
-  TimeUs AllAt() const { return queue_.back().LeftAt; }
+  [[nodiscard]] TimeUs AllAt() const { return queue_.back().LeftAt; }
 
   // Drops what is queued and forgets what is under way.
   void Clear();
@@ -51,7 +51,7 @@ class PacedLine {
   };
 
   // Time of a number of characters, rounded up to whole microseconds once for all of them.
-  TimeUs CharactersUs(std::size_t count) const;
+  [[nodiscard]] TimeUs CharactersUs(std::size_t count) const;
 
   int baud_;
   bool paced_;

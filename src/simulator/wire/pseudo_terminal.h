@@ -27,17 +27,17 @@ class PseudoTerminal {
   // claim to the link stays until another is opened, for a device that will come back.
   void Close();
 
-  const std::string& Problem() const { return problem_; }
-  const std::string& DevicePath() const { return devicePath_; }
-  int Handle() const { return handle_; }  // for poll; -1 when closed
+  [[nodiscard]] const std::string& Problem() const { return problem_; }
+  [[nodiscard]] const std::string& DevicePath() const { return devicePath_; }
+  [[nodiscard]] int Handle() const { return handle_; }  // for poll; -1 when closed
 
   // Whether a host has the far end open. A closed terminal has no host.
-  bool HasHost() const;
+  [[nodiscard]] bool HasHost() const;
   // The speed the host has set on its end; nothing when it can't be told.
-  std::optional<int> HostBaud() const;
+  [[nodiscard]] std::optional<int> HostBaud() const;
 
   // The bytes that wait, without blocking; of a host that writes without end, some of them.
-  std::vector<std::uint8_t> ReadSome() const;
+  [[nodiscard]] std::vector<std::uint8_t> ReadSome() const;
   // Hands bytes to the host, without blocking: what does not fit is lost, as on a line.
   void Write(std::span<const std::uint8_t> bytes) const;
   // Drops what waits in both directions.
