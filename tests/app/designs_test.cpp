@@ -1,0 +1,140 @@
+// The designs of all windows are those of designs.txt: places, captions, colours, lists and tips
+// that everyone who works with the tool knows by heart, so that none changes by accident.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "app/bench.h"
+
+namespace gainsmith::test {
+namespace {
+
+class Description {
+ public:
+  void Add(const Window& window) {
+    text_ << "\n" << window.Name << " " << Quoted(window.Caption);
+    AddPlace(window.LeftTwips, window.TopTwips, window.ClientWidthTwips, window.ClientHeightTwips);
+    text_ << " " << window.BackColor << "\n";
+    for (const Timer* timer : window.Timers) text_ << "  every " << timer->IntervalMs << " ms\n";
+    for (const Control* control : window.Controls) Add(*control);
+  }
+
+  void Add(const FrameWindow& frame) {
+    Add(static_cast<const Window&>(frame));
+    for (const MenuItem* menu : frame.Menus) AddMenu(*menu, "  ");
+    for (const ToolButton* button : frame.ToolButtons) {
+      text_ << "  tool " << button->Icon << " " << Quoted(button->ToolTip) << button->Enabled
+            << "\n";
+    }
+    text_ << "  maximize box " << frame.MaximizeBox << "\n";
+  }
+
+  std::vector<std::string> Lines() const {
+    std::istringstream all(text_.str());
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(all, line);) {
+      lines.push_back(line.erase(line.find_last_not_of(' ') + 1));
+    }
+    return lines;
+  }
+
+ private:
+  static std::string Quoted(std::string text) {
+    for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos;) {
+      text.replace(at, 1, "\\n");
+    }
+    return "\"" + text + "\" ";
+  }
+
+  void AddPlace(int left, int top, int width, int height) {
+    text_ << " " << left << "," << top << " " << width << "x" << height;
+  }
+
+  void AddMenu(const MenuItem& menu, const std::string& indent) {
+    text_ << indent << "menu " << menu.Name << " " << Quoted(menu.Caption) << menu.Shortcut << " "
+          << menu.Enabled << menu.Visible << "\n";
+    for (const MenuItem* item : menu.Items) AddMenu(*item, indent + "  ");
+  }
+
+  void Add(const Control& control) {
+    text_ << "  " << control.Name;
+    AddPlace(control.LeftTwips, control.TopTwips, control.WidthTwips, control.HeightTwips);
+    if (control.Container) text_ << " in " << control.Container->Name << "/" << control.Page;
+    text_ << " " << control.Enabled << control.Visible << control.Parked << " " << std::hex
+          << control.BackColor << " " << control.ForeColor << std::dec << " "
+          << Quoted(control.Caption) << Quoted(control.ToolTip) << Quoted(control.AccessibleName);
+    AddOwn(control);
+    text_ << "\n";
+  }
+
+  void AddOwn(const Control& control) {
+    if (const auto* label = As<Label>(control, ControlKind::Label)) {
+      text_ << "label " << static_cast<int>(label->Alignment) << label->WordWrap << label->Heading
+            << label->Elided << label->Squeeze;
+    } else if (const auto* field = As<TextBox>(control, ControlKind::TextBox)) {
+      text_ << "field " << Quoted(field->Text);
+    } else if (const auto* button = As<Button>(control, ControlKind::Button)) {
+      text_ << "button " << button->Swatch << button->Default << button->Cancel;
+    } else if (const auto* list = As<ComboBox>(control, ControlKind::ComboBox)) {
+      text_ << "list " << list->ListIndex << list->Editable << " " << Quoted(list->Text);
+      for (const ListItem& item : list->Items) text_ << Quoted(item.Text) << item.ItemData << " ";
+    } else if (const auto* tabs = As<Tabs>(control, ControlKind::Tabs)) {
+      text_ << "tabs " << tabs->CurrentPage << " ";
+      for (const std::string& page : tabs->Pages) text_ << Quoted(page);
+    } else if (const auto* picture = As<PictureBox>(control, ControlKind::PictureBox)) {
+      const PictureScale& scale = picture->Scale;
+      text_ << "picture " << scale.Left << " " << scale.Top << " " << scale.Width << " "
+            << scale.Height;
+    } else if (const auto* grid = As<Grid>(control, ControlKind::Grid)) {
+      text_ << "grid " << grid->ManySelected << " ";
+      for (const GridColumn& column : grid->Columns) {
+        text_ << Quoted(column.Heading) << column.WidthTwips << " ";
+      }
+    } else {
+      text_ << "kind " << static_cast<int>(control.Kind);
+    }
+  }
+
+  template <typename T>
+  static const T* As(const Control& control, ControlKind kind) {
+    return control.Kind == kind ? static_cast<const T*>(&control) : nullptr;
+  }
+
+  std::ostringstream text_;
+};
+
+TEST(DesignsTest, AreThoseThatUsersKnow) {
+  Bench bench({}, Edition::ServiceBench);
+  Tool& tool = bench.tool;
+  Description description;
+  description.Add(tool.mdiForm1);
+  for (const Window* window : std::initializer_list<const Window*>{
+           &tool.waiting, &tool.form9, &tool.dialog, &tool.troubles, &tool.form2, &tool.form1,
+           &tool.form3, &tool.form4, &tool.form5, &tool.form110, &tool.form8, &tool.sysConfig,
+           &tool.velocityMode}) {
+    description.Add(*window);
+  }
+  std::ifstream file(DESIGNS_TXT);
+  std::vector<std::string> known;
+  for (std::string line; std::getline(file, line);) known.push_back(line);
+
+  const std::vector<std::string> lines = description.Lines();
+  const auto [now, then] = std::mismatch(lines.begin(), lines.end(), known.begin(), known.end());
+  if (now == lines.end() && then == known.end()) return;
+  const auto renewed = std::filesystem::temp_directory_path() / "designs.txt";
+  std::ofstream out(renewed);
+  for (const std::string& line : lines) out << line << "\n";
+  ADD_FAILURE() << "line " << now - lines.begin() + 1 << " was\n"
+                << (then == known.end() ? "" : *then) << "\nand is\n"
+                << (now == lines.end() ? "" : *now) << "\nIf that is meant, copy " << renewed
+                << " to tests/app/designs.txt.";
+}
+
+}  // namespace
+}  // namespace gainsmith::test
