@@ -43,6 +43,10 @@ void ControlView::Forget() {
 }
 
 void ControlView::Reflect() {
+  const bool visibleChanged = Changed(visible_, record_.Visible);
+  if (visibleChanged && !record_.Visible) ReflectVisible();
+  // Brought up to date when it shows.
+  if (!record_.Visible && widget_->isHidden()) return;
   ReflectPlace();
   if (Changed(toolTip_, record_.ToolTip)) widget_->setToolTip(ShownText(record_.ToolTip));
   const std::string& spoken =
@@ -57,7 +61,7 @@ void ControlView::Reflect() {
     if (!record_.Enabled) window_.HoldFocusOf(*widget_);
     widget_->setEnabled(record_.Enabled);
   }
-  if (Changed(visible_, record_.Visible)) ReflectVisible();
+  if (visibleChanged && record_.Visible) ReflectVisible();
 }
 
 void ControlView::ReflectVisible() {
