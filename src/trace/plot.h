@@ -72,6 +72,12 @@ struct Plot {
   // Redraws: call it after any change of data, scale, selection or colour.
   void Form_Resize();
 
+  // The whole trace with its labels: the two above.
+  void ShowWhole() {
+    SetAxisLabels();
+    Form_Resize();
+  }
+
   // Chooses, from the position series shown, the one that sets the axis, and scales the traces by
   // it; nothing without one. The axis labels and the redraw are the caller's next step.
   void PickPositionSource();

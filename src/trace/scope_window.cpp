@@ -218,8 +218,7 @@ void Form5::ShowRecording(const std::vector<float>& words) {
   trace_.Show[Signal::VBak] = Check1[Velocity].Ticked;
   trace_.Show[Signal::PErr] = Check1[PositionError].Ticked;
   Plot.CaptureHaveData = true;
-  Plot.SetAxisLabels();
-  Plot.Form_Resize();
+  Plot.ShowWhole();
 }
 
 // --- Channels and the spectrum.
@@ -228,8 +227,7 @@ void Form5::Check1_Click(Channel channel) {
   if (channel == Current) trace_.Show[Signal::IBak] = Check1[Current].Ticked;
   if (channel == Velocity) trace_.Show[Signal::VBak] = Check1[Velocity].Ticked;
   if (channel == PositionError) trace_.Show[Signal::PErr] = Check1[PositionError].Ticked;
-  Plot.SetAxisLabels();
-  Plot.Form_Resize();
+  Plot.ShowWhole();
 }
 
 void Form5::Check2_Click() {
@@ -260,8 +258,7 @@ void Form5::ShowTraces() {
   Command1.Enabled = true;
   Plot.FrequencyMode = false;
   Plot.SetRightColumnsVisible(true);
-  Plot.SetAxisLabels();
-  Plot.Form_Resize();
+  Plot.ShowWhole();
 }
 
 }  // namespace gainsmith

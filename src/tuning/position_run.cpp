@@ -147,17 +147,13 @@ void Form3::StopTest(const Errand& errand) {
   ShowStoppable();
   if (!StopPositionTest(errand, BeforeStopMs)) return;
   link_.LinkIdle = true;
-  if (Run.TraceUploaded) return;
-  readdata(errand);
-  if (!errand.Over()) Run.TraceUploaded = false;
+  Run.ReadAfterStop(errand, [this](const Errand& own) { readdata(own); });
 }
 
 void Form3::readdata(const Errand& errand) {
   const int channels = Plot.Description.ChannelCount;
-  const RunScheme::CaptureEnd end = Run.TakeFirstRecording(errand, channels, [&] {
-    trace_.ShowRecordedChannels(channels);
-    ShowRecording();
-  });
+  const RunScheme::CaptureEnd end =
+      Run.TakeFirstRecording(errand, channels, [this] { ShowRecording(); });
   if (end == RunScheme::CaptureEnd::Closed) return;
   if (!Run.StopRequested() || !StopPositionTest(errand)) return;
   Command1[CurveStart].Caption = RunScheme::StartCaption;
@@ -165,17 +161,14 @@ void Form3::readdata(const Errand& errand) {
 }
 
 void Form3::ShowRecording() {
-  SplitTrace(trace_, link_.ReplyValues, Plot.Description.ChannelCount);
-  trace_.Show[Signal::IBak] = Check1[IBak].Ticked;
-  trace_.Show[Signal::VBak] = Check1[VBak].Ticked;
+  Run.SplitRecording(Plot.Description.ChannelCount, Check1[IBak], Check1[VBak]);
   if (!Check1[PErr].Ticked || Check1[PBak].Ticked || Check1[PRef].Ticked) {
     Check1[PErr].Ticked = true;
     Check1[PBak].Ticked = false;
     Check1[PRef].Ticked = false;
     Plot.PickPositionSource();
   }
-  Plot.SetAxisLabels();
-  Plot.Form_Resize();
+  Plot.ShowWhole();
 }
 
 bool Form3::StoppedInTick(const Errand& errand) {
@@ -207,7 +200,6 @@ void Form3::DataSource_Timer() {
     for (Button& button : Command1) button.ToolTip = RunScheme::PlanOverTip;
     return;
   }
-  trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
   ShowRecording();
 }
 

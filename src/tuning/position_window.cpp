@@ -7,7 +7,6 @@
 #include "platform/common_texts.h"
 #include "platform/number_text.h"
 #include "trace/capture.h"
-#include "trace/split_trace.h"
 
 namespace gainsmith {
 
@@ -98,8 +97,7 @@ void Form3::Check1_Click(Channel channel) {
   trace_.Show[live->second] = Check1[channel].Ticked;
   if (!Plot.CaptureHaveData) return;
   Plot.PickPositionSource();
-  Plot.SetAxisLabels();
-  Plot.Form_Resize();
+  Plot.ShowWhole();
 }
 
 void Form3::Command4_Click(std::size_t index) {

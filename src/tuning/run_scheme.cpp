@@ -1,6 +1,8 @@
 // RunScheme: clicks, the guarded list of writes, and recordings.
 #include "tuning/run_scheme.h"
 
+#include "trace/split_trace.h"
+
 namespace gainsmith {
 namespace {
 
@@ -142,6 +144,20 @@ RunScheme::CaptureEnd RunScheme::TakeFirstRecording(const Errand& errand, int ch
     TraceUploaded = true;
   }
   return end;
+}
+
+void RunScheme::ReadAfterStop(const Errand& errand,
+                              const std::function<void(const Errand&)>& read) {
+  if (TraceUploaded) return;
+  read(errand);
+  if (!errand.Over()) TraceUploaded = false;
+}
+
+void RunScheme::SplitRecording(int channelCount, const CheckBox& iBak, const CheckBox& vBak) {
+  p_.Trace.ShowRecordedChannels(channelCount);
+  SplitTrace(p_.Trace, p_.Link.ReplyValues, channelCount);
+  p_.Trace.Show[Signal::IBak] = iBak.Ticked;
+  p_.Trace.Show[Signal::VBak] = vBak.Ticked;
 }
 
 void RunScheme::ReportLinkFailure(const Errand& errand) {

@@ -160,6 +160,12 @@ class RunScheme {
   CaptureEnd TakeFirstRecording(const Errand& errand, int channelCount,
                                 const std::function<void()>& show);
 
+  // For the end of a Stop: `read`, where no upload has ended that the test asked for.
+  void ReadAfterStop(const Errand& errand, const std::function<void(const Errand&)>& read);
+  // Splits the words of the last upload into the traces; the two that have a box are shown where it
+  // is ticked.
+  void SplitRecording(int channelCount, const CheckBox& iBak, const CheckBox& vBak);
+
   // A jog has taken the motor from the test that `errand` starts.
   [[nodiscard]] bool Jogged(const Errand& errand) const;
 

@@ -2,7 +2,6 @@
 #include <string>
 
 #include "platform/number_text.h"
-#include "trace/split_trace.h"
 #include "tuning/pulse_generator.h"
 #include "tuning/velocity_window.h"
 
@@ -164,9 +163,7 @@ void velocityModeTune::StopTest(const Errand& errand) {
   ShowCaption(RunScheme::StartCaption);
   EnableMotionFields(true);
   if (!StopVelocityTest(errand)) return;
-  if (Run.TraceUploaded) return;
-  readdata(errand);
-  if (!errand.Over()) Run.TraceUploaded = false;
+  Run.ReadAfterStop(errand, [this](const Errand& own) { readdata(own); });
 }
 
 // --- Recordings.
@@ -179,12 +176,8 @@ void velocityModeTune::readdata(const Errand& errand) {
 }
 
 void velocityModeTune::ShowRecording() {
-  trace_.ShowRecordedChannels(Plot.Description.ChannelCount);
-  SplitTrace(trace_, link_.ReplyValues, Plot.Description.ChannelCount);
-  trace_.Show[Signal::IBak] = Check1[IBak].Ticked;
-  trace_.Show[Signal::VBak] = Check1[VBak].Ticked;
-  Plot.SetAxisLabels();
-  Plot.Form_Resize();
+  Run.SplitRecording(Plot.Description.ChannelCount, Check1[IBak], Check1[VBak]);
+  Plot.ShowWhole();
 }
 
 void velocityModeTune::DataSource_Timer() {

@@ -143,8 +143,7 @@ RunNotes velocityModeTune::NotesOfRun() const {
 void velocityModeTune::Check1_Click(Channel channel) {
   if (channel == IBak) trace_.Show[Signal::IBak] = Check1[IBak].Ticked;
   if (channel == VBak) trace_.Show[Signal::VBak] = Check1[VBak].Ticked;
-  Plot.SetAxisLabels();
-  Plot.Form_Resize();
+  Plot.ShowWhole();
 }
 
 void velocityModeTune::Command4_Click(Channel channel) {
