@@ -109,11 +109,12 @@ void DriveWatch::WatchMotor(const Hands& hands) {
   const bool speaking = open && link_.MotorErrandUnderWay();
   motor_ = MotorState::AtRest;
   for (const auto& [reg, command] : known.Commands) {
+    const std::pair place(command.Device, reg);
     if (command.Word == 0) {
       if (command.Acknowledged) {
-        unknown_.erase(reg);
+        unknown_.erase(place);
       } else if (!speaking) {
-        unknown_.insert(reg);
+        unknown_.insert(place);
       }
       continue;
     }
@@ -122,7 +123,7 @@ void DriveWatch::WatchMotor(const Hands& hands) {
     const bool lost = !open || (known.LastExchangeFailed && !speaking) || !held ||
                       (!command.Acknowledged && !speaking);
     if (lost) {
-      unknown_.insert(reg);
+      unknown_.insert(place);
     } else {
       motor_ = jog ? MotorState::Jogging : MotorState::TestRunning;
     }
@@ -160,10 +161,15 @@ StripText DriveWatch::MotorText() const {
     case MotorState::Unknown:
       break;
   }
+  std::string devices;
+  for (const auto& [device, reg] : unknown_) {
+    const std::string number = std::to_string(device);
+    if (!devices.ends_with(number)) devices += (devices.empty() ? "device " : ", ") + number;
+  }
   return {"commanded to run, state unknown: emergency stop",
-          "Motor commanded to run, state unknown: the drive has not acknowledged that it was "
-          "stopped.\nUse the emergency stop. Once the drive answers again, a test that is started "
-          "and stopped makes sure.",
+          "Motor commanded to run, state unknown: the drive (" + devices +
+              ") has not acknowledged that it was stopped.\nUse the emergency stop. Once the "
+              "drive answers again, a test that is started and stopped makes sure.",
           true};
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <set>
+#include <utility>
 
 #include "link/link.h"
 #include "shell/main_window.h"
@@ -52,8 +53,8 @@ class DriveWatch {
   Link& link_;
   MDIForm1& main_;
   MotorState motor_ = MotorState::AtRest;
-  // Command registers with a word in force of which nobody knows what became.
-  std::set<Register> unknown_;
+  // Drives, and their command registers, with a word in force of which nobody knows what became.
+  std::set<std::pair<std::uint8_t, Register>> unknown_;
   Stored stored_ = Stored::Unknown;
   std::uint64_t session_ = 0;
   std::uint8_t device_ = 0;

@@ -188,7 +188,7 @@ void Link::NoteWrite(const Word& word) {
   const WordKind kind = KindOf(word.Function, word.Target, word.Value);
   if (kind == WordKind::Moving) last.Mover = word.Of.number_;
   if (kind == WordKind::Moving || kind == WordKind::Stop) {
-    known_.Commands[word.Target] = {*PackWord(word.Value), false};
+    known_.Commands[word.Target] = {*PackWord(word.Value), false, word.Address};
   }
 }
 

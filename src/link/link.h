@@ -27,6 +27,8 @@ struct CommandWord {
   std::uint16_t Word = 0;
   // The drive has answered it.
   bool Acknowledged = true;
+  // Bus address of the drive that it went to.
+  std::uint8_t Device = 0;
 };
 
 // What the link knows of the drive behind the open port, without asking it anything.

@@ -93,6 +93,33 @@ TEST(Strip, MotorIsUnknownFromALostLinkUntilAStopWasAcknowledged) {
   EXPECT_EQ(bench.Motor(), "Motor: at rest");
 }
 
+TEST(Strip, AnotherDriveThatStandsSaysNothingOfTheOneThatWasLost) {
+  Screen bench;
+  sim::DriveOptions options;
+  options.Address = 2;
+  DriveDevice second(options);
+  Bus bus({&bench.device, &second});
+  bench.world.Devices[1] = &bus;
+  bench.Connect();
+  bench.StartPositionTest();
+  bench.device.Drive.Inject(sim::Fault::Silent);
+  bench.user.Click(bench.tool.form3.Command1[Form3::MainStart]);
+  bench.world.RunFor(5000);
+  EXPECT_EQ(bench.Motor(), Unknown);
+  for (const int device : {2, 1}) {
+    bench.Repair();
+    bench.world.Unload(bench.tool.form3);
+    bench.user.Click(bench.tool.mdiForm1.mnuConnect);
+    bench.user.Click(bench.tool.form2.openPort);
+    bench.user.Choose(bench.tool.form2.Combo1[Form2::DeviceList], device);
+    bench.user.Click(bench.tool.form2.openPort);
+    bench.StartPositionTest();
+    bench.user.Click(bench.tool.form3.Command1[Form3::MainStart]);
+    bench.world.RunFor(2000);
+    EXPECT_EQ(bench.Motor(), device == 2 ? Unknown : "Motor: at rest");
+  }
+}
+
 TEST(Strip, MotorJogsWhileTheButtonIsHeldAndStandsOnceTheStopWasTaken) {
   Screen bench;
   bench.Connect();
