@@ -1,9 +1,12 @@
 // Helpers for the designs of the tuning windows.
 #pragma once
 
+#include <cmath>
 #include <string>
 
+#include "platform/number_text.h"
 #include "platform/window.h"
+#include "tuning/pulse_generator.h"
 
 namespace gainsmith {
 
@@ -29,6 +32,16 @@ inline void AddField(Window& window, Label& label, TextBox& text, const FieldPla
   label.Place(place.LabelLeftTwips, place.TopTwips, place.LabelWidthTwips, FieldHeightTwips);
   window.Add(text, "Text1", place.Index, container, page).AccessibleName = place.Caption;
   text.Place(place.FieldLeftTwips, place.TopTwips, place.FieldWidthTwips, FieldHeightTwips);
+}
+
+// What a speed or an acceleration may be. `unitsPerWord` as for LargestFor; `counts` are the pulses
+// per revolution, 0 where they are not known; `most` is what the window itself takes.
+inline std::string AboveZero(double unitsPerWord, float counts, double most = HUGE_VAL) {
+  if (counts == 0) return most == HUGE_VAL ? "Above 0" : "Above 0, up to " + FixedText(most, 0);
+  const double largest = LargestFor(unitsPerWord, counts);
+  if (largest >= most) return "Above 0, up to " + FixedText(most, 0);
+  return "Above 0, up to " + FixedText(largest, 0) + " with " + PlainText(counts) +
+         " pulses per revolution";
 }
 
 // The tool tip of a gain that a Start sends: what it takes, and when it goes to the drive.

@@ -73,7 +73,7 @@ void Form3::BuildDesign() {
   AddGainFrames();
   Add(Command1[MainStart], "Command1(3)", &Frame2).Place(10800, 8340, 1455, 615);
   AddPages();
-  AddFieldTips();
+  AddFieldTips(0);
   Add(StatusBar1, "StatusBar1");
 
   DataSource.IntervalMs = 50;
@@ -82,7 +82,7 @@ void Form3::BuildDesign() {
 }
 
 // What each field takes, and when it goes to the drive.
-void Form3::AddFieldTips() {
+void Form3::AddFieldTips(float counts) {
   for (const GroupedGain& gain : Gains) {
     const int index = gain.Place.Index;
     const bool positive = index == PositionKp || index == LowPositionKp;
@@ -92,8 +92,11 @@ void Form3::AddFieldTips() {
   const auto explain = [this](Field field, const std::string& what) {
     Text1[field].ToolTip = what + WithStart;
   };
-  explain(Velocity, std::string("Rpm. ") + PositiveWord);
-  explain(Acceleration, std::string("Revolutions per second, per second. ") + PositiveWord);
+  const std::string rpm = "Rpm. ";
+  const std::string accel = "Revolutions per second, per second. ";
+  const auto& [speedDivisor, accelFirst, accelSecond] = PositionUnits;
+  explain(Velocity, rpm + AboveZero(speedDivisor, counts, LargestWord));
+  explain(Acceleration, accel + AboveZero(accelFirst * accelSecond, counts, LargestWord));
   explain(Distance, "Pulses. 1 to 2147483647");
   explain(Interval, std::string("Milliseconds. ") + PositiveCount);
   explain(RepeatTimes, std::string("Moves forth and back. ") + PositiveCount);
@@ -101,8 +104,8 @@ void Form3::AddFieldTips() {
     Text1[field].ToolTip = "The value in the drive.\nOnly shown: this window does not send it";
   }
   constexpr const char* JogSent = ".\nEnter sends it now; so does each press of CW and CCW";
-  Text2.ToolTip = std::string("Rpm, above 0") + JogSent;
-  Text3.ToolTip = std::string("Revolutions per second, per second, above 0") + JogSent;
+  Text2.ToolTip = rpm + AboveZero(speedDivisor, counts) + JogSent;
+  Text3.ToolTip = accel + AboveZero(accelFirst * accelSecond, counts) + JogSent;
   Combo1.ToolTip = std::string("How much time a recording of 200 samples spans") + WithStart;
 }
 

@@ -61,6 +61,7 @@ bool Form3::ReadGains(const Errand& errand) {
   if (!counts) return false;
   trace_.EncoderCounts = *counts;
   params_[Slot::EncoderCounts] = *counts;
+  AddFieldTips(*counts);
   if (!readAll(LowPositionGains)) return false;
   world_.Show(progress_);
   return readAll(LowVelocityGains) &&
@@ -143,7 +144,7 @@ bool Form3::ValidateFields(const Entries& entries) {
 
 bool Form3::ValidateWords(const Entries& entries) {
   const auto tooHigh = [&](Field field, const char* what, double unitsPerWord) {
-    const double largest = std::floor(LargestWord * unitsPerWord);
+    const double largest = LargestFor(unitsPerWord, trace_.EncoderCounts);
     return RefuseField(Text1[field], std::string("The ") + what +
                                          " is more than the drive can take: with " +
                                          PlainText(trace_.EncoderCounts) +
@@ -151,18 +152,17 @@ bool Form3::ValidateWords(const Entries& entries) {
                                          FixedText(largest, 0) + ". Nothing was sent.");
   };
   const auto& [speedDivisor, accelFirst, accelSecond] = PositionUnits;
-  const double counts = trace_.EncoderCounts;
-  if (counts == 0) {
+  if (trace_.EncoderCounts == 0) {
     return RefuseField(Text1[Velocity],
                        "The drive reports 0 pulses per motor revolution, so no speed can be "
                        "reckoned. Set the encoder resolution in Properties. Nothing was sent.");
   }
   if (SpeedWord(entries.Text1[Velocity], trace_.EncoderCounts, speedDivisor) > LargestWord) {
-    return tooHigh(Velocity, "velocity", speedDivisor / counts);
+    return tooHigh(Velocity, "velocity", speedDivisor);
   }
   if (AccelWord(entries.Text1[Acceleration], trace_.EncoderCounts, accelFirst, accelSecond) >
       LargestWord) {
-    return tooHigh(Acceleration, "acceleration", accelFirst * accelSecond / counts);
+    return tooHigh(Acceleration, "acceleration", accelFirst * accelSecond);
   }
   if (entries.Text1[Distance] > LargestLength) {
     return RefuseField(Text1[Distance],

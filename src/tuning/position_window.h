@@ -136,7 +136,8 @@ struct Form3 : Window {
   void AddGainFrames();
   void AddMotionAndScopeFrames();
   void AddPages();
-  void AddFieldTips();
+  // `counts` are the pulses per revolution; 0: not known yet.
+  void AddFieldTips(float counts);
   void ConnectEvents();
   // Texts, states and colours of a window just made.
   void ResetDesign();

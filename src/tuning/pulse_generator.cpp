@@ -3,6 +3,7 @@
 #include <cassert>
 #include <cmath>
 
+#include "link/frames.h"
 #include "platform/number_text.h"
 
 namespace gainsmith {
@@ -16,6 +17,10 @@ float SpeedWord(double rpm, float counts, double divisor) { return Stored(rpm * 
 
 float AccelWord(double accel, float counts, double first, double second) {
   return Stored(accel * counts / first / second);
+}
+
+double LargestFor(double unitsPerWord, float counts) {
+  return std::floor(LargestWord * unitsPerWord / counts);
 }
 
 LengthWords SplitLength(double number) {

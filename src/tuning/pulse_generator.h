@@ -22,6 +22,10 @@ constexpr GeneratorUnits VelocityUnits{3000, 5000, 50};
 float SpeedWord(double rpm, float counts, double divisor);
 float AccelWord(double accel, float counts, double first, double second);
 
+// The largest whole speed or acceleration whose word fits the wire, with `unitsPerWord` for one
+// count a revolution.
+double LargestFor(double unitsPerWord, float counts);
+
 // The largest length (pulses or ms) that the two words of the tests take, and the largest interval
 // or number of repeats.
 constexpr double LargestLength = 2147483647;

@@ -71,14 +71,7 @@ void velocityModeTune::BuildDesign() {
     Text1[field].ToolTip = std::string(field == Vp ? "1 to 65535" : "0 to 65535") +
                            ".\nEnter sends it now, Start if changed; Download to Drive stores it";
   }
-  const auto explain = [this](Field field, const std::string& what) {
-    Text1[field].ToolTip = what + ".\nSent at Start; Enter keeps it for the next opening";
-  };
-  explain(TopSpeed, "Rpm, above 0");
-  explain(Acceleration, "Revolutions per second, per second, above 0");
-  explain(RunningTime, "Milliseconds, 1 to 2147483647");
-  explain(Interval, "Milliseconds, 1 to 32767");
-  explain(RepeatTimes, "Runs forth and back, 1 to 32767");
+  ExplainMotion(0);
   Combo1.ToolTip = "How much time a recording of 200 samples spans.\nSent at Start";
 
   Add(Command1, "Command1").Place(9240, 5280, 1335, 495);
@@ -87,6 +80,19 @@ void velocityModeTune::BuildDesign() {
   DataSource.IntervalMs = 50;
   err.IntervalMs = 1000;
   Timers = {&DataSource, &err};
+}
+
+void velocityModeTune::ExplainMotion(float counts) {
+  const auto& [speedDivisor, accelFirst, accelSecond] = VelocityUnits;
+  const auto explain = [this](Field field, const std::string& what) {
+    Text1[field].ToolTip = what + ".\nSent at Start; Enter keeps it for the next opening";
+  };
+  explain(TopSpeed, "Rpm. " + AboveZero(speedDivisor, counts));
+  explain(Acceleration,
+          "Revolutions per second, per second. " + AboveZero(accelFirst * accelSecond, counts));
+  explain(RunningTime, "Milliseconds, 1 to 2147483647");
+  explain(Interval, "Milliseconds, 1 to 32767");
+  explain(RepeatTimes, "Runs forth and back, 1 to 32767");
 }
 
 void velocityModeTune::ResetDesign() {

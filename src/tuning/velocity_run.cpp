@@ -52,6 +52,7 @@ void velocityModeTune::StartTest(const Errand& errand) {
   if (!Run.Exchange(errand, Function::Read, Register::EncoderCounts, 1)) return;
   trace_.EncoderCounts = link_.Raw();
   params_[Slot::EncoderCounts] = trace_.EncoderCounts;
+  ExplainMotion(trace_.EncoderCounts);
 
   RunScheme::Result result = WriteStartList(errand);
   if (result == RunScheme::Result::GoOn) result = Run.SendRunCommand(errand);

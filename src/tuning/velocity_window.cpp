@@ -86,6 +86,7 @@ void velocityModeTune::Form_Load() {
   for (const Field field : {TopSpeed, Acceleration, RunningTime, Interval, RepeatTimes}) {
     Text1[field].Text = PlainText(*RememberedOf(field));
   }
+  ExplainMotion(params_[Slot::EncoderCounts]);
   link_.LinkIdle = true;
 }
 

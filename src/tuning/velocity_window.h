@@ -93,6 +93,8 @@ struct velocityModeTune : Window {
 
   // velocity_design.cpp
   void BuildDesign();
+  // Tips of the fields of the motion. `counts` are the pulses per revolution; 0: not known yet.
+  void ExplainMotion(float counts);
   // Texts, states and colours of a window just made.
   void ResetDesign();
 

@@ -47,6 +47,8 @@ TEST_F(PositionTest, ATestFromTheOpeningToTheEndOfItsPlan) {
   EXPECT_EQ(Params[Slot::EncoderCounts], 4000);
   EXPECT_EQ(Window.Text1[Form3::Distance].Text, "40000");
   EXPECT_EQ(Window.Combo1.Text, "2000ms");
+  EXPECT_TRUE(Window.Text1[Form3::Velocity].ToolTip.starts_with(
+      "Rpm. Above 0, up to 19660 with 4000 pulses per revolution"));
   EXPECT_EQ(RunButton.BackColor, 0x00C000U);
   EXPECT_TRUE(Link.LinkIdle);
   EXPECT_TRUE(Shell[Mark] && Shell.ChildWindowOpen);

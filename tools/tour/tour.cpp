@@ -78,6 +78,8 @@ class Tour {
 
  private:
   void Connect() {
+    Wait("a look for ports",
+         [this] { return tool_.mdiForm1.lblHint.Caption.find("COM1:") != std::string::npos; });
     Picture("MDIForm1", "main-disconnected");
     Open("mnuConnect", "Form2");
     Picture("Form2", "connect");
@@ -452,7 +454,12 @@ class Tour {
   void SaveMessage(const std::string& path) const {
     if (path.empty()) return;
     SaveActiveDialog(path + ".png", 1);
-    if (allVariants_) SaveActiveDialog(path + "-200.png", 2);
+    if (!allVariants_) return;
+    SaveActiveDialog(path + "-200.png", 2);
+    ApplyScheme(Scheme::Dark);
+    QCoreApplication::sendPostedEvents();
+    SaveActiveDialog(path + "-dark.png", 1);
+    ApplyScheme(Scheme::Light);
   }
   static void SaveActiveDialog(const std::string& path, int scale) {
     QWidget* dialog = QApplication::activeModalWidget();
