@@ -28,19 +28,22 @@ ctl() {
   return $s
 }
 
-# ctl_until TEXT WORDS: runs it, and interrupts it when a frame with that text has gone out.
+# ctl_until TEXT WHAT WORDS: runs it, and does WHAT when a frame with that text has gone out. Counts
+# nothing: a busy machine sends some frames twice.
 ctl_until() {
-  local text=$1
-  shift
+  local text=$1 what=$2
+  shift 2
   for try in 1 2; do
     ctl_now "$@" &
     until_seen "$text" $FRAMES
-    kill -INT $!
+    $what
     wait $!; s=$?
     began && break
   done
   return $s
 }
+interrupt() { kill -INT $!; }
+hang_up() { echo fault hang-up >sim.in; }
 
 # Another program has the port open until the script ends.
 hold() {

@@ -31,7 +31,8 @@ class ShellRun {
         << "sleep " << delayMs / 1000.0 << "\n"
         << "PROGRAMS=" << PROGRAMS << "\n"
         << ". " << HELPERS << "\n"
-        << "$PROGRAMS/kvt518-sim --link ./D " << simOptions << " >sim.log 2>&1 </dev/null &\n"
+        << "mkfifo sim.in; exec 8<>sim.in\n"
+        << "$PROGRAMS/kvt518-sim --link ./D " << simOptions << " >sim.log 2>&1 <sim.in &\n"
         << "trap \"kill $!\" EXIT\n"
         << "until_seen link sim.log\n"
         << "(" << script << ") >out 2>err </dev/null\n";

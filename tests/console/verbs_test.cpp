@@ -28,14 +28,12 @@ struct Verb {
   const char* Words;
   // Frames that none of the troubles lets it send.
   const char* Never;
-  // The reply with which the link is lost, and the frame at which a signal comes: amid the verb's
-  // own work, a few frames from its ends, since a busy machine sends some twice. What is told then.
-  // 0: it has no work to lose.
-  int LostAt;
+  // A frame amid the verb's own work: when it has gone out, the link is lost or a signal comes.
+  const char* Amid;
+  // What is told then (nothing: it has no work to lose), and the last frame behind the signal
+  // (nothing: any).
   const char* LostTells;
-  const char* StopAt;
   const char* StopTells;
-  // The last frame behind the signal; nothing: any.
   const char* StopSends;
 };
 
@@ -47,16 +45,16 @@ constexpr const char* Stopped = "The drive took the stop word.";
 
 const std::vector<Verb>& Verbs() {
   static const std::vector<Verb> verbs{
-      {"show", "W ", 20, AtRest, "R 33", Unread, ""},
-      {"save old.tvd --yes", "W ", 20, AtRest, "R 33", Unread, ""},
-      {"diff drive factory.tvd", "W ", 20, AtRest, "R 33", Unread, ""},
-      {"load new.tvd --store --yes", "W 12=", 60, "Nothing was stored", "W 31=", Unwritten, ""},
-      {"reset --yes", "W 12=", 60, "Nothing was stored", "W 31=", Unwritten, ""},
-      {"errors --erase all --yes", "W ", 46, AtRest, "R 33", Unread, ""},
-      {"step 0.5 --yes", "W 9=", 55, MayTurn, "W 2=1", Stopped, "W 2=0$"},
-      {"move --distance 4000000 --yes", "W 2=", 80, MayTurn, "W 9=2", Stopped, "W 9=0$"},
-      {"watch", "W 9=", 55, AtRest, "W 20=", "Interrupted.", ""},
-      {"doctor --scan --numbers 1 7", "W ", 0, "", "R 253", "Interrupted.", ""},
+      {"show", "W ", "R 33", AtRest, Unread, ""},
+      {"save old.tvd --yes", "W ", "R 33", AtRest, Unread, ""},
+      {"diff drive factory.tvd", "W ", "R 33", AtRest, Unread, ""},
+      {"load new.tvd --store --yes", "W 12=", "W 31=", "Nothing was stored", Unwritten, ""},
+      {"reset --yes", "W 12=", "W 31=", "Nothing was stored", Unwritten, ""},
+      {"errors --erase all --yes", "W ", "R 33", AtRest, Unread, ""},
+      {"step 0.5 --yes", "W 9=", "W 2=1", MayTurn, Stopped, "W 2=0$"},
+      {"move --distance 4000000 --yes", "W 2=", "W 9=2", MayTurn, Stopped, "W 9=0$"},
+      {"watch", "W 9=", "W 20=", AtRest, "Interrupted.", ""},
+      {"doctor --scan --numbers 1 7", "W ", "R 253", "", "Interrupted.", ""},
   };
   return verbs;
 }
@@ -73,16 +71,15 @@ Case CaseOf(const Verb& verb, const std::string& trouble, const std::string& how
 }
 
 Case LostAmid(const Verb& verb) {
-  Case lost = CaseOf(verb, "lost", "ctl ", LostLink, {verb.LostTells}, {"R 253"});
-  lost.SimOptions = "--fault hang-up:@" + std::to_string(verb.LostAt);
-  lost.Frames.push_back("!" + std::string(verb.Never));
-  return lost;
+  const std::string how = "ctl_until '" + std::string(verb.Amid) + "' hang_up ";
+  return CaseOf(verb, "lost", how, LostLink, {verb.LostTells},
+                {verb.Amid, "!" + std::string(verb.Never)});
 }
 
 Case InterruptedAmid(const Verb& verb) {
-  const std::string how = "ctl_until '" + std::string(verb.StopAt) + "' ";
-  Case interrupted = CaseOf(verb, "interrupted", how, Interrupted, {verb.StopTells}, {verb.StopAt});
-  interrupted.Frames.push_back("!" + std::string(verb.Never));
+  const std::string how = "ctl_until '" + std::string(verb.Amid) + "' interrupt ";
+  Case interrupted = CaseOf(verb, "interrupted", how, Interrupted, {verb.StopTells},
+                            {verb.Amid, "!" + std::string(verb.Never)});
   if (*verb.StopSends != 0) interrupted.Frames.push_back(verb.StopSends);
   return interrupted;
 }
@@ -106,7 +103,7 @@ const std::vector<Case>& SharedTroubles() {
     std::vector<Case> all;
     // What lasts longest begins first.
     for (const Verb& verb : Verbs()) {
-      if (verb.LostAt > 0) all.push_back(LostAmid(verb));
+      if (*verb.LostTells != 0) all.push_back(LostAmid(verb));
     }
     for (const Verb& verb : Verbs()) all.push_back(InterruptedAmid(verb));
     for (const Verb& verb : Verbs()) {
