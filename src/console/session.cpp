@@ -206,6 +206,7 @@ void Session::End(ExitStatus status, const std::string& trouble) {
 // --- What goes on beside the script.
 
 void Session::Idle() {
+  if (Ended() && !interrupted_ && OnEnd) std::exchange(OnEnd, {})();
   if (interrupted_ && AfterInterrupt) {
     const auto after = std::exchange(AfterInterrupt, {});
     if (!after()) AfterInterrupt = after;

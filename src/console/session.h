@@ -69,6 +69,9 @@ class Session {
 
   // What a signal does instead of closing the connection; it runs inside whatever is under way.
   std::function<void()> OnInterrupt;
+  // Called once, before the first wait after the verb has come to its end by itself: what is still
+  // under way then is not worth its time any more.
+  std::function<void()> OnEnd;
   // Called before each wait after a signal, until it gives true. Never inside itself.
   std::function<bool()> AfterInterrupt;
   // The register whose motion a signal stops: whether the drive took the stop word is told.
