@@ -53,7 +53,11 @@ bool AnswersAt(Session& session, const std::string& rate, int number) {
   Link& link = session.tool.link;
   link.SerialSettings = rate + ",n,8,2";
   link.DeviceAddress = static_cast<std::uint8_t>(number);
-  if (!link.OpenPort()) return false;
+  if (!link.OpenPort()) {
+    session.End(ExitStatus::LostLink, session.Given().Port + " can't be opened any more: " +
+                                          WhyNotOpened(session.world.DeviceOf(link.PortNumber)));
+    return false;
+  }
   const Errand errand(link);
   const Sent sent = link.Read(errand, Register::Identity1, {.MostFrames = 1, .ClosingWait = false});
   link.ClosePort();
@@ -69,6 +73,7 @@ ExitStatus Scan(Session& session, int ownNumber) {
     for (const int number : numbers) {
       if (session.Ended()) return session.Status();
       const bool answers = AnswersAt(session, rate, number);
+      if (session.Ended()) return session.Status();
       found = found || answers;
       session.Screen().Print(std::string(answers ? "ok    " : "-     ") + rate + " baud, device " +
                              std::to_string(number) + (answers ? ": answers" : ": silent"));

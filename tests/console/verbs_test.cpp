@@ -134,6 +134,14 @@ const std::vector<Case>& Cases() {
        {},
        {"!W"}},
 
+      {"ScanLost",
+       "--fault hang-up:@2",
+       "ctl doctor --scan --numbers 1 7",
+       LostLink,
+       {"!19200 baud, device 7"},
+       {"./D can't be opened any more: ./D does not exist"},
+       {"!W"}},
+
       {"Show",
        "",
        "ctl show --json",
