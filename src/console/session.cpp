@@ -55,6 +55,10 @@ Session::Session(const Options& options, Terminal& terminal)
 Session::~Session() {
   const std::string notice = tool.mdiForm1.lblNotice.Caption;
   if (!notice.empty()) terminal_.Note(notice);
+  if (const int resends = tool.link.Known().Resends; resends > 0) {
+    terminal_.Note("Frames sent again: " + std::to_string(resends) +
+                   " (noise on the line, or a busy machine)");
+  }
   world.EndProgram();
   if (frameLog_ != nullptr && std::fclose(frameLog_) != 0) {
     terminal_.Trouble("The list of frames is not whole: " + options_.FrameLog);

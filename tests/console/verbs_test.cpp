@@ -144,11 +144,12 @@ const std::vector<Case>& Cases() {
 
       {"Show",
        "",
-       "ctl show --json",
+       "ctl show --json --quiet",
        Done,
        {"\"unit\": \"mH\"", "\"name\": \"Signals and mode: Operating mode\""},
        {"!e"},
        {"!W"}},
+      {"ShowNoisy", "--fault bad-crc:@20", "ctl show", Done, {"Kp"}, {"Frames sent again: "}, {}},
       {"ShowNoSuchRate", "", "ctl show --baud 1200", Refused, {}, {"9600 to 38400"}, {"!R"}},
       {"ShowFullDisk", "", "ctl show >/dev/full", Trouble, {}, {"Standard output"}, {}},
 
