@@ -231,6 +231,13 @@ const std::vector<Case>& Cases() {
 
       {"Errors", "", "ctl errors", Done, {}, {"The error log is empty."}, {"R 16x10"}},
       {"ErrorsErase", "", "ctl errors --erase all --yes", Done, {}, {"Erased"}, {"W 16=1"}},
+      {"ErrorsEraseJson",
+       "",
+       "(ctl errors --erase all --yes --json) >log.json && python3 -m json.tool log.json",
+       Done,
+       {"\"entry\": 9"},
+       {"Erased."},
+       {"W 16=1"}},
       {"ErrorsWithoutConsent",
        "",
        "ctl errors --erase current",
