@@ -195,7 +195,10 @@ MessageAnswer Session::Answer(const Message& message) {
 
 void Session::EndUnconnected(const std::string& message) {
   if (!nothingSent_) {
-    End(ExitStatus::LostLink, message);
+    End(ExitStatus::LostLink,
+        message + "\n" + options_.Port + " is open, but no drive answers at " + options_.Baud +
+            " baud as device " + options_.Device +
+            ". To look for one: gainsmithctl doctor --scan --port " + options_.Port);
     return;
   }
   const QString device = world.DeviceOf(tool.link.PortNumber);

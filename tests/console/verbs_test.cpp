@@ -86,9 +86,9 @@ Case InterruptedAmid(const Verb& verb) {
 
 Case Silent(const Verb& verb) {
   const bool scans = std::string(verb.Words).starts_with("doctor");
-  Case silent =
-      CaseOf(verb, "silent", "ctl ", LostLink,
-             {scans ? "No drive answers." : "Unable to Communicate"}, {"R 253", "!R 254", "!W"});
+  Case silent = CaseOf(verb, "silent", "ctl ", LostLink,
+                       {scans ? "No drive answers." : "no drive answers at 38400 baud as device 1"},
+                       {"R 253", "!R 254", "!W"});
   silent.SimOptions = "--fault silent";
   return silent;
 }
