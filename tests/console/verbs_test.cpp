@@ -123,6 +123,7 @@ const std::vector<Case>& SharedTroubles() {
 
 const std::vector<Case>& Cases() {
   static const std::vector<Case> cases{
+      {"NoSuchVerb", "", "ctl shwo", Trouble, {}, {"shwo is no verb", " watch"}, {}},
       {"Ports", "", "ctl ports --json", Done, {"\"port\": \"COM12\"", "\"may_open\""}, {}, {}},
       {"DoctorWell", "", "ctl doctor", Done, {"answers at 38400 baud as device 1"}, {}, {"R 253"}},
       {"DoctorNoSerialPort", "", "rm D; echo >D; ctl doctor", Trouble, {"FAIL  it opens"}, {}, {}},
