@@ -89,9 +89,11 @@ ExitStatus Scan(Session& session, int ownNumber) {
 
 ExitStatus Ports(Session& session) {
   QJsonArray all;
+  bool any = false;
   for (int number = 1; number <= LastPort; ++number) {
     const QString device = session.world.DeviceOf(number);
     const PortFacts facts = device.isEmpty() ? PortFacts() : FactsOf(device);
+    any = any || facts.Exists;
     if (session.Given().Json) {
       all.push_back(PortObject(number, device, facts));
     } else {
@@ -99,6 +101,7 @@ ExitStatus Ports(Session& session) {
     }
   }
   if (session.Given().Json) session.Screen().Print(JsonText(all));
+  if (!any) session.Screen().Note("There is no serial port. Is the adapter plugged in?");
   return ExitStatus::Done;
 }
 
