@@ -60,8 +60,14 @@ Session::~Session() {
                    " (noise on the line, or a busy machine)");
   }
   world.EndProgram();
-  if (frameLog_ != nullptr && std::fclose(frameLog_) != 0) {
-    terminal_.Trouble("The list of frames is not whole: " + options_.FrameLog);
+  CloseFrameLog();
+}
+
+void Session::CloseFrameLog() {
+  if (frameLog_ == nullptr) return;
+  const bool failed = std::ferror(frameLog_) != 0;
+  if ((std::fclose(std::exchange(frameLog_, nullptr)) != 0) || failed) {
+    End(ExitStatus::Trouble, "The list of frames is not whole: " + options_.FrameLog);
   }
 }
 

@@ -63,6 +63,8 @@ class Session {
 
   // Ends the verb; of several reasons the first holds.
   void End(ExitStatus status, const std::string& trouble);
+  // The verb is through: a list of frames that is not whole is a trouble, too.
+  void CloseFrameLog();
   bool Ended() const { return status_ != ExitStatus::Done; }
   ExitStatus Status() const { return status_; }
   bool Interrupted() const { return interrupted_; }
