@@ -4,29 +4,15 @@
 #include <QDate>
 #include <QFileInfo>
 #include <QTime>
-#include <algorithm>
 #include <utility>
 
 #include "host/files.h"
 #include "host/port_names.h"
 #include "host/qt_text.h"
+#include "platform/memory_rows.h"
 
 namespace gainsmith {
 namespace {
-
-class MemoryRows : public RowStore {
- public:
-  std::vector<StoredRow> Rows() override { return rows_; }
-  void Append(const std::vector<StoredRow>& rows) override {
-    rows_.insert(rows_.end(), rows.begin(), rows.end());
-  }
-  void DeleteLast(int count) override {
-    rows_.resize(rows_.size() - std::min(rows_.size(), static_cast<std::size_t>(count)));
-  }
-
- private:
-  std::vector<StoredRow> rows_;
-};
 
 constexpr std::size_t RequestBytes = 8;
 

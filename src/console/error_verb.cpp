@@ -55,8 +55,9 @@ ExitStatus Errors(Session& session) {
   Button& button =
       session.tool.form4.Command1[all ? Form4::EraseAllErrors : Form4::EraseCurrentError];
   if (!session.Press(button)) return session.Status();
-  session.Screen().Note("Erased. The log now:");
-  PrintLog(session);
+  session.Screen().Note(session.Given().Json ? "Erased." : "Erased. The log now:");
+  // One document a run: the log as it was.
+  if (!session.Given().Json) PrintLog(session);
   return ExitStatus::Done;
 }
 

@@ -12,6 +12,7 @@ ExitStatus Run(const Options& options) {
   {
     Session session(options, terminal);
     status = VerbNamed(options.Verb)(session);
+    session.CloseFrameLog();
     if (session.Ended()) status = session.Status();
   }
   if (terminal.Flush()) return status;

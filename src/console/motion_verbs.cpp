@@ -176,14 +176,26 @@ ExitStatus Step(Session& session) {
   }
   Form1& window = session.tool.form1;
   // Closing the window ends the drive's test mode.
-  session.OnInterrupt = [&] { session.world.Unload(window); };
+  const auto close = [&] {
+    if (window.Loaded) session.world.Unload(window);
+  };
+  const auto& commands = session.tool.link.Known().Commands;
+  session.OnInterrupt = close;
+  session.OnEnd = close;
   const bool fired = session.Press(session.tool.mdiForm1.MnuCurrentLoop) &&
                      session.Enter(window.Text1[Form1::TestCurrent], given.Amperes) &&
                      session.EnterGiven("kp", window.Text1[Form1::Kp]) &&
                      session.EnterGiven("ki", window.Text1[Form1::Ki]) &&
                      session.Press(window.cmdTest) && window.Plot.HasTrace();
-  if (fired) session.world.Unload(window);
-  if (session.Interrupted()) session.TellStop(Register::CurrentStep);
+  session.OnEnd = {};
+  // A step that nobody heard of again may have been fired.
+  if (fired || commands.contains(Register::CurrentStep)) close();
+  const auto last = commands.find(Register::CurrentStep);
+  const bool stopped =
+      last != commands.end() && last->second.Word == 0 && last->second.Acknowledged;
+  if (session.Interrupted() || (session.Ended() && stopped)) {
+    session.TellStop(Register::CurrentStep);
+  }
   session.OnInterrupt = {};
   if (!fired || session.Ended()) return session.Status();
   PrintStep(session, window);

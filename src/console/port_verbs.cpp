@@ -53,7 +53,11 @@ bool AnswersAt(Session& session, const std::string& rate, int number) {
   Link& link = session.tool.link;
   link.SerialSettings = rate + ",n,8,2";
   link.DeviceAddress = static_cast<std::uint8_t>(number);
-  if (!link.OpenPort()) return false;
+  if (!link.OpenPort()) {
+    session.End(ExitStatus::LostLink, session.Given().Port + " can't be opened any more: " +
+                                          WhyNotOpened(session.world.DeviceOf(link.PortNumber)));
+    return false;
+  }
   const Errand errand(link);
   const Sent sent = link.Read(errand, Register::Identity1, {.MostFrames = 1, .ClosingWait = false});
   link.ClosePort();
@@ -69,6 +73,7 @@ ExitStatus Scan(Session& session, int ownNumber) {
     for (const int number : numbers) {
       if (session.Ended()) return session.Status();
       const bool answers = AnswersAt(session, rate, number);
+      if (session.Ended()) return session.Status();
       found = found || answers;
       session.Screen().Print(std::string(answers ? "ok    " : "-     ") + rate + " baud, device " +
                              std::to_string(number) + (answers ? ": answers" : ": silent"));
@@ -84,9 +89,11 @@ ExitStatus Scan(Session& session, int ownNumber) {
 
 ExitStatus Ports(Session& session) {
   QJsonArray all;
+  bool any = false;
   for (int number = 1; number <= LastPort; ++number) {
     const QString device = session.world.DeviceOf(number);
     const PortFacts facts = device.isEmpty() ? PortFacts() : FactsOf(device);
+    any = any || facts.Exists;
     if (session.Given().Json) {
       all.push_back(PortObject(number, device, facts));
     } else {
@@ -94,6 +101,7 @@ ExitStatus Ports(Session& session) {
     }
   }
   if (session.Given().Json) session.Screen().Print(JsonText(all));
+  if (!any) session.Screen().Note("There is no serial port. Is the adapter plugged in?");
   return ExitStatus::Done;
 }
 

@@ -1,5 +1,8 @@
 #include "console/recordings.h"
 
+#include <cmath>
+
+#include "console/json_text.h"
 #include "host/files.h"
 #include "host/qt_text.h"
 #include "platform/number_text.h"
@@ -22,6 +25,13 @@ QString KeyOf(const ScoreLine& line) {
   key.replace(u'-', QStringLiteral("_to_"));
   key.replace(u'%', QStringLiteral("percent"));
   return key.replace(u' ', u'_');
+}
+
+// Four digits say all that a score can: the samples have no more.
+std::string Shortened(double value) {
+  constexpr int Digits = 4;
+  const bool whole = std::fabs(value) >= 1000;
+  return FromQt(QString::number(value, whole ? 'f' : 'g', whole ? 0 : Digits));
 }
 
 }  // namespace
@@ -56,7 +66,7 @@ std::string ScoreText(const std::vector<ScoreLine>& lines) {
   for (const ScoreLine& line : lines) {
     text += text.empty() ? "" : ", ";
     text += line.Name + " ";
-    text += line.Value ? PlainText(static_cast<float>(*line.Value)) + " " + line.Unit : "never";
+    text += line.Value ? Shortened(*line.Value) + " " + line.Unit : "never";
   }
   return text;
 }
@@ -64,7 +74,8 @@ std::string ScoreText(const std::vector<ScoreLine>& lines) {
 QJsonObject ScoreObject(const std::vector<ScoreLine>& lines) {
   QJsonObject object;
   for (const ScoreLine& line : lines) {
-    object.insert(KeyOf(line), line.Value ? QJsonValue(*line.Value) : QJsonValue());
+    object.insert(KeyOf(line), line.Value ? QJsonValue(JsonNumber(static_cast<float>(*line.Value)))
+                                          : QJsonValue());
   }
   return object;
 }

@@ -55,9 +55,19 @@ Session::Session(const Options& options, Terminal& terminal)
 Session::~Session() {
   const std::string notice = tool.mdiForm1.lblNotice.Caption;
   if (!notice.empty()) terminal_.Note(notice);
+  if (const int resends = tool.link.Known().Resends; resends > 0) {
+    terminal_.Note("Frames sent again: " + std::to_string(resends) +
+                   " (noise on the line, or a busy machine)");
+  }
   world.EndProgram();
-  if (frameLog_ != nullptr && std::fclose(frameLog_) != 0) {
-    terminal_.Trouble("The list of frames is not whole: " + options_.FrameLog);
+  CloseFrameLog();
+}
+
+void Session::CloseFrameLog() {
+  if (frameLog_ == nullptr) return;
+  const bool failed = std::ferror(frameLog_) != 0;
+  if ((std::fclose(std::exchange(frameLog_, nullptr)) != 0) || failed) {
+    End(ExitStatus::Trouble, "The list of frames is not whole: " + options_.FrameLog);
   }
 }
 
@@ -191,7 +201,10 @@ MessageAnswer Session::Answer(const Message& message) {
 
 void Session::EndUnconnected(const std::string& message) {
   if (!nothingSent_) {
-    End(ExitStatus::LostLink, message);
+    End(ExitStatus::LostLink,
+        message + "\n" + options_.Port + " is open, but no drive answers at " + options_.Baud +
+            " baud as device " + options_.Device +
+            ". To look for one: gainsmithctl doctor --scan --port " + options_.Port);
     return;
   }
   const QString device = world.DeviceOf(tool.link.PortNumber);
@@ -206,6 +219,7 @@ void Session::End(ExitStatus status, const std::string& trouble) {
 // --- What goes on beside the script.
 
 void Session::Idle() {
+  if (Ended() && !interrupted_ && OnEnd) std::exchange(OnEnd, {})();
   if (interrupted_ && AfterInterrupt) {
     const auto after = std::exchange(AfterInterrupt, {});
     if (!after()) AfterInterrupt = after;

@@ -63,12 +63,17 @@ class Session {
 
   // Ends the verb; of several reasons the first holds.
   void End(ExitStatus status, const std::string& trouble);
+  // The verb is through: a list of frames that is not whole is a trouble, too.
+  void CloseFrameLog();
   [[nodiscard]] bool Ended() const { return status_ != ExitStatus::Done; }
   [[nodiscard]] ExitStatus Status() const { return status_; }
   [[nodiscard]] bool Interrupted() const { return interrupted_; }
 
   // What a signal does instead of closing the connection; it runs inside whatever is under way.
   std::function<void()> OnInterrupt;
+  // Called once, before the first wait after the verb has come to its end by itself: what is still
+  // under way then is not worth its time any more.
+  std::function<void()> OnEnd;
   // Called before each wait after a signal, until it gives true. Never inside itself.
   std::function<bool()> AfterInterrupt;
   // The register whose motion a signal stops: whether the drive took the stop word is told.

@@ -80,6 +80,7 @@ bool Terminal::Ask(const std::string& question, int interruptHandle) {
   }
   std::array<char, 200> answer{};
   const ssize_t count = read(STDIN_FILENO, answer.data(), answer.size());
+  if (count <= 0) std::fputc('\n', stderr);
   return count > 0 && (answer[0] == 'y' || answer[0] == 'Y');
 }
 

@@ -7,7 +7,8 @@
 namespace gainsmith {
 namespace {
 
-void PrintPeaks(Session& session, int number, const Recording& recording) {
+// False when nobody takes what is printed: a closed pipe, a full disk.
+bool PrintPeaks(Session& session, int number, const Recording& recording) {
   const std::vector<ScoreLine> lines{{"Peak position error", PeakOf(recording.Error), "pulses"},
                                      {"Peak velocity", PeakOf(recording.Velocity), "rpm"},
                                      {"Peak current", PeakOf(recording.Current), "mA"}};
@@ -19,7 +20,7 @@ void PrintPeaks(Session& session, int number, const Recording& recording) {
     session.Screen().Print(std::to_string(number) + ": " + ScoreText(lines));
   }
   // Whoever reads along sees each recording as it comes.
-  session.Screen().Flush();
+  return session.Screen().Flush();
 }
 
 }  // namespace
@@ -39,15 +40,16 @@ ExitStatus Watch(Session& session) {
 
   std::vector<Recording> recordings;
   int count = 0;
+  bool heard = true;
   PictureWatch pictures(scope.Plot.Picture1);
   if (session.Press(scope.Command1)) {
     session.WaitFor([&] {
       if (pictures.Changed()) {
         const Recording recording = RecordingOf(session.tool.trace);
-        PrintPeaks(session, ++count, recording);
+        heard = PrintPeaks(session, ++count, recording);
         if (!given.Csv.empty()) recordings.push_back(recording);
       }
-      return !scope.Loaded || (given.Count > 0 && count >= given.Count);
+      return !heard || !scope.Loaded || (given.Count > 0 && count >= given.Count);
     });
   }
   pressStop();

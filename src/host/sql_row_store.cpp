@@ -6,7 +6,10 @@
 #include <QSqlQuery>
 #include <QVariant>
 #include <algorithm>
+#include <optional>
 #include <utility>
+
+#include "platform/memory_rows.h"
 
 namespace gainsmith {
 namespace {
@@ -24,7 +27,7 @@ class SqlRowStore final : public RowStore {
   ~SqlRowStore() override { Disconnect(); }
 
   std::vector<StoredRow> Rows() override {
-    if (inMemory_) return memory_;
+    if (memory_) return memory_->Rows();
     std::vector<StoredRow> rows;
     QSqlQuery query(database_);
     query.exec(
@@ -38,14 +41,16 @@ class SqlRowStore final : public RowStore {
   }
 
   void Append(const std::vector<StoredRow>& rows) override {
-    std::vector<StoredRow> before = inMemory_ ? std::vector<StoredRow>{} : Rows();
-    if (!inMemory_ && InTransaction([&] { return Insert(rows); })) return;
-    if (!inMemory_) GoOnInMemory(std::move(before));
-    memory_.insert(memory_.end(), rows.begin(), rows.end());
+    if (!memory_) {
+      std::vector<StoredRow> before = Rows();
+      if (InTransaction([&] { return Insert(rows); })) return;
+      GoOnInMemory(std::move(before));
+    }
+    memory_->Append(rows);
   }
 
   void DeleteLast(int count) override {
-    if (!inMemory_) {
+    if (!memory_) {
       std::vector<StoredRow> before = Rows();
       const auto remove = [&] {
         return QSqlQuery(database_).exec(
@@ -57,8 +62,7 @@ class SqlRowStore final : public RowStore {
       if (InTransaction(remove)) return;
       GoOnInMemory(std::move(before));
     }
-    const std::size_t gone = std::min(static_cast<std::size_t>(std::max(count, 0)), memory_.size());
-    memory_.resize(memory_.size() - gone);
+    memory_->DeleteLast(count);
   }
 
  private:
@@ -101,8 +105,7 @@ class SqlRowStore final : public RowStore {
   }
 
   void GoOnInMemory(std::vector<StoredRow> rows) {
-    memory_ = std::move(rows);
-    inMemory_ = true;
+    memory_.emplace(std::move(rows));
     Disconnect();
   }
 
@@ -117,8 +120,8 @@ class SqlRowStore final : public RowStore {
   QString connection_;
   QString table_;
   QSqlDatabase database_;
-  bool inMemory_ = false;
-  std::vector<StoredRow> memory_;
+  // Holds the rows once the file can't.
+  std::optional<MemoryRows> memory_;
 };
 
 }  // namespace

@@ -19,28 +19,24 @@ namespace gainsmith::test {
 
 class ShellRun {
  public:
-  // The script finds the drive behind ./D, the factory values as factory.tvd, and `ctl` runs the
-  // program with a list of its frames in ./frames. A busy machine can break the first frame of all
-  // in two, and that one is never sent again: `ctl` then begins anew. `ctl_now` becomes the program
-  // itself, for signals.
-  // It begins `delayMs` from now.
+  // The script finds the drive behind ./D, the factory values as factory.tvd, a file old.tvd that
+  // says "old", and the functions of helpers.sh. It begins `delayMs` from now.
   ShellRun(const std::string& simOptions, const std::string& script, int delayMs) {
     std::string pattern = std::filesystem::temp_directory_path() / "gainsmithctl-XXXXXX";
     directory_ = mkdtemp(pattern.data());
     std::filesystem::copy_file(DEFAULT_INI, directory_ / "factory.tvd");
-    std::ofstream(directory_ / "run.sh")
-        << "cd " << directory_ << "\n"
+    std::ofstream(directory_ / "old.tvd") << "old\n";
+    std::ofstream run(directory_ / "run.sh");
+    run << "cd " << directory_ << "\n"
         << "sleep " << delayMs / 1000.0 << "\n"
         << "PROGRAMS=" << PROGRAMS << "\n"
-        << "ctl_now() { exec $PROGRAMS/gainsmithctl \"$@\" --port ./D --log-frames frames; }\n"
-        << "ctl() { (ctl_now \"$@\"); s=$?\n"
-        << "  [ $s = 4 ] && [ \"$(cat frames)\" = 'R 253' ] || return $s; (ctl_now \"$@\"); }\n"
-        << "until_seen() { for i in $(seq 500); do grep -qs \"$1\" $2 && return; sleep 0.1; done; "
-           "}\n"
-        << "$PROGRAMS/kvt518-sim --link ./D " << simOptions << " >sim.log 2>&1 </dev/null &\n"
+        << ". " << HELPERS << "\n"
+        << "mkfifo sim.in; exec 8<>sim.in\n"
+        << "$PROGRAMS/kvt518-sim --link ./D " << simOptions << " >sim.log 2>&1 <sim.in &\n"
         << "trap \"kill $!\" EXIT\n"
         << "until_seen link sim.log\n"
         << "(" << script << ") >out 2>err </dev/null\n";
+    run.close();
     ended_ = std::async(std::launch::async, [path = directory_ / "run.sh"] {
       const int status = std::system(("timeout 55 bash " + path.string()).c_str());
       return WIFEXITED(status) ? WEXITSTATUS(status) : -1;

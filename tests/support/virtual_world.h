@@ -7,26 +7,12 @@
 #include <map>
 #include <set>
 
+#include "platform/memory_rows.h"
 #include "platform/world.h"
 #include "support/frame_log.h"
 #include "support/serial_device.h"
 
 namespace gainsmith::test {
-
-class MemoryRows : public RowStore {
- public:
-  explicit MemoryRows(std::vector<StoredRow>& rows) : rows_(rows) {}
-  std::vector<StoredRow> Rows() override { return rows_; }
-  void Append(const std::vector<StoredRow>& rows) override {
-    rows_.insert(rows_.end(), rows.begin(), rows.end());
-  }
-  void DeleteLast(int count) override {
-    rows_.resize(rows_.size() - std::min(rows_.size(), static_cast<std::size_t>(count)));
-  }
-
- private:
-  std::vector<StoredRow>& rows_;
-};
 
 class VirtualWorld : public World {
  public:
@@ -189,7 +175,7 @@ class VirtualWorld : public World {
   void CopyText(const std::string& text) override { Clipboard = text; }
   void OpenDocument(const std::string& address) override { Documents.push_back(address); }
   std::unique_ptr<RowStore> OpenRows(const std::string& path, const std::string&) override {
-    return std::make_unique<MemoryRows>(StoredRows[path]);
+    return std::make_unique<MemoryRows>(&StoredRows[path]);
   }
 
  protected:
