@@ -154,7 +154,10 @@ StripText DriveWatch::MotorText() const {
       if (!world_.IsPortOpen()) return {};
       return {"Motor: at rest", "No test and no jog of this tool is in force"};
     case MotorState::TestRunning:
-      return {"Motor: test running", "Stop, or the emergency stop, ends it"};
+      return {
+          "Motor: test running",
+          "Stop, or the emergency stop, ends it.\nThe current of a current loop test flows until "
+          "its window is closed."};
     case MotorState::Jogging:
       return {"Motor: jogging", "It stops when the button is released"};
     case MotorState::Unknown:

@@ -113,6 +113,24 @@ TEST(Strip, MotorJogsWhileTheButtonIsHeldAndStandsOnceTheStopWasTaken) {
   EXPECT_EQ(bench.Motor(), Unknown);
 }
 
+TEST(Strip, ACurrentTestRunsUntilItsWindowIsClosed) {
+  Screen bench;
+  bench.Connect();
+  bench.user.Click(bench.tool.mdiForm1.MnuCurrentLoop);
+  EXPECT_EQ(bench.Motor(), "Motor: at rest");
+  bench.user.Click(bench.tool.form1.cmdTest);
+  bench.world.RunFor(1000);
+  EXPECT_EQ(bench.Motor(), "Motor: test running");
+  bench.user.Close(bench.tool.form1);
+  EXPECT_EQ(bench.Motor(), "Motor: at rest");
+  // The word that should have ended it was lost.
+  bench.user.Click(bench.tool.mdiForm1.MnuCurrentLoop);
+  bench.user.Click(bench.tool.form1.cmdTest);
+  bench.device.Drive.Inject(sim::Fault::Silent);
+  bench.user.Close(bench.tool.form1);
+  EXPECT_EQ(bench.Motor(), Unknown);
+}
+
 TEST(Strip, AVelocityTestLeftInForceIsUnknown) {
   Screen bench;
   bench.Connect();
