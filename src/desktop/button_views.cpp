@@ -5,6 +5,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 #include <memory>
 
 #include "desktop/control_view.h"
@@ -17,10 +18,47 @@ namespace {
 
 constexpr int SwatchMarginPixels = 3;
 
+bool Presses(const QKeyEvent& event) {
+  const int key = event.key();
+  return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
+// Tells a key that repeats from one that is pressed anew. X gives a repeat as a release and a press
+// of one moment, and Qt marks the two as a repeat only if both have come in by the time it looks.
+class KeyRepeats {
+ public:
+  bool IsRepeat(const QKeyEvent& press) const {
+    return press.isAutoRepeat() || (mayRepeat_ && press.timestamp() == releasedAt_);
+  }
+  void Press(const QKeyEvent& event) {
+    pressedAt_ = event.timestamp();
+    mayRepeat_ = false;
+  }
+  // True when this may be the first half of a repeat.
+  bool Release(const QKeyEvent& event) {
+    // No key repeats sooner.
+    constexpr quint64 EarliestRepeatMs = 100;
+    releasedAt_ = event.timestamp();
+    mayRepeat_ = releasedAt_ - pressedAt_ >= EarliestRepeatMs;
+    return mayRepeat_;
+  }
+
+ private:
+  quint64 pressedAt_ = 0;
+  quint64 releasedAt_ = 0;
+  bool mayRepeat_ = false;
+};
+
 // A button that tells when it is held down and, exactly once for each time, when no longer.
 class HoldButton final : public QPushButton {
  public:
-  using QPushButton::QPushButton;
+  explicit HoldButton(QWidget* parent) : QPushButton(parent) {
+    // The other half of a repeat comes with the first, or a moment later.
+    constexpr int OtherHalfMs = 20;
+    otherHalf_.setSingleShot(true);
+    otherHalf_.setInterval(OtherHalfMs);
+    otherHalf_.callOnTimeout(this, [this] { TakeRelease(); });
+  }
   std::function<void()> OnHold;
   std::function<void()> OnLetGo;
   QColor Swatch;
@@ -37,6 +75,7 @@ class HoldButton final : public QPushButton {
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {
+    TakeRelease();
     Hold(event->button());
     QPushButton::mousePressEvent(event);
   }
@@ -45,19 +84,28 @@ class HoldButton final : public QPushButton {
     QPushButton::mouseReleaseEvent(event);
   }
   void keyPressEvent(QKeyEvent* event) override {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-      if (!event->isAutoRepeat()) click();
+    if (Presses(*event) && repeats_.IsRepeat(*event)) {
+      release_.reset();
       return;
     }
-    if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) Hold(Qt::Key_Space);
+    TakeRelease();
+    if (Presses(*event)) repeats_.Press(*event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
+    if (event->key() == Qt::Key_Space) Hold(Qt::Key_Space);
     QPushButton::keyPressEvent(event);
   }
   void keyReleaseEvent(QKeyEvent* event) override {
-    const bool ends = event->key() == Qt::Key_Space && !event->isAutoRepeat();
+    const bool ends = Presses(*event) && !event->isAutoRepeat();
+    if (ends && repeats_.Release(*event) && event->key() == Qt::Key_Space) {
+      release_.reset(event->clone());
+      otherHalf_.start();
+      return;
+    }
     if (ends && heldBy_ == Qt::Key_Space) LetGo();
     QPushButton::keyReleaseEvent(event);
   }
   void focusOutEvent(QFocusEvent* event) override {
+    TakeRelease();
     LetGo();
     QPushButton::focusOutEvent(event);
   }
@@ -108,7 +156,18 @@ class HoldButton final : public QPushButton {
     heldBy_ = by;
     OnHold();
   }
+  // The space bar's release was none of a repeat.
+  void TakeRelease() {
+    const std::unique_ptr<QKeyEvent> release = std::move(release_);
+    if (release == nullptr) return;
+    if (heldBy_ == Qt::Key_Space) LetGo();
+    QPushButton::keyReleaseEvent(release.get());
+  }
 
+  KeyRepeats repeats_;
+  // A release of the space bar that may be half of a repeat.
+  std::unique_ptr<QKeyEvent> release_;
+  QTimer otherHalf_;
   // The mouse button or key that holds it; 0: none.
   int heldBy_ = 0;
 };
