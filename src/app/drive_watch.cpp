@@ -106,7 +106,8 @@ void DriveWatch::NoteSession() {
 void DriveWatch::WatchMotor(const Hands& hands) {
   const LineKnowledge& known = link_.Known();
   const bool open = world_.IsPortOpen();
-  const bool speaking = open && link_.MotorErrandUnderWay();
+  // A handler that has lost the link may still stand behind its message, and says nothing more.
+  const bool speaking = open && link_.MotorErrandUnderWay() && !known.LastExchangeFailed;
   motor_ = MotorState::AtRest;
   for (const auto& [reg, command] : known.Commands) {
     if (command.Word == 0) {
@@ -119,8 +120,8 @@ void DriveWatch::WatchMotor(const Hands& hands) {
     }
     const bool jog = IsJog(reg, command.Word);
     const bool held = jog ? hands.OnJog || speaking : hands.OnTest || speaking;
-    const bool lost = !open || (known.LastExchangeFailed && !speaking) || !held ||
-                      (!command.Acknowledged && !speaking);
+    const bool lost =
+        !open || known.LastExchangeFailed || !held || (!command.Acknowledged && !speaking);
     if (lost) {
       unknown_.insert(reg);
     } else {

@@ -74,10 +74,13 @@ TEST(Strip, MotorIsUnknownFromALostLinkUntilAStopWasAcknowledged) {
   EXPECT_EQ(bench.Motor(), "Motor: at rest");
   bench.StartPositionTest();
   EXPECT_EQ(bench.Motor(), "Motor: test running");
-  // Stop, and the drive hears nothing of it.
+  // Stop, and the drive hears nothing of it: known when the message comes, not when it is read.
+  std::string behindMessage;
+  bench.world.OnMessage = [&](const Message&) { behindMessage = bench.Motor(); };
   bench.device.Drive.Inject(sim::Fault::Silent);
   bench.user.Click(bench.tool.form3.Command1[Form3::MainStart]);
   bench.world.RunFor(5000);
+  EXPECT_EQ(behindMessage, Unknown);
   EXPECT_EQ(bench.Motor(), Unknown);
   // Neither a closed port nor a new connection tells that it stands.
   bench.world.Unload(bench.tool.form3);
