@@ -106,7 +106,8 @@ void DriveWatch::NoteSession() {
 void DriveWatch::WatchMotor(const Hands& hands) {
   const LineKnowledge& known = link_.Known();
   const bool open = world_.IsPortOpen();
-  const bool speaking = open && link_.MotorErrandUnderWay();
+  // A handler that has lost the link may still stand behind its message, and says nothing more.
+  const bool speaking = open && link_.MotorErrandUnderWay() && !known.LastExchangeFailed;
   motor_ = MotorState::AtRest;
   for (const auto& [reg, command] : known.Commands) {
     const std::pair place(command.Device, reg);
@@ -120,8 +121,8 @@ void DriveWatch::WatchMotor(const Hands& hands) {
     }
     const bool jog = IsJog(reg, command.Word);
     const bool held = jog ? hands.OnJog || speaking : hands.OnTest || speaking;
-    const bool lost = !open || (known.LastExchangeFailed && !speaking) || !held ||
-                      (!command.Acknowledged && !speaking);
+    const bool lost =
+        !open || known.LastExchangeFailed || !held || (!command.Acknowledged && !speaking);
     if (lost) {
       unknown_.insert(place);
     } else {
@@ -155,7 +156,10 @@ StripText DriveWatch::MotorText() const {
       if (!world_.IsPortOpen()) return {};
       return {"Motor: at rest", "No test and no jog of this tool is in force"};
     case MotorState::TestRunning:
-      return {"Motor: test running", "Stop, or the emergency stop, ends it"};
+      return {
+          "Motor: test running",
+          "Stop, or the emergency stop, ends it.\nThe current of a current loop test flows until "
+          "its window is closed."};
     case MotorState::Jogging:
       return {"Motor: jogging", "It stops when the button is released"};
     case MotorState::Unknown:

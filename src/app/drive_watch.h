@@ -25,7 +25,7 @@ class DriveWatch {
  public:
   // What of the tool's windows is at work on the motor.
   struct Hands {
-    // A run button says "Stop", or a current loop test is under way.
+    // A run button says "Stop", or the window of the current loop test is open.
     bool OnTest = false;
     // A jog button is held.
     bool OnJog = false;

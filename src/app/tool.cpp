@@ -40,8 +40,8 @@ DriveWatch::Hands Tool::HandsOnMotor() const {
   const bool running =
       (form3.Loaded && form3.Command1[Form3::MainStart].Caption == RunScheme::StopCaption) ||
       (velocityMode.Loaded && velocityMode.Command1.Caption == RunScheme::StopCaption);
-  const bool stepping = form1.Loaded && !form1.cmdTest.Enabled;
-  return {.OnTest = running || stepping, .OnJog = form3.JogHeld()};
+  // The drive stays in the current test until the window's closing ends it.
+  return {.OnTest = running || form1.Loaded, .OnJog = form3.JogHeld()};
 }
 
 Routes Tool::MakeRoutes() {

@@ -5,9 +5,11 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 #include <memory>
 
 #include "desktop/control_view.h"
+#include "desktop/key_repeats.h"
 #include "desktop/look.h"
 #include "desktop/record_values.h"
 #include "desktop/window_view.h"
@@ -17,10 +19,21 @@ namespace {
 
 constexpr int SwatchMarginPixels = 3;
 
+bool Presses(const QKeyEvent& event) {
+  const int key = event.key();
+  return key == Qt::Key_Space || key == Qt::Key_Return || key == Qt::Key_Enter;
+}
+
 // A button that tells when it is held down and, exactly once for each time, when no longer.
 class HoldButton final : public QPushButton {
  public:
-  using QPushButton::QPushButton;
+  explicit HoldButton(QWidget* parent) : QPushButton(parent) {
+    // The other half of a repeat comes with the first, or a moment later.
+    constexpr int OtherHalfMs = 20;
+    otherHalf_.setSingleShot(true);
+    otherHalf_.setInterval(OtherHalfMs);
+    otherHalf_.callOnTimeout(this, [this] { TakeRelease(); });
+  }
   std::function<void()> OnHold;
   std::function<void()> OnLetGo;
   QColor Swatch;
@@ -37,6 +50,7 @@ class HoldButton final : public QPushButton {
 
  protected:
   void mousePressEvent(QMouseEvent* event) override {
+    TakeRelease();
     Hold(event->button());
     QPushButton::mousePressEvent(event);
   }
@@ -45,19 +59,28 @@ class HoldButton final : public QPushButton {
     QPushButton::mouseReleaseEvent(event);
   }
   void keyPressEvent(QKeyEvent* event) override {
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-      if (!event->isAutoRepeat()) click();
+    if (Presses(*event) && repeats_.IsRepeat(*event)) {
+      release_.reset();
       return;
     }
-    if (event->key() == Qt::Key_Space && !event->isAutoRepeat()) Hold(Qt::Key_Space);
+    TakeRelease();
+    if (Presses(*event)) repeats_.Press(*event);
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
+    if (event->key() == Qt::Key_Space) Hold(Qt::Key_Space);
     QPushButton::keyPressEvent(event);
   }
   void keyReleaseEvent(QKeyEvent* event) override {
-    const bool ends = event->key() == Qt::Key_Space && !event->isAutoRepeat();
+    const bool ends = Presses(*event) && !event->isAutoRepeat();
+    if (ends && repeats_.Release(*event) && event->key() == Qt::Key_Space) {
+      release_.reset(event->clone());
+      otherHalf_.start();
+      return;
+    }
     if (ends && heldBy_ == Qt::Key_Space) LetGo();
     QPushButton::keyReleaseEvent(event);
   }
   void focusOutEvent(QFocusEvent* event) override {
+    TakeRelease();
     LetGo();
     QPushButton::focusOutEvent(event);
   }
@@ -108,7 +131,18 @@ class HoldButton final : public QPushButton {
     heldBy_ = by;
     OnHold();
   }
+  // The space bar's release was none of a repeat.
+  void TakeRelease() {
+    const std::unique_ptr<QKeyEvent> release = std::move(release_);
+    if (release == nullptr) return;
+    if (heldBy_ == Qt::Key_Space) LetGo();
+    QPushButton::keyReleaseEvent(release.get());
+  }
 
+  KeyRepeats repeats_;
+  // A release of the space bar that may be half of a repeat.
+  std::unique_ptr<QKeyEvent> release_;
+  QTimer otherHalf_;
   // The mouse button or key that holds it; 0: none.
   int heldBy_ = 0;
 };

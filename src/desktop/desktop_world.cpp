@@ -328,7 +328,23 @@ std::unique_ptr<RowStore> DesktopWorld::OpenRows(const std::string& path,
   return OpenRowStore(path, table);
 }
 
+// A held Enter commits and presses once, where Qt took its repeats for new presses, too.
+bool DesktopWorld::RepeatsEnter(const QKeyEvent& event) {
+  if (event.isAutoRepeat() || (event.key() != Qt::Key_Return && event.key() != Qt::Key_Enter)) {
+    return false;
+  }
+  if (event.type() == QEvent::KeyRelease) {
+    enterRepeats_.Release(event);
+    return false;
+  }
+  if (enterRepeats_.IsRepeat(event)) return true;
+  enterRepeats_.Press(event);
+  return false;
+}
+
 bool DesktopWorld::eventFilter(QObject* receiver, QEvent* event) {
+  const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease;
+  if (key && receiver->isWidgetType() && RepeatsEnter(*static_cast<QKeyEvent*>(event))) return true;
   if (!IsUserInput(event->type()) || ModalWindow() == nullptr) return false;
   const auto* widget = dynamic_cast<const QWidget*>(receiver);
   const WindowView* view = widget == nullptr ? nullptr : ViewOfWidget(widget);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "desktop/input_queue.h"
+#include "desktop/key_repeats.h"
 #include "desktop/window_view.h"
 #include "host/event_pump.h"
 #include "host/serial_line.h"
@@ -69,6 +70,7 @@ class DesktopWorld : public World, private QObject {
   void ProgramEnded() override;
   // Keeps input from windows that another one holds it from, their load included.
   bool eventFilter(QObject* receiver, QEvent* event) override;
+  bool RepeatsEnter(const QKeyEvent& event);
 
  private:
   class DialogScope;
@@ -96,6 +98,7 @@ class DesktopWorld : public World, private QObject {
   MousePointer shownPointer_ = MousePointer::Default;
   QElapsedTimer sinceRepaint_;
   QTimer everySecond_;
+  KeyRepeats enterRepeats_;
 };
 
 }  // namespace gainsmith

@@ -13,6 +13,7 @@
 
 #include "desktop/desktop_scheme.h"
 #include "desktop/icons.h"
+#include "desktop/quiet_screen.h"
 
 // The resources lie in a static library; the linker keeps them only if asked for.
 static void KeepResources() { Q_INIT_RESOURCE(desktop); }
@@ -120,6 +121,7 @@ class Style final : public QProxyStyle {
 }  // namespace
 
 void ApplyLook(QApplication& application) {
+  KeepScreenQuiet();
   KeepResources();
   const QColor before = application.palette().color(QPalette::Window);
   const Scheme desktops = Luminance(before) < 0.2 ? Scheme::Dark : Scheme::Light;

@@ -9,8 +9,8 @@ namespace gainsmith {
 
 enum class Scheme { Light, Dark };
 
-// Fusion style, the program's font and icon, and the palette for the desktop's own scheme. Called
-// once, before the first window.
+// Fusion style, the program's font and icon, the palette for the desktop's own scheme, and a screen
+// that keeps quiet. Called once, before the first window.
 void ApplyLook(QApplication& application);
 // Changes the palette of all windows, those on show included.
 void ApplyScheme(Scheme scheme);

@@ -74,10 +74,13 @@ TEST(Strip, MotorIsUnknownFromALostLinkUntilAStopWasAcknowledged) {
   EXPECT_EQ(bench.Motor(), "Motor: at rest");
   bench.StartPositionTest();
   EXPECT_EQ(bench.Motor(), "Motor: test running");
-  // Stop, and the drive hears nothing of it.
+  // Stop, and the drive hears nothing of it: known when the message comes, not when it is read.
+  std::string behindMessage;
+  bench.world.OnMessage = [&](const Message&) { behindMessage = bench.Motor(); };
   bench.device.Drive.Inject(sim::Fault::Silent);
   bench.user.Click(bench.tool.form3.Command1[Form3::MainStart]);
   bench.world.RunFor(5000);
+  EXPECT_EQ(behindMessage, Unknown);
   EXPECT_EQ(bench.Motor(), Unknown);
   // Neither a closed port nor a new connection tells that it stands.
   bench.world.Unload(bench.tool.form3);
@@ -137,6 +140,24 @@ TEST(Strip, MotorJogsWhileTheButtonIsHeldAndStandsOnceTheStopWasTaken) {
   bench.device.Drive.Inject(sim::Fault::HangUp);
   jog.OnRelease();
   bench.world.RunFor(500);
+  EXPECT_EQ(bench.Motor(), Unknown);
+}
+
+TEST(Strip, ACurrentTestRunsUntilItsWindowIsClosed) {
+  Screen bench;
+  bench.Connect();
+  bench.user.Click(bench.tool.mdiForm1.MnuCurrentLoop);
+  EXPECT_EQ(bench.Motor(), "Motor: at rest");
+  bench.user.Click(bench.tool.form1.cmdTest);
+  bench.world.RunFor(1000);
+  EXPECT_EQ(bench.Motor(), "Motor: test running");
+  bench.user.Close(bench.tool.form1);
+  EXPECT_EQ(bench.Motor(), "Motor: at rest");
+  // The word that should have ended it was lost.
+  bench.user.Click(bench.tool.mdiForm1.MnuCurrentLoop);
+  bench.user.Click(bench.tool.form1.cmdTest);
+  bench.device.Drive.Inject(sim::Fault::Silent);
+  bench.user.Close(bench.tool.form1);
   EXPECT_EQ(bench.Motor(), Unknown);
 }
 

@@ -1,6 +1,7 @@
 // User input: into the record first, then to the handler, and only what the handlers allow.
 #include <QApplication>
 #include <QClipboard>
+#include <QKeyEvent>
 #include <QPushButton>
 
 #include "desk.h"
@@ -83,6 +84,45 @@ TEST_F(InputTest, EnterHeldDownCommitsOnceAndWhatStoodInTheField) {
   driver.HoldKey("Form.lblLink", Qt::Key_Return, 20);
   driver.Settle();
   EXPECT_EQ(log, (Lines{"12", "link"}));
+}
+
+// X tells of a key that repeats as of releases and presses, each pair at one moment.
+TEST_F(InputTest, AKeyThatRepeatsInPairsHoldsAButtonOrPressesItOnce) {
+  jog.OnPress = [&] { log.push_back("press"); };
+  jog.OnRelease = [&] { log.push_back("release"); };
+  button.OnClick = [&] { log.push_back("click"); };
+  const auto send = [&](const char* name, QEvent::Type type, int key, quint64 atMs) {
+    QKeyEvent event(type, key, Qt::NoModifier);
+    event.setTimestamp(atMs);
+    QCoreApplication::sendEvent(driver.Find(name), &event);
+  };
+  const auto holdKey = [&](const char* name, int key, quint64 fromMs) {
+    send(name, QEvent::KeyPress, key, fromMs);
+    for (quint64 atMs = fromMs + 500; atMs < fromMs + 1000; atMs += 40) {
+      send(name, QEvent::KeyRelease, key, atMs);
+      send(name, QEvent::KeyPress, key, atMs);
+      driver.Settle();
+    }
+    send(name, QEvent::KeyRelease, key, fromMs + 1010);
+    driver.Settle();
+  };
+  driver.Find("Form.Command2")->setFocus();
+  holdKey("Form.Command2", Qt::Key_Space, 1000);
+  EXPECT_TRUE(driver.WaitUntil([&] { return log.back() == "release"; }));
+  EXPECT_EQ(log, (Lines{"press", "release"}));
+  log.clear();
+  // Two presses, the second right behind the first one's release.
+  holdKey("Form.Command1", Qt::Key_Return, 3000);
+  holdKey("Form.Command1", Qt::Key_Space, 5000);
+  holdKey("Form.Command1", Qt::Key_Space, 6020);
+  EXPECT_TRUE(driver.WaitUntil([&] { return log.size() >= 3; }));
+  field.OnKeyPress = [&](int) {
+    log.push_back("commit");
+    return true;
+  };
+  holdKey("Form.Text1(0)", Qt::Key_Return, 9000);
+  EXPECT_TRUE(driver.WaitUntil([&] { return log.size() >= 4; }));
+  EXPECT_EQ(log, (Lines{"click", "click", "click", "commit"}));
 }
 
 // Handlers that wait let in the next action; what waits for room is neither lost nor out of order.

@@ -1,8 +1,10 @@
-// Keeps to itself what the screen in memory says whenever a window comes to the front, so that a
-// real warning is seen.
-#include <QCoreApplication>
+// Passes on every message of Qt but three.
+#include "desktop/quiet_screen.h"
+
+#include <QString>
 
 namespace gainsmith {
+
 namespace {
 
 QtMessageHandler shown = nullptr;
@@ -10,11 +12,14 @@ QtMessageHandler shown = nullptr;
 void ShowAllBut(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   if (text == QLatin1String("This plugin does not support raise()")) return;
   if (text == QLatin1String("This plugin does not support propagateSizeHints()")) return;
+  if (text == QLatin1String("This plugin does not support grabbing the keyboard")) return;
   shown(type, context, text);
 }
 
-void Install() { shown = qInstallMessageHandler(ShowAllBut); }
-Q_COREAPP_STARTUP_FUNCTION(Install)
-
 }  // namespace
+
+void KeepScreenQuiet() {
+  if (shown == nullptr) shown = qInstallMessageHandler(ShowAllBut);
+}
+
 }  // namespace gainsmith
