@@ -1,5 +1,6 @@
-// The designs of all windows are those of designs.txt: places, captions, colours, lists and tips
-// that everyone who works with the tool knows by heart, so that none changes by accident.
+// The designs of all windows are those of designs.txt: places, captions, colours, lists, tips and
+// the settings' names on the page, which everyone who works with the tool knows by heart, so that
+// none changes by accident.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -33,6 +34,15 @@ class Description {
             << "\n";
     }
     text_ << "  maximize box " << frame.MaximizeBox << "\n";
+  }
+
+  void AddSettings() {
+    text_ << "\nSettings\n";
+    for (const Slot slot : ListOrder()) {
+      const ParameterRow& row = RowOf(slot);
+      text_ << "  " << row.Key << " " << Quoted(std::string(TitleOf(row.Group)))
+            << Quoted(std::string(row.PlainName)) << row.Unit << "\n";
+    }
   }
 
   std::vector<std::string> Lines() const {
@@ -96,6 +106,8 @@ class Description {
       for (const GridColumn& column : grid->Columns) {
         text_ << Quoted(column.Heading) << column.WidthTwips << " ";
       }
+    } else if (const auto* frame = As<Frame>(control, ControlKind::Frame)) {
+      text_ << "frame " << frame->Border;
     } else {
       text_ << "kind " << static_cast<int>(control.Kind);
     }
@@ -120,6 +132,7 @@ TEST(DesignsTest, AreThoseThatUsersKnow) {
            &tool.velocityMode}) {
     description.Add(*window);
   }
+  description.AddSettings();
   std::ifstream file(DESIGNS_TXT);
   std::vector<std::string> known;
   for (std::string line; std::getline(file, line);) known.push_back(line);
