@@ -11,9 +11,15 @@ namespace gainsmith {
 
 Commands::Commands(World& world, ShellState& shell, MDIForm1& main, Routes routes)
     : world_(world), shell_(shell), main_(main), routes_(std::move(routes)), rows_(Table()) {
-  RouteMenus();
+  for (const Row& row : rows_) {
+    const auto run = [this, name = row.Name] { Run(name); };
+    if (row.From.Item) row.From.Item->OnClick = run;
+    if (row.From.Button) row.From.Button->OnClick = run;
+  }
+  main_.nmuExit.OnClick = [this] { world_.Unload(main_); };
+  // Also during a transfer: it starts none, and its Close ends the one that runs.
+  main_.mnuConnect.OnClick = [this] { world_.Show(*routes_.Connect); };
   RouteHelpMenu();
-  RouteToolBar();
   main_.LineWatch.OnTimer = [this] { LineWatch_Timer(); };
 }
 
@@ -29,32 +35,43 @@ std::vector<Commands::Row> Commands::Table() {
   const Exclusion grid{"Please close opend windows", MessageIcon::None, true};
   const Exclusion table{"Please close all other opened window(s)", MessageIcon::Critical};
   const Routes& to = routes_;
+  MDIForm1& from = main_;
   // clang-format off
   return {
-      {Command::OpenFile, {NoTransfer, FreeLine}, Call(to.OpenConfigFile)},
-      {Command::SaveFile, {NoTransfer}, Call(to.Save)},
-      {Command::SaveFileAs, {NoTransfer}, Call(to.SaveAs)},
-      {Command::CloseFile, {NoTransfer}, Call([this] { CloseFile(); })},
-      {Command::Properties, {NoTransfer, FreeLine, OpenPortOrTidyUp, Hourglass},
-       Modal(to.Properties)},
-      {Command::PropertiesButton, {NoTransfer, FreeLine, Hourglass}, Modeless(to.Properties)},
-      {Command::CurrentLoop, {NoTransfer, FreeLine, OpenPort}, Modal(to.CurrentLoop)},
-      {Command::PositionLoop, {NoTransfer, FreeLine, ForgetClosing, OpenPort, NoOtherWindow},
+      {Command::OpenFile, {&from.mnuFileOpen, &from[Tool1::OpenFile]},
+       {NoTransfer, FreeLine}, Call(to.OpenConfigFile)},
+      {Command::SaveFile, {&from.mnuSave, &from[Tool1::SaveFile]}, {NoTransfer}, Call(to.Save)},
+      {Command::SaveFileAs, {&from.mnuSaveAs}, {NoTransfer}, Call(to.SaveAs)},
+      {Command::CloseFile, {&from.mnuFileClose}, {NoTransfer}, Call([this] { CloseFile(); })},
+      {Command::Properties, {&from.sysConfig},
+       {NoTransfer, FreeLine, OpenPortOrTidyUp, Hourglass}, Modal(to.Properties)},
+      {Command::PropertiesButton, {nullptr, &from[Tool1::Properties]},
+       {NoTransfer, FreeLine, Hourglass}, Modeless(to.Properties)},
+      {Command::CurrentLoop, {&from.MnuCurrentLoop, &from[Tool1::CurrentLoop]},
+       {NoTransfer, FreeLine, OpenPort}, Modal(to.CurrentLoop)},
+      {Command::PositionLoop, {&from.mnuPositionLoop},
+       {NoTransfer, FreeLine, ForgetClosing, OpenPort, NoOtherWindow},
        Modal(to.PositionLoop), position},
-      {Command::PositionLoopButton,
+      {Command::PositionLoopButton, {nullptr, &from[Tool1::PositionLoop]},
        {NoTransfer, FreeLine, Hourglass, ForgetClosing, OpenPort, NoOtherWindow},
        Modal(to.PositionLoop), position},
-      {Command::ReadFromDrive, {NoTransfer, FreeLine}, Call(to.ReadFromDrive)},
-      {Command::Download, {NoTransfer, FreeLine, NoOtherWindow}, Call(to.DownloadToDrive), table},
-      {Command::Reset, {NoTransfer, FreeLine, NoOtherWindow}, Call(to.ResetDrive), table},
-      {Command::Parameters, {NoTransfer, FreeLine, NoOtherWindow}, Modeless(to.ParametersGrid), grid},
-      {Command::Scope, {NoTransfer, OpenPort, NoOtherWindow, FreeLine}, Modal(to.Scope), scope},
-      {Command::ErrorLog, {NoTransfer, FreeLine, OpenPort, NoOtherWindow}, Modal(to.ErrorLog),
-       errorLog},
-      {Command::BenchVelocityLoop, {NoTransfer, FreeLine, ForgetClosing, OpenPort, NoOtherWindow},
+      {Command::ReadFromDrive, {&from.ReadFromDrive},
+       {NoTransfer, FreeLine}, Call(to.ReadFromDrive)},
+      {Command::Download, {&from.mnuDownloadToDrive},
+       {NoTransfer, FreeLine, NoOtherWindow}, Call(to.DownloadToDrive), table},
+      {Command::Reset, {&from.mnuReset},
+       {NoTransfer, FreeLine, NoOtherWindow}, Call(to.ResetDrive), table},
+      {Command::Parameters, {&from.ParaDataLib},
+       {NoTransfer, FreeLine, NoOtherWindow}, Modeless(to.ParametersGrid), grid},
+      {Command::Scope, {&from.mnuScope, &from[Tool1::Scope]},
+       {NoTransfer, OpenPort, NoOtherWindow, FreeLine}, Modal(to.Scope), scope},
+      {Command::ErrorLog, {&from.ErrCheck, &from[Tool1::ErrorLog]},
+       {NoTransfer, FreeLine, OpenPort, NoOtherWindow}, Modal(to.ErrorLog), errorLog},
+      {Command::BenchVelocityLoop, {},
+       {NoTransfer, FreeLine, ForgetClosing, OpenPort, NoOtherWindow},
        Modal(to.VelocityLoop), velocity},
-      {Command::BenchReadFromDrive, {NoTransfer, FreeLine, OpenPort}, Call(to.ReadFromDrive)},
-      {Command::BenchTestConsole, {NoTransfer, OpenPort}, Modeless(to.TestConsole)},
+      {Command::BenchReadFromDrive, {}, {NoTransfer, FreeLine, OpenPort}, Call(to.ReadFromDrive)},
+      {Command::BenchTestConsole, {}, {NoTransfer, OpenPort}, Modeless(to.TestConsole)},
   };
   // clang-format on
 }
@@ -181,30 +198,6 @@ void Commands::StartOrStopScope() {
   }
 }
 
-std::function<void()> Commands::Runs(Command name) {
-  return [this, name] { Run(name); };
-}
-
-void Commands::RouteMenus() {
-  main_.mnuFileOpen.OnClick = Runs(Command::OpenFile);
-  main_.mnuSave.OnClick = Runs(Command::SaveFile);
-  main_.mnuSaveAs.OnClick = Runs(Command::SaveFileAs);
-  main_.mnuFileClose.OnClick = Runs(Command::CloseFile);
-  main_.nmuExit.OnClick = [this] { world_.Unload(main_); };
-
-  // Also during a transfer: it starts none, and its Close ends the one that runs.
-  main_.mnuConnect.OnClick = [this] { world_.Show(*routes_.Connect); };
-  main_.sysConfig.OnClick = Runs(Command::Properties);
-  main_.MnuCurrentLoop.OnClick = Runs(Command::CurrentLoop);
-  main_.mnuPositionLoop.OnClick = Runs(Command::PositionLoop);
-  main_.ReadFromDrive.OnClick = Runs(Command::ReadFromDrive);
-  main_.mnuDownloadToDrive.OnClick = Runs(Command::Download);
-  main_.mnuReset.OnClick = Runs(Command::Reset);
-  main_.ParaDataLib.OnClick = Runs(Command::Parameters);
-  main_.mnuScope.OnClick = Runs(Command::Scope);
-  main_.ErrCheck.OnClick = Runs(Command::ErrorLog);
-}
-
 void Commands::RouteHelpMenu() {
   main_.mnuContents.OnClick = [this] {
     world_.OpenDocument(world_.ProgramDirectory() + "/help.chm");
@@ -217,16 +210,6 @@ void Commands::RouteHelpMenu() {
                         "/uploadfile/GainsmithForKVT518.pdf");
   };
   main_.mnuAbout.OnClick = [this] { world_.Show(*routes_.About); };
-}
-
-void Commands::RouteToolBar() {
-  main_[Tool1::OpenFile].OnClick = Runs(Command::OpenFile);
-  main_[Tool1::SaveFile].OnClick = Runs(Command::SaveFile);
-  main_[Tool1::Properties].OnClick = Runs(Command::PropertiesButton);
-  main_[Tool1::CurrentLoop].OnClick = Runs(Command::CurrentLoop);
-  main_[Tool1::PositionLoop].OnClick = Runs(Command::PositionLoopButton);
-  main_[Tool1::Scope].OnClick = Runs(Command::Scope);
-  main_[Tool1::ErrorLog].OnClick = Runs(Command::ErrorLog);
 }
 
 }  // namespace gainsmith

@@ -1,9 +1,10 @@
 // Commands: what the menus and the tool bar of the main window do, and when they may.
 //
-// Each command is a row of one table (shell/commands.cpp): its steps in their order, and what it
-// starts when it has taken them all. The steps differ from command to command: Download and Reset
-// look at open windows and not at the port; the scope looks for a free line last, since its command
-// also stops a cycle that runs. Connect, Exit and Help are no rows: they work at any time.
+// Each command is a row of one table (shell/commands.cpp): what gives it, its steps in their order,
+// and what it starts when it has taken them all. The steps differ from command to command: Download
+// and Reset look at open windows and not at the port; the scope looks for a free line last, since
+// its command also stops a cycle that runs. Connect, Exit and Help are no rows: they work at any
+// time.
 #pragma once
 
 #include <functional>
@@ -110,8 +111,14 @@ class Commands {
   };
   // Starts what the command leads to; calls `afterwards`, which may be empty, when that has ended.
   using Starter = std::function<void(std::function<void()> afterwards)>;
+  // What gives a command; the service bench's menu gives its own.
+  struct Givers {
+    MenuItem* Item = nullptr;
+    ToolButton* Button = nullptr;
+  };
   struct Row {
     Command Name;
+    Givers From;
     std::vector<Step> Steps;
     Starter Start;
     Exclusion Windows = {};
@@ -124,10 +131,7 @@ class Commands {
   void Opening(const Window& window, const std::function<void()>& show);
   static Starter Call(std::function<void()> routine);
 
-  void RouteMenus();
   void RouteHelpMenu();
-  void RouteToolBar();
-  std::function<void()> Runs(Command name);
   // False: the step has ended the command.
   bool Take(Step step, const Row& row);
   bool CommunicationTest();

@@ -23,10 +23,15 @@ void Hidden(MenuItem& item, std::string name, std::string caption) {
 }  // namespace
 
 void MDIForm1::DesignMenus() {
+  const auto forDrive = [this](MenuItem& item, const char* name, const char* caption,
+                               const char* shortcut = "") {
+    Describe(item, name, caption, false, shortcut);
+    driveItems_.push_back(&item);
+  };
   Describe(mnuFile, "mnuFile", "File");
-  Describe(mnuFileOpen, "mnuFileOpen", "&Open", false, "Ctrl+O");
-  Describe(mnuSave, "mnuSave", "Save", false, "Ctrl+S");
-  Describe(mnuSaveAs, "mnuSaveAs", "&Save As", false);
+  forDrive(mnuFileOpen, "mnuFileOpen", "&Open", "Ctrl+O");
+  forDrive(mnuSave, "mnuSave", "Save", "Ctrl+S");
+  forDrive(mnuSaveAs, "mnuSaveAs", "&Save As");
   Describe(mnuFileClose, "mnuFileClose", "Close", false);
   Describe(fileSeperator1, "fileSeperator1", "-");
   Describe(nmuExit, "nmuExit", "E&xit", true, "Ctrl+X");
@@ -35,22 +40,22 @@ void MDIForm1::DesignMenus() {
   Describe(mnuDrive, "mnuDrive", "Drive");
   Describe(mnuConnect, "mnuConnect", "Co&nnect", true, "Ctrl+N");
   Describe(DrivePeperator0, "DrivePeperator0", "-");
-  Describe(sysConfig, "sysConfig", "Properties", false);
+  forDrive(sysConfig, "sysConfig", "Properties");
   Describe(DriveSeperator1, "DriveSeperator1", "-");
-  Describe(MnuCurrentLoop, "MnuCurrentLoop", "Current Loop", false);
-  Describe(mnuPositionLoop, "mnuPositionLoop", "Position Loop", false);
+  forDrive(MnuCurrentLoop, "MnuCurrentLoop", "Current Loop");
+  forDrive(mnuPositionLoop, "mnuPositionLoop", "Position Loop");
   Describe(DriveSeperator2, "DriveSeperator2", "-");
   Hidden(ReadFromDrive, "ReadFromDrive", "Read From Drive");
-  Describe(mnuDownloadToDrive, "mnuDownloadToDrive", "Download to Drive", false);
-  Describe(mnuReset, "mnuReset", "Reset Drive", false);
+  forDrive(mnuDownloadToDrive, "mnuDownloadToDrive", "Download to Drive");
+  forDrive(mnuReset, "mnuReset", "Reset Drive");
   Hidden(ParaDataLib, "ParaDataLib", "Parameters -To beremoved");
   mnuDrive.Items = {&mnuConnect,         &DrivePeperator0, &sysConfig,       &DriveSeperator1,
                     &MnuCurrentLoop,     &mnuPositionLoop, &DriveSeperator2, &ReadFromDrive,
                     &mnuDownloadToDrive, &mnuReset,        &ParaDataLib};
 
   Describe(mnuTools, "mnuTools", "Tools");
-  Describe(mnuScope, "mnuScope", "Scope", false);
-  Describe(ErrCheck, "ErrCheck", "Error Log", false);
+  forDrive(mnuScope, "mnuScope", "Scope");
+  forDrive(ErrCheck, "ErrCheck", "Error Log");
   mnuTools.Items = {&mnuScope, &ErrCheck};
 
   Describe(mnuHelp, "mnuHelp", "Help");

@@ -46,10 +46,7 @@ bool MDIForm1::MDIForm_QueryUnload() {
 void MDIForm1::MDIForm_Unload() { world_.EndProgram(); }
 
 void MDIForm1::SetDriveMenus(bool enabled) {
-  for (MenuItem* item : {&mnuFileOpen, &mnuSave, &mnuSaveAs, &sysConfig, &MnuCurrentLoop,
-                         &mnuPositionLoop, &mnuDownloadToDrive, &mnuReset, &mnuScope, &ErrCheck}) {
-    item->Enabled = enabled;
-  }
+  for (MenuItem* item : driveItems_) item->Enabled = enabled;
 }
 
 void MDIForm1::SetToolbarButtons(bool enabled) {

@@ -142,6 +142,8 @@ struct MDIForm1 : FrameWindow {
   void SetDriveMenus(bool enabled);
   void SetToolbarButtons(bool enabled);
 
+  // The items that need a connected drive.
+  std::vector<MenuItem*> driveItems_;
   World& world_;
   ShellState& shell_;
   std::array<std::string, 4> notices_;
