@@ -224,6 +224,20 @@ TEST(Page, ShowsAllSettingsWhereTheyDifferAndWhatIsAskedFor) {
   main.Refresh();
   EXPECT_TRUE(main.grdSettings.Visible);
   EXPECT_EQ(main.grdSettings.Rows.size(), ParameterCount + main.grdSettings.HeadingRows.size());
+  // On the area above the strip, as a whole, and in a row above the settings.
+  const Control* row[] = {&main.lblPageNote, &main.chkDifferences, &main.lblFilter,
+                          &main.txtFilter};
+  int rightTwips = 0;
+  for (const Control* control : row) {
+    EXPECT_GE(control->LeftTwips, rightTwips) << control->Name;
+    EXPECT_EQ(control->TopTwips, 150) << control->Name;
+    rightTwips = control->LeftTwips + control->WidthTwips;
+  }
+  const Grid& grid = main.grdSettings;
+  EXPECT_EQ(rightTwips, grid.LeftTwips + grid.WidthTwips);
+  EXPECT_EQ(rightTwips, main.ClientWidthTwips - grid.LeftTwips);
+  EXPECT_GE(grid.TopTwips, 150 + main.txtFilter.HeightTwips);
+  EXPECT_LE(grid.TopTwips + grid.HeightTwips, main.linStrip[0].TopTwips);
   // A gain that was changed, and a file in use that holds the old one.
   bench.world.ChosenFiles = {{ChosenFile::Outcome::Chosen, "/a.tvd"}};
   bench.user.Click(main.mnuSaveAs);
