@@ -42,6 +42,9 @@ struct Plot {
   Label Label9;        // caption of the current column
   Label Label10;       // caption of the velocity column
   Label Label11;       // caption of the position column
+  // Tick marks at the divisions: right of the picture, and below it. Nothing changes them.
+  std::array<Frame, AxisLabels> Line2;
+  std::array<Frame, AxisLabels> Line3;
   // The rubber band: four sides, in the scale in force when they were laid.
   std::array<PictureLine, 4> Line1{};
 

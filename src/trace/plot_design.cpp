@@ -1,5 +1,6 @@
 #include "trace/plot_design.h"
 
+#include <algorithm>
 #include <string>
 
 namespace gainsmith {
@@ -7,6 +8,9 @@ namespace {
 
 constexpr int LabelHeightTwips = 240;
 constexpr int GapTwips = 45;
+// Right of the picture a tick mark stands in the gap, and far enough from the label not to be read
+// as its sign.
+constexpr int RightGapTwips = 135;
 constexpr int LeftColumnTwips = 750;
 constexpr int Divisions = AxisLabels - 1;
 
@@ -49,6 +53,30 @@ void AddTimeAxis(Window& window, Control& frame, Plot& plot, const PlotPlace& pl
   plot.Label8.Place(place.LeftTwips, top + LabelHeightTwips, place.WidthTwips, LabelHeightTwips);
 }
 
+void AddTickMarks(Window& window, Control& frame, Plot& plot, const PlotPlace& place) {
+  constexpr Colour TickColour = Rgb(138, 146, 155);
+  constexpr int ThickTwips = 15;
+  constexpr int RightTwips = 30;
+  constexpr int BelowTwips = 60;
+  const auto add = [&](Frame& mark, const char* name, std::size_t index) -> Frame& {
+    window.Add(mark, name, index, &frame).Border = false;
+    mark.BackColor = TickColour;
+    return mark;
+  };
+  for (std::size_t i = 0; i < AxisLabels; ++i) {
+    const int index = static_cast<int>(i);
+    const int down = place.HeightTwips * (Divisions - index) / Divisions;
+    const int across = place.WidthTwips * index / Divisions;
+    add(plot.Line2[i], "Line2", i)
+        .Place(place.LeftTwips + place.WidthTwips,
+               place.TopTwips + std::min(down, place.HeightTwips - ThickTwips), RightTwips,
+               ThickTwips);
+    add(plot.Line3[i], "Line3", i)
+        .Place(place.LeftTwips + std::min(across, place.WidthTwips - ThickTwips),
+               place.TopTwips + place.HeightTwips, ThickTwips, BelowTwips);
+  }
+}
+
 }  // namespace
 
 void DesignPlot(Window& window, Control& frame, Plot& plot, const PlotPlace& place) {
@@ -60,8 +88,10 @@ void DesignPlot(Window& window, Control& frame, Plot& plot, const PlotPlace& pla
       "Drag to zoom in, click to zoom out.\n"
       "Ctrl+C copies the picture and, for a spreadsheet, the samples with their score.";
 
+  AddTickMarks(window, frame, plot, place);
+
   const int right = place.LeftTwips + place.WidthTwips;
-  const int velocityLeft = right + GapTwips;
+  const int velocityLeft = right + RightGapTwips;
   const int positionLeft = velocityLeft + place.ColumnTwips + GapTwips;
   AddColumn(window, frame, plot.Label3, place,
             {"Label3", place.LeftTwips - GapTwips - LeftColumnTwips, LeftColumnTwips,

@@ -20,9 +20,9 @@ struct PlotPlace {
   int ColumnTwips;
 };
 
-inline constexpr PlotPlace VelocityPlotPlace{840, 480, 9015, 3000, 900};
-inline constexpr PlotPlace PositionPlotPlace{840, 480, 9015, 3000, 1245};
-inline constexpr PlotPlace ScopePlotPlace{1080, 360, 9015, 6000, 1245};
+inline constexpr PlotPlace VelocityPlotPlace{840, 480, 9015, 3000, 810};
+inline constexpr PlotPlace PositionPlotPlace{840, 480, 9015, 3000, 1155};
+inline constexpr PlotPlace ScopePlotPlace{1080, 360, 9015, 6000, 1155};
 
 // Adds the picture, its label columns and their captions to `window`, inside `frame`.
 void DesignPlot(Window& window, Control& frame, Plot& plot, const PlotPlace& place);
