@@ -2,7 +2,6 @@
 #pragma once
 
 #include <QCoreApplication>
-#include <QFileInfo>
 #include <QProcess>
 
 namespace gainsmith::test {
@@ -10,16 +9,16 @@ namespace gainsmith::test {
 class DriveProcess {
  public:
   // Makes the link COM1 in the program's directory; with a motor other than the usual one where
-  // that is named. False when it does not come up.
+  // that is named. False when it does not come up, as beside another one that serves this link.
   bool Start(const QString& motor = {}) {
     const QString directory = QCoreApplication::applicationDirPath();
     process_.setProcessChannelMode(QProcess::MergedChannels);
     QStringList arguments{"--link", directory + "/COM1"};
     if (!motor.isEmpty()) arguments << "--motor" << motor;
     process_.start(directory + "/kvt518-sim", arguments);
-    // Its first line names the link.
+    // Its first line names the link, or says that another drive serves it.
     return process_.waitForStarted() && process_.waitForReadyRead() &&
-           QFileInfo(directory + "/COM1").exists();
+           process_.readAll().contains(" -> ");
   }
 
   // A command for its standard input ("error encoder"). On the thread that started it.
