@@ -41,7 +41,8 @@ class Description {
     for (const Slot slot : ListOrder()) {
       const ParameterRow& row = RowOf(slot);
       text_ << "  " << row.Key << " " << Quoted(std::string(TitleOf(row.Group)))
-            << Quoted(std::string(row.PlainName)) << row.Unit << "\n";
+            << Quoted(std::string(row.PlainName)) << Quoted(std::string(row.Unit))
+            << Quoted(std::string(row.Name)) << Quoted(std::string(row.Range)) << "\n";
     }
   }
 
