@@ -167,10 +167,12 @@ TEST_F(CurrentLoopTest, ZoomsByRectanglesAndBackByClicks) {
     PictureScale View;
   } gestures[] = {
       {50, 1, 50, 1, 0, full},
-      {40, -1, 10, 9, 1, first},        // clamped to the top
-      {20, 1, 24, 0, 0, full},          // four samples: one back
-      {40, -1, 10, 1.5F, 1, first},     // and in again
-      {20, 0.5F, 30, 0.504F, 0, full},  // too low: one back
+      {40, -1, 10, 9, 1, first},                // clamped to the top
+      {20, 1, 24, 0, 0, full},                  // four samples: one back
+      {40, -1, 10, 1.5F, 1, first},             // and in again
+      {20, 0.5F, 30, 0.504F, 0, full},          // too low: one back
+      {20, 1, 25, 0.5F, 1, {20, 1, 5, -0.5F}},  // just enough
+      {20, 1, 20, 1, 0, full},
       {10.5F, 1, 500, 0, 1, {10, 1, 188, -1}},
   };
   Open(Window);
