@@ -129,6 +129,7 @@ TEST(PlotMouse, TheRubberBandFollowsTheDragAndGoesWithTheRedraw) {
   bench.plot.Picture1.OnMouseMove(LeftButton, 70, -50);
   ASSERT_EQ(bench.plot.Picture1.Overlay.size(), 4U);
   const PictureLine& side = bench.plot.Picture1.Overlay[1];
+  EXPECT_EQ(side.WidthPixels, 1);
   EXPECT_EQ(std::tuple(side.X1, side.X2, side.Y1, side.Y2), std::tuple(70, 30, -50, -50));
   bench.plot.Picture1.OnMouseUp(LeftButton, 500, -1000);
   EXPECT_TRUE(bench.plot.Picture1.Overlay.empty());
