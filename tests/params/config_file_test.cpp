@@ -46,6 +46,20 @@ TEST_F(ConfigFileTest, OpenLoadsDownloadsAndDoesNotStore) {
                           MainTitle)});
 }
 
+TEST_F(ConfigFileTest, AFileWithAValueThatNoRegisterHoldsIsLoadedAndNotSent) {
+  ParameterStore other = bench.Store;
+  other[Slot::CurrentKp] = 70000;
+  bench.World.Files[Path] = FormatConfig(other).value();
+  bench.Choose(Path);
+  bench.User.Click(bench.Main.mnuFileOpen);
+  EXPECT_EQ(bench.Store[Slot::CurrentKp], 70000);
+  EXPECT_TRUE(bench.World.Log.Frames().empty());
+  EXPECT_EQ(bench.Main.CurrentConfigFile, "");
+  const Messages told = bench.TakeMessages();
+  ASSERT_EQ(told.size(), 1U);
+  EXPECT_TRUE(told[0].Text.starts_with("Nothing was sent to the drive.")) << told[0].Text;
+}
+
 TEST_F(ConfigFileTest, AFileThatCannotBeUsedDownloadsNothing) {
   const Message fatal = Tell("Fatal error(s) happened when opening the source file.", MainTitle,
                              MessageIcon::Critical);
