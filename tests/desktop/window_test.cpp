@@ -168,6 +168,21 @@ TEST_F(WindowTest, BarsFollowTheirRecords) {
     Key("Main", Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(log, (Lines{"tool", "open"}));
   }
+  // From a window that was opened over it, too, unless that one takes all input.
+  open.Enabled = true;
+  for (const bool modal : {false, true}) {
+    log.clear();
+    if (modal) {
+      world.ShowModal(window);
+    } else {
+      world.Show(window);
+    }
+    driver.Settle();
+    Key("Form", Qt::Key_O, Qt::ControlModifier);
+    EXPECT_EQ(log.size(), modal ? 0U : 1U);
+    world.Unload(window);
+    driver.Settle();
+  }
   Key("Main", Qt::Key_F10);
   EXPECT_TRUE(driver.IsShown("Main.mnuFile"));
   QApplication::activePopupWidget()->close();
