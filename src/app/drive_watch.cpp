@@ -175,7 +175,7 @@ StripText DriveWatch::MotorText() const {
     const std::string number = std::to_string(device);
     if (!devices.ends_with(number)) devices += (devices.empty() ? "device " : ", ") + number;
   }
-  return {"commanded to run, state unknown: emergency stop",
+  return {"emergency stop: commanded to run, state unknown",
           "Motor commanded to run, state unknown: the drive (" + devices +
               ") has not acknowledged that it was stopped.\nUse the emergency stop. Once the "
               "drive answers again, a test that is started and stopped makes sure.",

@@ -35,7 +35,7 @@ struct Screen : Bench {
   }
 };
 
-constexpr const char* Unknown = "⚠ commanded to run, state unknown: emergency stop";
+constexpr const char* Unknown = "⚠ emergency stop: commanded to run, state unknown";
 constexpr const char* Changed = "changed, not stored: Download to Drive stores them";
 
 TEST(Strip, LinkTellsWhereHowLongAgoAndWhatWasLost) {
