@@ -116,8 +116,10 @@ TEST_F(WindowTest, AWindowLargerThanTheScreenIsDrawnSmallerAndWhole) {
 }
 
 TEST_F(WindowTest, EveryControlIsNamedAndReachableByTab) {
+  start.Caption = "&Copy";
   Show();
   EXPECT_EQ(driver.Find("Form.Text1(0)")->accessibleName(), "Device Number");
+  EXPECT_EQ(driver.Find("Form.Command1")->accessibleName(), "Copy");
   EXPECT_EQ(driver.Find("Form.Text9"), nullptr) << "parked";
   world.SetFocus(field);
   for (const char* name : {"lblLink", "Command1"}) {
