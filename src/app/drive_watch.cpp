@@ -108,7 +108,8 @@ void DriveWatch::WatchMotor(const Hands& hands) {
   const bool open = world_.IsPortOpen();
   // A handler that has lost the link may still stand behind its message, and says nothing more.
   const bool speaking = open && link_.MotorErrandUnderWay() && !known.LastExchangeFailed;
-  motor_ = MotorState::AtRest;
+  const MotorState before = std::exchange(motor_, MotorState::AtRest);
+  const bool ran = before != MotorState::AtRest && before != MotorState::Unknown;
   for (const auto& [reg, command] : known.Commands) {
     const std::pair place(command.Device, reg);
     if (command.Word == 0) {
@@ -116,6 +117,8 @@ void DriveWatch::WatchMotor(const Hands& hands) {
         unknown_.erase(place);
       } else if (!speaking) {
         unknown_.insert(place);
+      } else if (ran) {
+        motor_ = MotorState::Stopping;
       }
       continue;
     }
@@ -162,6 +165,8 @@ StripText DriveWatch::MotorText() const {
           "its window is closed."};
     case MotorState::Jogging:
       return {"Motor: jogging", "It stops when the button is released"};
+    case MotorState::Stopping:
+      return {"Motor: stopping", "A stop was sent that the drive has not acknowledged yet"};
     case MotorState::Unknown:
       break;
   }
@@ -170,7 +175,7 @@ StripText DriveWatch::MotorText() const {
     const std::string number = std::to_string(device);
     if (!devices.ends_with(number)) devices += (devices.empty() ? "device " : ", ") + number;
   }
-  return {"commanded to run, state unknown: emergency stop",
+  return {"emergency stop: commanded to run, state unknown",
           "Motor commanded to run, state unknown: the drive (" + devices +
               ") has not acknowledged that it was stopped.\nUse the emergency stop. Once the "
               "drive answers again, a test that is started and stopped makes sure.",

@@ -16,6 +16,7 @@ enum class MotorState {
   AtRest,
   TestRunning,
   Jogging,
+  Stopping,
   // It was told to run, and whether it does nobody knows: a word was not acknowledged, or the link
   // or the window was lost while one was in force. Stays until the drive has acknowledged a stop.
   Unknown,

@@ -51,7 +51,12 @@ void ControlView::Reflect() {
   if (Changed(toolTip_, record_.ToolTip)) widget_->setToolTip(ShownText(record_.ToolTip));
   const std::string& spoken =
       record_.AccessibleName.empty() ? record_.Caption : record_.AccessibleName;
-  if (Changed(accessibleName_, spoken)) FocusWidget()->setAccessibleName(ShownText(spoken));
+  if (Changed(accessibleName_, spoken)) {
+    QString name = ShownText(spoken);
+    // The mark of an access key is seen and not spoken.
+    if (record_.Kind == ControlKind::Button) name.remove('&');
+    FocusWidget()->setAccessibleName(name);
+  }
   if (Changed(caption_, record_.Caption)) ReflectCaption();
   const bool backChanged = Changed(backColor_, record_.BackColor);
   const bool foreChanged = Changed(foreColor_, record_.ForeColor);

@@ -76,6 +76,8 @@ void AddMenuItem(Bars& bars, WindowView& view, QWidget& parent, MenuItem& item) 
   if (item.Items.empty()) {
     action = new QAction(&parent);
     action->setShortcut(QKeySequence(ToQt(item.Shortcut)));
+    // Also from the windows that stand over the frame; those that take all input keep them away.
+    action->setShortcutContext(Qt::ApplicationShortcut);
     QObject::connect(action, &QAction::triggered, &view, Choosing(view, item));
   } else {
     auto* menu = new QMenu(&parent);

@@ -121,6 +121,10 @@ DownloadResult BulkTransfer::DownloadAllParameters() {
   closed_ = false;
   const std::string unpackable = UnpackableRows();
   if (!unpackable.empty()) {
+    main_.ShowNotice(Notice::Transfer,
+                     "Nothing was sent: the values shown are the tool's, not the "
+                     "drive's. Close the connection and open it again to read "
+                     "the drive.");
     return {.Trouble = Message{
                 "Nothing was sent to the drive. These settings have values that it can't take:" +
                     unpackable,

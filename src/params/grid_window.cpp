@@ -123,6 +123,10 @@ void Form8::Command1_Click() {
   if (LoadFile(world_.AskOpenFile(std::string(OpenFilter) + "All Files (*.*)"))) {
     ++FilesOpened;
     RowsInDatabase = true;
+    // The page shows what the tool holds.
+    main_.ShowNotice(Notice::Transfer,
+                     "The values shown are those of the opened file: they have not been sent to "
+                     "the drive. Write RAM sends them.");
   }
   // Also after a failure: it may have changed the slots before its bad line.
   if (FilesOpened < 1) return;

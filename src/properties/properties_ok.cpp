@@ -85,6 +85,7 @@ std::vector<sysConfigFrm::Setting> sysConfigFrm::TakeSettings() {
 
 bool sysConfigFrm::WriteProperties() {
   const TransferMark mark(shell_);
+  const ActivityScope activity(main_, "Writing " + Caption);
   const Errand errand(link_, *this);
   const auto word = static_cast<std::uint16_t>(values_.DriveFlagsWord);
   for (const Setting& setting : TakeSettings()) {

@@ -35,7 +35,7 @@ struct Screen : Bench {
   }
 };
 
-constexpr const char* Unknown = "⚠ commanded to run, state unknown: emergency stop";
+constexpr const char* Unknown = "⚠ emergency stop: commanded to run, state unknown";
 constexpr const char* Changed = "changed, not stored: Download to Drive stores them";
 
 TEST(Strip, LinkTellsWhereHowLongAgoAndWhatWasLost) {
@@ -79,8 +79,11 @@ TEST(Strip, MotorIsUnknownFromALostLinkUntilAStopWasAcknowledged) {
   std::string behindMessage;
   bench.world.OnMessage = [&](const Message&) { behindMessage = bench.Motor(); };
   bench.device.Drive.Inject(sim::Fault::Silent);
+  std::string whileResent;
+  bench.world.At(1000, [&] { whileResent = bench.Motor(); });
   bench.user.Click(bench.tool.form3.Command1[Form3::MainStart]);
   bench.world.RunFor(5000);
+  EXPECT_EQ(whileResent, "Motor: stopping") << "nobody has said that it stands";
   EXPECT_EQ(behindMessage, Unknown);
   EXPECT_EQ(bench.Motor(), Unknown);
   // Neither a closed port nor a new connection tells that it stands.

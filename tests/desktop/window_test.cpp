@@ -116,8 +116,10 @@ TEST_F(WindowTest, AWindowLargerThanTheScreenIsDrawnSmallerAndWhole) {
 }
 
 TEST_F(WindowTest, EveryControlIsNamedAndReachableByTab) {
+  start.Caption = "&Copy";
   Show();
   EXPECT_EQ(driver.Find("Form.Text1(0)")->accessibleName(), "Device Number");
+  EXPECT_EQ(driver.Find("Form.Command1")->accessibleName(), "Copy");
   EXPECT_EQ(driver.Find("Form.Text9"), nullptr) << "parked";
   world.SetFocus(field);
   for (const char* name : {"lblLink", "Command1"}) {
@@ -167,6 +169,21 @@ TEST_F(WindowTest, BarsFollowTheirRecords) {
     EXPECT_EQ(driver.IsMenuEnabled("Main.mnuFileOpen"), enabled);
     Key("Main", Qt::Key_O, Qt::ControlModifier);
     EXPECT_EQ(log, (Lines{"tool", "open"}));
+  }
+  // From a window that was opened over it, too, unless that one takes all input.
+  open.Enabled = true;
+  for (const bool modal : {false, true}) {
+    log.clear();
+    if (modal) {
+      world.ShowModal(window);
+    } else {
+      world.Show(window);
+    }
+    driver.Settle();
+    Key("Form", Qt::Key_O, Qt::ControlModifier);
+    EXPECT_EQ(log.size(), modal ? 0U : 1U);
+    world.Unload(window);
+    driver.Settle();
   }
   Key("Main", Qt::Key_F10);
   EXPECT_TRUE(driver.IsShown("Main.mnuFile"));

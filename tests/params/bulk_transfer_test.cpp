@@ -138,7 +138,10 @@ TEST_F(BulkTest, WhatTheDriveDoesNotTakeIsSkippedAndNamed) {
       "Integral Gain: -1\nAlarm Output Polarity: 70000\nMotor Phase Resistance: 655.36",
       MainTitle, MessageIcon::Critical);
   EXPECT_EQ(bench.TakeMessages(), (Messages{AskDownload, notSent}));
-  EXPECT_FALSE(bench.Main.lblNotice.Visible);
+  EXPECT_EQ(bench.Main.lblNotice.Caption,
+            "Nothing was sent: the values shown are the tool's, not the drive's. Close the "
+            "connection and open it again to read the drive.")
+      << "the page would show them as the drive's";
   ExpectAtRest();
 }
 

@@ -130,9 +130,13 @@ TEST(PropertiesOk, WithEverythingChangedWritesInOrderAndStopsAtAFailure) {
     // A write takes 173 ms.
     const auto failsAtMs = static_cast<std::int64_t>(at) * 173 + 1;
     if (at < all) {
-      bench.World.At(failsAtMs, [&] { bench.Device.Drive.Inject(sim::Fault::Silent); });
+      bench.World.At(failsAtMs, [&] {
+        EXPECT_EQ(bench.Main.lblActivity.Caption, "Writing Properties");
+        bench.Device.Drive.Inject(sim::Fault::Silent);
+      });
     }
     bench.User.Click(bench.Window.cmdOK);
+    EXPECT_EQ(bench.Main.lblActivity.Caption, "");
     Texts expected(EverythingFrames.begin(), EverythingFrames.begin() + static_cast<long>(at));
     if (at < all) {
       expected.insert(expected.end(), at + 1 == all ? 4 : 12, EverythingFrames[at]);

@@ -300,7 +300,7 @@ class Tour {
     WaitForStrip(StripField::Motor, "Motor: test running");
     TellDrive("fault silent");
     Click("Form3.Command1(3)");
-    WaitForStrip(StripField::Motor, "⚠ commanded to run, state unknown");
+    WaitForStrip(StripField::Motor, "⚠ emergency stop: commanded to run");
     WaitForStrip(StripField::Link, "⚠ no answer for ");
     Wait("the end of the exchanges", [this] { return tool_.link.LinkIdle; });
     TellDrive("fault none");
