@@ -1,6 +1,8 @@
 // Form1: frames, fields, the picture, and what closing it in a test leaves behind.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "tuning/current_loop_window.h"
 #include "tuning/tuning_bench.h"
 
@@ -165,15 +167,16 @@ TEST_F(CurrentLoopTest, ZoomsByRectanglesAndBackByClicks) {
     float X1, Y1, X2, Y2;
     int Level;
     PictureScale View;
+    const char* Amperes = "1.20 A";
   } gestures[] = {
       {50, 1, 50, 1, 0, full},
-      {40, -1, 10, 9, 1, first},                // clamped to the top
-      {20, 1, 24, 0, 0, full},                  // four samples: one back
-      {40, -1, 10, 1.5F, 1, first},             // and in again
-      {20, 0.5F, 30, 0.504F, 0, full},          // too low: one back
-      {20, 1, 25, 0.5F, 1, {20, 1, 5, -0.5F}},  // just enough
+      {40, -1, 10, 9, 1, first, "1.25 A"},                 // clamped to the top
+      {20, 1, 24, 0, 0, full},                             // four samples: one back
+      {40, -1, 10, 1.5F, 1, first, "1.25 A"},              // and in again
+      {20, 0.5F, 30, 0.504F, 0, full},                     // too low: one back
+      {20, 1, 25, 0.5F, 1, {20, 1, 5, -0.5F}, "0.950 A"},  // just enough
       {20, 1, 20, 1, 0, full},
-      {10.5F, 1, 500, 0, 1, {10, 1, 188, -1}},
+      {10.5F, 1, 500, 0, 1, {10, 1, 188, -1}, "0.90 A"},
   };
   Open(Window);
   Click();
@@ -181,6 +184,12 @@ TEST_F(CurrentLoopTest, ZoomsByRectanglesAndBackByClicks) {
     User.Drag(Picture, g.X1, g.Y1, g.X2, g.Y2);
     EXPECT_EQ(Window.Plot.ZoomLevel, g.Level);
     EXPECT_EQ(Window.Plot.View(), g.View) << g.X1 << " " << g.X2;
+    Redraw();
+    const auto axis = std::find_if(Picture.Texts.begin(), Picture.Texts.end(), [](const auto& t) {
+      return t.At == PictureText::Place::RightEdge;
+    });
+    ASSERT_NE(axis, Picture.Texts.end());
+    EXPECT_EQ(axis->Text, g.Amperes);
   }
   for (int i = 0; i < 20; ++i) User.Drag(Picture, 20, 0.5F, 30, 0.6F);
   EXPECT_EQ(Window.Plot.ZoomLevel, CurrentZoomLevels - 1);
