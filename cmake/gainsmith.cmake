@@ -49,6 +49,11 @@ function(gainsmith_room name)
     set(ROOM_FOLDER ${name})
   endif()
   add_library(${name} STATIC ${ROOM_SOURCES})
+  # For the static checks, which read a room as one file.
+  if(GAINSMITH_ROOMS_AS_ONE)
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0
+      UNITY_BUILD_CODE_BEFORE_INCLUDE "// NOLINTNEXTLINE(bugprone-suspicious-include)")
+  endif()
   set(include_root ${CMAKE_BINARY_DIR}/include/${name})
   cmake_path(GET ROOM_FOLDER PARENT_PATH parent)
   file(MAKE_DIRECTORY ${include_root}/${parent})

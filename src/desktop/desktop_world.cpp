@@ -55,10 +55,6 @@ bool IsUserInput(QEvent::Type type) {
   }
 }
 
-Qt::CursorShape ShapeOf(MousePointer pointer) {
-  return pointer == MousePointer::Hourglass ? Qt::WaitCursor : Qt::WhatsThisCursor;
-}
-
 }  // namespace
 
 // While one stands, timers and user actions wait, but for the releases of held buttons, whose
@@ -253,7 +249,7 @@ void DesktopWorld::ShowScreenPointer() {
   if (pointer == shownPointer_) return;
   if (shownPointer_ != MousePointer::Default) QApplication::restoreOverrideCursor();
   shownPointer_ = pointer;
-  if (pointer != MousePointer::Default) QApplication::setOverrideCursor(ShapeOf(pointer));
+  if (pointer != MousePointer::Default) QApplication::setOverrideCursor(CursorOf(pointer));
 }
 
 // Windows that were closed behind dialogs.

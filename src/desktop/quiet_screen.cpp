@@ -7,19 +7,19 @@ namespace gainsmith {
 
 namespace {
 
-QtMessageHandler shown = nullptr;
+QtMessageHandler messageHandler = nullptr;
 
 void ShowAllBut(QtMsgType type, const QMessageLogContext& context, const QString& text) {
   if (text == QLatin1String("This plugin does not support raise()")) return;
   if (text == QLatin1String("This plugin does not support propagateSizeHints()")) return;
   if (text == QLatin1String("This plugin does not support grabbing the keyboard")) return;
-  shown(type, context, text);
+  messageHandler(type, context, text);
 }
 
 }  // namespace
 
 void KeepScreenQuiet() {
-  if (shown == nullptr) shown = qInstallMessageHandler(ShowAllBut);
+  if (messageHandler == nullptr) messageHandler = qInstallMessageHandler(ShowAllBut);
 }
 
 }  // namespace gainsmith

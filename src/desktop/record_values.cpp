@@ -47,6 +47,18 @@ Colour ColourOf(const QColor& colour) {
              static_cast<std::uint32_t>(colour.blue()));
 }
 
+Qt::CursorShape CursorOf(MousePointer pointer) {
+  switch (pointer) {
+    case MousePointer::Hourglass:
+      return Qt::WaitCursor;
+    case MousePointer::ArrowQuestion:
+      return Qt::WhatsThisCursor;
+    case MousePointer::Default:
+      break;
+  }
+  return Qt::ArrowCursor;
+}
+
 QString ShownText(const std::string& text) {
   QString shown = ToQt(text);
   for (QChar& letter : shown) {

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "platform/control.h"
+#include "platform/window.h"
 
 namespace gainsmith {
 
@@ -17,6 +18,8 @@ int TwipsFromPixels(int pixels);
 // The colour, or nothing for one of the desktop's own scheme.
 std::optional<QColor> FixedColour(Colour colour);
 Colour ColourOf(const QColor& colour);
+
+Qt::CursorShape CursorOf(MousePointer pointer);
 
 // The text as a widget shows it: full-width forms that no installed font can draw become their
 // plain counterparts.

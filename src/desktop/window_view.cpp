@@ -21,18 +21,6 @@ namespace {
 
 constexpr QSize SmallestMainWindow(640, 400);
 
-Qt::CursorShape ShapeOf(MousePointer pointer) {
-  switch (pointer) {
-    case MousePointer::Hourglass:
-      return Qt::WaitCursor;
-    case MousePointer::ArrowQuestion:
-      return Qt::WhatsThisCursor;
-    case MousePointer::Default:
-      break;
-  }
-  return Qt::ArrowCursor;
-}
-
 // What the window manager puts around windows; an ample guess while none on the screen tells.
 QMargins FrameMargins() {
   constexpr QMargins Guess(4, 32, 4, 4);
@@ -205,7 +193,7 @@ void WindowView::ReflectWindow() {
     if (record_.Pointer == MousePointer::Default) {
       topLevel_->unsetCursor();
     } else {
-      topLevel_->setCursor(ShapeOf(record_.Pointer));
+      topLevel_->setCursor(CursorOf(record_.Pointer));
     }
   }
   if (const QRect place = PlaceOfRecord(); place_ != place) {

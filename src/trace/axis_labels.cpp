@@ -3,12 +3,10 @@
 #include <cmath>
 
 #include "platform/number_text.h"
+#include "trace/trace_state.h"
 
 namespace gainsmith {
 namespace {
-
-constexpr double MsPerTick = 0.5;
-constexpr double MaPerAmpere = 1000;
 
 std::string WholeText(double value) { return FixedText(value, 0); }
 

@@ -8,8 +8,6 @@
 namespace gainsmith {
 namespace {
 
-constexpr double MsPerTick = 0.5;
-constexpr double MaPerAmpere = 1000;
 // Sample 6 is the first after the motion may have begun.
 constexpr std::size_t FirstMoving = 6;
 

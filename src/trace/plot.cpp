@@ -12,7 +12,6 @@ namespace {
 
 constexpr PictureScale WholeTrace{.Left = 0, .Top = 400, .Width = 200.4F, .Height = -800};
 constexpr Colour Green = 32768;
-constexpr double MaPerAmpere = 1000;
 
 // The signals that a drive records, and what is worked out of them.
 const char* NameOf(Signal signal) {

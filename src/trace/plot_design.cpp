@@ -12,7 +12,7 @@ constexpr int GapTwips = 45;
 // as its sign.
 constexpr int RightGapTwips = 135;
 constexpr int LeftColumnTwips = 750;
-constexpr int Divisions = AxisLabels - 1;
+constexpr int AxisDivisions = AxisLabels - 1;
 
 struct Column {
   const char* Name;
@@ -34,20 +34,20 @@ void AddColumn(Window& window, Control& frame, LabelColumn& labels, const PlotPl
     Label& label = labels[static_cast<std::size_t>(i)];
     AddLabel(window, frame, label, column.Name + ("(" + std::to_string(i) + ")"), column.Alignment);
     label.Squeeze = true;
-    const int line = place.TopTwips + place.HeightTwips * (Divisions - i) / Divisions;
+    const int line = place.TopTwips + place.HeightTwips * (AxisDivisions - i) / AxisDivisions;
     label.Place(column.LeftTwips, line - LabelHeightTwips / 2, column.WidthTwips, LabelHeightTwips);
   }
 }
 
 void AddTimeAxis(Window& window, Control& frame, Plot& plot, const PlotPlace& place) {
-  const int division = place.WidthTwips / Divisions;
+  const int division = place.WidthTwips / AxisDivisions;
   // Below the lowest labels of the columns, which reach half their height under the picture.
   const int top = place.TopTwips + place.HeightTwips + LabelHeightTwips / 2;
   for (int i = 0; i < AxisLabels; ++i) {
     Label& label = plot.Label4[static_cast<std::size_t>(i)];
     AddLabel(window, frame, label, "Label4(" + std::to_string(i) + ")", TextAlignment::Centre);
-    label.Place(place.LeftTwips + place.WidthTwips * i / Divisions - division / 2, top, division,
-                LabelHeightTwips);
+    label.Place(place.LeftTwips + place.WidthTwips * i / AxisDivisions - division / 2, top,
+                division, LabelHeightTwips);
   }
   AddLabel(window, frame, plot.Label8, "Label8", TextAlignment::Centre);
   plot.Label8.Place(place.LeftTwips, top + LabelHeightTwips, place.WidthTwips, LabelHeightTwips);
@@ -65,8 +65,8 @@ void AddTickMarks(Window& window, Control& frame, Plot& plot, const PlotPlace& p
   };
   for (std::size_t i = 0; i < AxisLabels; ++i) {
     const int index = static_cast<int>(i);
-    const int down = place.HeightTwips * (Divisions - index) / Divisions;
-    const int across = place.WidthTwips * index / Divisions;
+    const int down = place.HeightTwips * (AxisDivisions - index) / AxisDivisions;
+    const int across = place.WidthTwips * index / AxisDivisions;
     add(plot.Line2[i], "Line2", i)
         .Place(place.LeftTwips + place.WidthTwips,
                place.TopTwips + std::min(down, place.HeightTwips - ThickTwips), RightTwips,

@@ -39,7 +39,6 @@ void SplitPosition(TraceState& trace) {
 
 void SplitVelocity(TraceState& trace, std::span<const float> words) {
   constexpr double MsPerMinute = 60000;
-  constexpr double MsPerTick = 0.5;
   // The word counts the pulses that the motor moved during one sample.
   const double pulsesPerTurn = static_cast<double>(trace.EncoderCounts);
   const double scale = pulsesPerTurn * trace.SampleDivider * MsPerTick;

@@ -12,6 +12,9 @@ constexpr int ZoomLevels = 15;
 // What the drive records for each channel, whatever the trace time.
 constexpr int ChannelSamples = 200;
 constexpr int SpectrumBins = 128;
+// The drive's recorder counts ticks; its current channel counts milliamperes.
+constexpr double MsPerTick = 0.5;
+constexpr double MaPerAmpere = 1000;
 
 // Signals in drawing order: position error, feedback and reference, then velocity and current. The
 // drive records PErr, VBak and IBak only; PBak and PRef are worked out. The other four have a place

@@ -7,7 +7,7 @@
 namespace gainsmith {
 namespace {
 
-constexpr int RowTwips = 345;
+constexpr int LineTwips = 345;
 constexpr int FieldRowTopTwips = 5070;
 constexpr int ReadOutTopTwips = 4530;
 
@@ -41,7 +41,7 @@ void Form1::BuildDesign() {
   for (const ReadOutPlace& place : ReadOuts) {
     Label& label = Add(Label3[place.Index], "Label3", place.Index);
     label.Caption = place.Caption;
-    label.Place(place.LeftTwips, ReadOutTopTwips, place.WidthTwips, RowTwips);
+    label.Place(place.LeftTwips, ReadOutTopTwips, place.WidthTwips, LineTwips);
   }
 
   struct FieldPlace {
@@ -59,10 +59,10 @@ void Form1::BuildDesign() {
   for (const FieldPlace& place : Fields) {
     Label& label = Add(Label1[place.Index], "Label1", place.Index);
     label.Caption = place.Caption;
-    label.Place(place.LabelLeftTwips, FieldRowTopTwips, place.LabelWidthTwips, RowTwips);
+    label.Place(place.LabelLeftTwips, FieldRowTopTwips, place.LabelWidthTwips, LineTwips);
     TextBox& text = Add(Text1[place.Index], "Text1", place.Index);
     text.AccessibleName = place.Caption;
-    text.Place(place.FieldLeftTwips, FieldRowTopTwips, 1260, RowTwips);
+    text.Place(place.FieldLeftTwips, FieldRowTopTwips, 1260, LineTwips);
   }
   constexpr const char* WhenSent = ".\nTest sends it; Download to Drive stores it";
   Text1[Kp].ToolTip = std::string("Above 0, up to 65535") + WhenSent;

@@ -8,7 +8,6 @@ namespace gainsmith {
 namespace {
 
 constexpr float JogWords[] = {1, 5};
-constexpr float StopWord = 0;
 
 bool PassesJogKey(int key) { return key == KeyBackspace || (key >= '0' && key <= '9'); }
 
@@ -108,7 +107,7 @@ void Form3::ReleaseJog(JogButton button) {
 }
 
 void Form3::WriteJogStop(const Errand& errand) {
-  if (link_.Write(errand, Register::PositionCommand, StopWord) == Sent::Lost) {
+  if (link_.Write(errand, Register::PositionCommand, RunScheme::StopWord) == Sent::Lost) {
     Run.ReportLinkFailure(errand);
   }
 }

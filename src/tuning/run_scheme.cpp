@@ -6,7 +6,6 @@
 namespace gainsmith {
 namespace {
 
-constexpr float StopWord = 0;
 constexpr float RunWord = 2;
 
 }  // namespace

@@ -41,6 +41,8 @@ class RunScheme {
   RunScheme& operator=(const RunScheme&) = delete;
   ~RunScheme() = default;
 
+  // What a command register takes to stop the motor.
+  static constexpr float StopWord = 0;
   static constexpr const char* StartCaption = "Start";
   static constexpr const char* StopCaption = "Stop";
   // The button's tool tip when no further recording is taken and the button still says "Stop".

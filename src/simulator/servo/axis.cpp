@@ -18,8 +18,6 @@ constexpr int CurrentStepsPerTick = VelocityStepsPerTick * CurrentStepsPerVeloci
 // uses for the velocity only.
 constexpr double EdgeTimingSteps = 16.0;
 
-constexpr double RadPerTurn = 2.0 * std::numbers::pi;
-
 // A motor of absurd parameters outruns any counter, which then stays at its end.
 constexpr double FarthestPulses = 1e15;
 

@@ -11,8 +11,6 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr double RadPerTurn = 2.0 * std::numbers::pi;
-
 // A spring that swings faster than this could not be computed in steps of the current's period.
 constexpr double FastestSwingHz = 1500.0;
 

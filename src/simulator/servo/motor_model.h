@@ -2,10 +2,14 @@
 // coupling.
 #pragma once
 
+#include <numbers>
+
 #include "simulator/servo/current_loop.h"
 #include "simulator/servo/motor_preset.h"
 
 namespace gainsmith::sim {
+
+inline constexpr double RadPerTurn = 2.0 * std::numbers::pi;
 
 // A permanent magnet motor seen as its equivalent with one winding, stepped by CurrentPeriodS, as
 // its preset says:

@@ -7,8 +7,6 @@ namespace gainsmith::sim {
 
 namespace {
 
-constexpr std::size_t BitsPerCharacter = 11;
-
 // The line's level at a time in bits of its sender: a start bit is low, a quiet line high.
 bool IsHigh(std::span<const std::uint8_t> bytes, double atBits) {
   const auto bit = static_cast<std::size_t>(atBits);

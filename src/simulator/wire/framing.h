@@ -7,7 +7,10 @@
 
 namespace gainsmith::sim {
 
-// Characters of a start bit, eight data bits and two stop bits, sent without a pause at `fromBaud`
+// A start bit, eight data bits and two stop bits.
+inline constexpr int BitsPerCharacter = 11;
+
+// Characters sent without a pause at `fromBaud`
 // and read at `toBaud`: at each falling edge a character begins, whose bits are taken in their
 // middles, and one that lacks its stop bit is handed on like any other. With equal rates the bytes
 // are what they were. Rates are above 0.

@@ -3,13 +3,9 @@
 
 #include <algorithm>
 
+#include "simulator/wire/framing.h"
+
 namespace gainsmith::sim {
-
-namespace {
-
-constexpr TimeUs BitsPerCharacter = 11;
-
-}  // namespace
 
 std::size_t PacedLine::CharactersIn(TimeUs duration) const {
   return static_cast<std::size_t>(duration * baud_ / (BitsPerCharacter * 1'000'000));
