@@ -8,7 +8,6 @@
 #include <QPalette>
 #include <QPixmap>
 #include <QPixmapCache>
-#include <QRegularExpression>
 #include <QSvgRenderer>
 
 #include "host/qt_text.h"
@@ -31,16 +30,15 @@ QByteArray Drawing(const QString& path, const QColor& text) {
 }
 
 // The drawing with its colours turned into greys: what cannot be used has none.
-QByteArray Greyed(const QByteArray& drawing) {
-  static const QRegularExpression colours(QStringLiteral("#[0-9a-fA-F]{6}\\b"));
-  QString text = QString::fromUtf8(drawing);
-  qsizetype from = 0;
-  for (auto match = colours.match(text); match.hasMatch(); match = colours.match(text, from)) {
-    const int grey = qGray(QColor(match.captured()).rgb());
-    text.replace(match.capturedStart(), match.capturedLength(), QColor(grey, grey, grey).name());
-    from = match.capturedEnd();
+QByteArray Greyed(QByteArray drawing) {
+  constexpr qsizetype ColourLength = 7;
+  for (auto at = drawing.indexOf('#'); at >= 0; at = drawing.indexOf('#', at + 1)) {
+    const QColor colour(QString::fromLatin1(drawing.mid(at, ColourLength)));
+    if (!colour.isValid()) continue;
+    const int grey = qGray(colour.rgb());
+    drawing.replace(at, ColourLength, QColor(grey, grey, grey).name().toLatin1());
   }
-  return text.toUtf8();
+  return drawing;
 }
 
 class SvgIconEngine final : public QIconEngine {
