@@ -10,6 +10,7 @@
 #include <QWindow>
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 #include "desktop/frame_bars.h"
@@ -55,7 +56,7 @@ WindowView* WindowView::Make(ViewHost& host, Window& record) {
     // there before anything is painted. The start of the program waits for both.
     view->ReflectWindow();
     view->Show(nullptr);
-    view->BuildControls();
+    view->BuildShownControls();
     // Not on a link of the strip, which Enter would open.
     client->setFocusPolicy(Qt::ClickFocus);
     client->setFocus();
@@ -65,7 +66,7 @@ WindowView* WindowView::Make(ViewHost& host, Window& record) {
   auto* top = new QWidget(nullptr, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                                        Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
   auto* view = new WindowView(host, record, top, top);
-  view->BuildControls();
+  view->BuildShownControls();
   return view;
 }
 
@@ -74,6 +75,8 @@ WindowView::WindowView(ViewHost& host, Window& record, QWidget* topLevel, QWidge
   topLevel_->setObjectName(ToQt(record.Name));
   topLevel_->installEventFilter(this);
   if (client == topLevel) ChooseScale();
+  std::copy_if(record.Controls.begin(), record.Controls.end(), std::back_inserter(unbuilt_),
+               [](const Control* control) { return !control->Parked; });
 }
 
 void WindowView::ChooseScale() {
@@ -99,17 +102,31 @@ QRect WindowView::PlaceOfRecord() const {
           Pixels(record_.ClientWidthTwips), Pixels(record_.ClientHeightTwips)};
 }
 
-void WindowView::BuildControls() {
-  for (Control* control : record_.Controls) {
-    if (control->Parked) continue;
-    QWidget* parent = client_;
-    if (control->Container != nullptr) {
-      ControlView* container = ViewOf(*control->Container);
-      // What lies in a parked container is out of sight with it.
-      if (container == nullptr) continue;
-      parent = container->PageParent(control->Page);
-    }
-    controls_.push_back(MakeControlView(*this, *control, parent));
+bool WindowView::BuildIfShown(Control& control) {
+  if (!control.Visible) return false;
+  QWidget* parent = client_;
+  if (control.Container != nullptr) {
+    ControlView* container = ViewOf(*control.Container);
+    if (container == nullptr) return false;
+    parent = container->PageParent(control.Page);
+  }
+  controls_.push_back(MakeControlView(*this, control, parent));
+  return true;
+}
+
+void WindowView::BuildShownControls() {
+  const std::size_t before = controls_.size();
+  for (Control* control : std::exchange(unbuilt_, {})) {
+    if (!BuildIfShown(*control)) unbuilt_.push_back(control);
+  }
+  if (controls_.size() == before) return;
+  if (before > 0) {
+    const auto place = [this](const ControlView* view) {
+      return std::find(record_.Controls.begin(), record_.Controls.end(), &view->Record());
+    };
+    std::sort(controls_.begin(), controls_.end(),
+              [&](const ControlView* a, const ControlView* b) { return place(a) < place(b); });
+    for (ControlView* view : controls_) view->Widget().raise();
   }
   LinkTabOrder();
 }
@@ -153,6 +170,7 @@ void WindowView::Reflect() {
     ForgetAll();
   }
   ReflectWindow();
+  BuildShownControls();
   for (ControlView* view : controls_) view->Reflect();
   ReturnFocus();
   if (reflectBars_) reflectBars_();

@@ -35,8 +35,8 @@ bool TakesInput(const World& world, const Window& window);
 // was called.
 class WindowView : public QObject {
  public:
-  // Makes the top-level widget and all that is in it. A main window is on the screen then, but not
-  // painted; any other is not shown yet.
+  // Makes the top-level widget and what is to be seen in it. A main window is on the screen then,
+  // but not painted; any other is not shown yet.
   static WindowView* Make(ViewHost& host, Window& record);
 
   [[nodiscard]] Window& Record() const { return record_; }
@@ -53,6 +53,7 @@ class WindowView : public QObject {
   void Delete() { topLevel_->deleteLater(); }
   [[nodiscard]] bool Detached() const { return detached_; }
 
+  // Null for a control that is parked or has never been visible.
   [[nodiscard]] ControlView* ViewOf(const Control& record) const;
   // Posts an action on this window. When its turn has come it is dropped if the window takes no
   // input, besides what it asks itself; if the window is gone, it is dropped without a word. False,
@@ -78,7 +79,10 @@ class WindowView : public QObject {
 
  private:
   WindowView(ViewHost& host, Window& record, QWidget* topLevel, QWidget* client);
-  void BuildControls();
+  // Makes the views of the controls that have become visible.
+  void BuildShownControls();
+  // False: the control, or what it lies in, has yet to become visible.
+  bool BuildIfShown(Control& control);
   void LinkTabOrder();
   void ReflectWindow();
   // Reflects every control anew next time.
@@ -99,7 +103,11 @@ class WindowView : public QObject {
   QWidget* topLevel_;
   // Where the controls lie: the top level itself, or the area below the bars of a frame window.
   QWidget* client_;
+  // In the order of the record's controls, which is that of the keyboard and of what lies over
+  // what.
   std::vector<ControlView*> controls_;
+  // Those that have not been visible so far: no widget is made for what may never be seen.
+  std::vector<Control*> unbuilt_;
   // Brings the menus and tool buttons of a frame window up to date.
   std::function<void()> reflectBars_;
   // 1 or less.

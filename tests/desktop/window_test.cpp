@@ -117,7 +117,15 @@ TEST_F(WindowTest, AWindowLargerThanTheScreenIsDrawnSmallerAndWhole) {
 
 TEST_F(WindowTest, EveryControlIsNamedAndReachableByTab) {
   start.Caption = "&Copy";
+  link.Visible = false;
   Show();
+  EXPECT_EQ(driver.Find("Form.lblLink"), nullptr) << "has not been seen";
+  link.Visible = true;
+  driver.Settle();
+  const QObjectList& onForm = driver.Find("Form")->children();
+  EXPECT_LT(onForm.indexOf(driver.Find("Form.lblLink")),
+            onForm.indexOf(driver.Find("Form.Command1")))
+      << "lies below what comes behind it";
   EXPECT_EQ(driver.Find("Form.Text1(0)")->accessibleName(), "Device Number");
   EXPECT_EQ(driver.Find("Form.Command1")->accessibleName(), "Copy");
   EXPECT_EQ(driver.Find("Form.Text9"), nullptr) << "parked";
