@@ -3,9 +3,12 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QFontDatabase>
 #include <QIcon>
+#include <QPainter>
 #include <QPalette>
 #include <QProxyStyle>
+#include <QStyleOption>
 #include <QToolTip>
 #include <QWidget>
 #include <algorithm>
@@ -22,6 +25,7 @@ namespace gainsmith {
 namespace {
 
 constexpr int FontHeightPixels = 12;
+constexpr int ToolBarLineDarker = 140;
 constexpr double ReadableContrast = 4.5;
 
 struct SchemeColours {
@@ -95,6 +99,14 @@ class Style final : public QProxyStyle {
         return QProxyStyle::standardIcon(icon, option, widget);
     }
   }
+  // Fusion blends its lines, for which Qt starts threads: one plain line does.
+  void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                   const QWidget* widget) const override {
+    if (element != CE_ToolBar) return QProxyStyle::drawControl(element, option, painter, widget);
+    QRect line = option->rect;
+    line.setTop(line.bottom());
+    painter->fillRect(line, option->palette.color(QPalette::Window).darker(ToolBarLineDarker));
+  }
   // The boxes and rings of a window that is drawn smaller than it is.
   int pixelMetric(PixelMetric metric, const QStyleOption* option,
                   const QWidget* widget) const override {
@@ -127,8 +139,13 @@ void ApplyLook(QApplication& application) {
   const Scheme desktops = Luminance(before) < 0.2 ? Scheme::Dark : Scheme::Light;
   QApplication::setStyle(new Style);
   QFont font = application.font();
-  font.setFamilies(
-      {QStringLiteral("Liberation Sans"), QStringLiteral("Arial"), QStringLiteral("DejaVu Sans")});
+  // Not all of them: for a family that is not there Qt first looks for what comes nearest.
+  for (const auto& family : {QStringLiteral("Liberation Sans"), QStringLiteral("Arial"),
+                             QStringLiteral("DejaVu Sans")}) {
+    if (!QFontDatabase::hasFamily(family)) continue;
+    font.setFamily(family);
+    break;
+  }
   // The windows' places are fixed, so the letters are, too: in device-independent pixels.
   font.setPixelSize(FontHeightPixels);
   QApplication::setFont(font);
