@@ -3,15 +3,12 @@
 // none changes by accident.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include "app/bench.h"
+#include "bench.h"
+#include "golden.h"
 
 namespace gainsmith::test {
 namespace {
@@ -134,20 +131,7 @@ TEST(DesignsTest, AreThoseThatUsersKnow) {
     description.Add(*window);
   }
   description.AddSettings();
-  std::ifstream file(DESIGNS_TXT);
-  std::vector<std::string> known;
-  for (std::string line; std::getline(file, line);) known.push_back(line);
-
-  const std::vector<std::string> lines = description.Lines();
-  const auto [now, then] = std::mismatch(lines.begin(), lines.end(), known.begin(), known.end());
-  if (now == lines.end() && then == known.end()) return;
-  const auto renewed = std::filesystem::temp_directory_path() / "designs.txt";
-  std::ofstream out(renewed);
-  for (const std::string& line : lines) out << line << "\n";
-  ADD_FAILURE() << "line " << now - lines.begin() + 1 << " was\n"
-                << (then == known.end() ? "" : *then) << "\nand is\n"
-                << (now == lines.end() ? "" : *now) << "\nIf that is meant, copy " << renewed
-                << " to tests/app/designs.txt.";
+  ExpectKnown(description.Lines(), DESIGNS_TXT);
 }
 
 }  // namespace

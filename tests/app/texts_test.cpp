@@ -1,0 +1,181 @@
+// What the tool says while it is used: texts.txt has every message, tip, caption and list entry
+// that is not part of a window's design, with its numbers taken out.
+#include <algorithm>
+#include <regex>
+#include <set>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "golden.h"
+#include "scenes.h"
+
+namespace gainsmith::test {
+namespace {
+
+std::string TextOf(const char* path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+std::string OnOneLine(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', '/');
+  return text;
+}
+
+class Listener {
+ public:
+  // What the tool says from now on goes into `heard`.
+  Listener(Bench& bench, std::set<std::string>& heard) : bench_(bench), heard_(heard) {
+    bench.world.OnMessage = [this](const Message& message) {
+      Look();
+      heard_.insert(OnOneLine(message.Title + " | " + message.Text));
+    };
+    LookAgain();
+  }
+  void Look() {
+    for (const Window* window : bench_.world.LoadedWindows()) Note(*window);
+    for (const Trouble& trouble : bench_.tool.mdiForm1.Troubles.Entries()) Note(trouble.Text);
+  }
+  void Note(const Window& window) {
+    Note(window.Caption);
+    for (const Control* control : window.Controls) Note(*control);
+  }
+  // Sentence by sentence, and numbers are a matter of the moment.
+  void Note(const std::string& text) {
+    if (!seen_.insert(text).second) return;
+    static const std::regex ends("[:.] |[\n\t]");
+    static const std::regex number("[0-9]+");
+    for (std::sregex_token_iterator sentence(text.begin(), text.end(), ends, -1), end;
+         sentence != end; ++sentence) {
+      std::string said = sentence->str();
+      said.erase(0, said.find_first_not_of(" .0123456789:-"));
+      if (designs_.find(said) != std::string::npos) continue;
+      heard_.insert(std::regex_replace(said, number, "#"));
+    }
+  }
+  void NoteCopies() {
+    for (const Window* window : bench_.world.LoadedWindows()) {
+      for (const Control* control : window->Controls) {
+        if (control->Kind != ControlKind::PictureBox) continue;
+        const auto& picture = static_cast<const PictureBox&>(*control);
+        if (picture.OnCopy) Note(picture.OnCopy());
+      }
+    }
+  }
+
+ private:
+  void LookAgain() {
+    Look();
+    constexpr std::int64_t EveryMs = 200;
+    bench_.world.At(EveryMs, [this] { LookAgain(); });
+  }
+  void Note(const Control& control) {
+    for (const auto& text : {control.Caption, control.ToolTip, control.AccessibleName}) Note(text);
+    if (control.Kind == ControlKind::StatusBar) {
+      for (const std::string& panel : static_cast<const StatusBar&>(control).Panels) Note(panel);
+    } else if (control.Kind == ControlKind::ComboBox) {
+      for (const auto& item : static_cast<const ComboBox&>(control).Items) Note(item.ToolTip);
+    } else if (control.Kind == ControlKind::Lamp) {
+      Note(static_cast<const Lamp&>(control).State);
+    } else if (control.Kind == ControlKind::PictureBox) {
+      for (const auto& text : static_cast<const PictureBox&>(control).Texts) Note(text.Text);
+    } else if (control.Kind == ControlKind::Grid) {
+      for (const Texts& row : static_cast<const Grid&>(control).Rows) {
+        for (const std::string& cell : row) Note(cell);
+      }
+    }
+  }
+
+  Bench& bench_;
+  std::set<std::string>& heard_;
+  std::set<std::string> seen_;
+  const std::string designs_ = TextOf(DESIGNS_TXT);
+};
+
+// Each field of a window with what it cannot take, and the button that looks at it.
+void TryBadFields(Bench& bench, Window& window, Button& button) {
+  for (Control* control : window.Controls) {
+    if (control->Kind != ControlKind::TextBox || !bench.user.CanReach(*control)) continue;
+    auto& field = static_cast<TextBox&>(*control);
+    const std::string good = field.Text;
+    for (const char* bad : {"", "-1", "1e9", "65535.4"}) {
+      if (!bench.user.CanReach(field)) continue;
+      bench.user.Paste(field, bad);
+      (void)bench.user.TryClick(button);
+      if (button.Caption == "Stop") (void)bench.user.TryClick(button);
+      bench.world.RunFor(2000);
+    }
+    field.Text = good;
+  }
+}
+
+TEST(TextsTest, AreThoseThatUsersKnow) {
+  std::set<std::string> heard;
+  std::vector<Scene> scenes(std::begin(Scenes), std::end(Scenes));
+  for (const Transfer& transfer : Transfers) scenes.push_back(SceneOf(transfer));
+  const std::vector<std::pair<int, std::function<void(Bench&)>>> blows{
+      {0, [](Bench&) {}},
+      {3, [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::Silent); }},
+      {12, [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::Silent); }},
+      {12, [](Bench& bench) { bench.world.At(1, [&bench] { bench.world.ClosePort(); }); }},
+      {46, [](Bench& bench) { bench.world.At(1, [&bench] { bench.world.ClosePort(); }); }}};
+  for (const Scene& scene : scenes) {
+    for (const auto& [after, strike] : blows) {
+      StruckBench bench;
+      Listener listener(bench, heard);
+      bench.device.BeforeRequest = [&, strike = strike,
+                                    last = bench.device.Requests + after](int number) {
+        if (number == last) strike(bench);
+      };
+      scene.Play(bench);
+      bench.world.RunFor(3000);
+      listener.NoteCopies();
+    }
+  }
+  Bench bench({}, Edition::ServiceBench);
+  Listener listener(bench, heard);
+  Tool& tool = bench.tool;
+  bench.world.RunFor(1000);
+  for (const int port : {2, 1}) {
+    bench.device.Drive.Inject(sim::Fault::Silent);
+    bench.user.Click(tool.mdiForm1.mnuConnect);
+    bench.user.Choose(tool.form2.Combo1[Form2::PortList], port - 1);
+    bench.user.Click(tool.form2.openPort);
+  }
+  bench.Repair();
+  // Each flag and each mode.
+  auto& flags = bench.device.Drive.Registers().Values[static_cast<std::size_t>(Register::Flags)];
+  const std::uint16_t before = flags;
+  for (const int word : {0x0000, 0xFFFF, 0xFF00, 0x00FF, static_cast<int>(before)}) {
+    flags = static_cast<std::uint16_t>(word);
+    if (bench.world.IsPortOpen()) bench.Connect();
+    bench.Connect();
+    bench.world.RunFor(1000);
+  }
+  const struct {
+    MenuItem& Opens;
+    Window& Opened;
+    Button& Looks;
+  } windows[] = {{tool.mdiForm1.MnuCurrentLoop, tool.form1, tool.form1.cmdTest},
+                 {tool.mdiForm1.mnuPositionLoop, tool.form3, tool.form3.Command1[0]},
+                 {tool.benchMenu->mnuVelocityLoop, tool.velocityMode, tool.velocityMode.Command1}};
+  for (const auto& window : windows) {
+    bench.user.Click(window.Opens);
+    TryBadFields(bench, window.Opened, window.Looks);
+    if (window.Opened.Loaded) bench.user.Close(window.Opened);
+    bench.world.RunFor(2000);
+  }
+  for (MenuItem* help : tool.mdiForm1.mnuHelp.Items) {
+    if (help->OnClick) help->OnClick();
+  }
+  for (const std::string& document : bench.world.Documents) listener.Note(document);
+  for (int reg = 0; reg < 200; ++reg) {
+    tool.link.OnLost(Function::Read, Register(reg), 1);
+    listener.Look();
+  }
+  ExpectKnown({heard.begin(), heard.end()}, TEXTS_TXT);
+}
+
+}  // namespace
+}  // namespace gainsmith::test
