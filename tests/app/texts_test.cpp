@@ -119,7 +119,7 @@ TEST(TextsTest, AreThoseThatUsersKnow) {
       {3, [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::Silent); }},
       {12, [](Bench& bench) { bench.device.Drive.Inject(sim::Fault::Silent); }},
       {12, [](Bench& bench) { bench.world.At(1, [&bench] { bench.world.ClosePort(); }); }},
-      {46, [](Bench& bench) { bench.world.At(1, [&bench] { bench.world.ClosePort(); }); }}};
+      {44, [](Bench& bench) { bench.world.At(1, [&bench] { bench.world.ClosePort(); }); }}};
   for (const Scene& scene : scenes) {
     for (const auto& [after, strike] : blows) {
       StruckBench bench;
@@ -137,6 +137,9 @@ TEST(TextsTest, AreThoseThatUsersKnow) {
   Listener listener(bench, heard);
   Tool& tool = bench.tool;
   bench.world.RunFor(1000);
+  auto devices = std::exchange(bench.world.Devices, {});
+  bench.world.RunFor(6000);
+  bench.world.Devices = std::move(devices);
   for (const int port : {2, 1}) {
     bench.device.Drive.Inject(sim::Fault::Silent);
     bench.user.Click(tool.mdiForm1.mnuConnect);
@@ -166,6 +169,9 @@ TEST(TextsTest, AreThoseThatUsersKnow) {
     if (window.Opened.Loaded) bench.user.Close(window.Opened);
     bench.world.RunFor(2000);
   }
+  bench.user.Click(tool.benchMenu->mnuParameters);
+  bench.user.Click(tool.form8.writedata);
+  bench.user.Close(tool.form8);
   for (MenuItem* help : tool.mdiForm1.mnuHelp.Items) {
     if (help->OnClick) help->OnClick();
   }
