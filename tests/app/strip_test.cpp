@@ -223,6 +223,7 @@ TEST(Page, ShowsAllSettingsWhereTheyDifferAndWhatIsAskedFor) {
   main.Refresh();
   EXPECT_FALSE(main.grdSettings.Visible);
   EXPECT_NE(main.lblHint.Caption.find("1.  Switch the drive on"), std::string::npos);
+  EXPECT_EQ(main.lblHint.Caption.find("COM1"), std::string::npos) << "the start waits for ports";
   bench.Connect();
   main.Refresh();
   EXPECT_TRUE(main.grdSettings.Visible);

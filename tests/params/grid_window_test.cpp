@@ -115,6 +115,11 @@ TEST_F(GridTest, SaveAndWriteNeedRowsAndAskNothingMore) {
   Do(form.writedata);
   EXPECT_EQ(bench.TakeMessages().back().Title, MainTitle);
   ExpectAtRest();
+
+  bench.User.Close(form);
+  Open();
+  bench.User.Click(form.writedata);
+  EXPECT_EQ(bench.TakeMessages(), Messages{Tell(rowsFirst + "\uFF01", "Writing Status!")});
 }
 
 TEST_F(GridTest, TheStoreIsAskedForAndReported) {

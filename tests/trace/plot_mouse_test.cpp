@@ -40,6 +40,8 @@ TEST(PlotZoom, GestureByGesture) {
   for (const auto& g : gestures) {
     bench.Drag(g.Drag);
     EXPECT_EQ(bench.View(), g.View) << g.Gesture;
+    const auto level = static_cast<std::size_t>(bench.plot.ZoomLevel);
+    EXPECT_EQ(bench.plot.Picture1.Scale.Left, bench.trace.ZoomLeft[level]) << g.Gesture;
   }
 }
 
