@@ -129,10 +129,13 @@ TEST(PlotMouse, TheRubberBandFollowsTheDragAndGoesWithTheRedraw) {
   bench.Capture();
   bench.plot.Picture1.OnMouseDown(LeftButton, 30, 250);
   bench.plot.Picture1.OnMouseMove(LeftButton, 70, -50);
-  ASSERT_EQ(bench.plot.Picture1.Overlay.size(), 4U);
-  const PictureLine& side = bench.plot.Picture1.Overlay[1];
-  EXPECT_EQ(side.WidthPixels, 1);
-  EXPECT_EQ(std::tuple(side.X1, side.X2, side.Y1, side.Y2), std::tuple(70, 30, -50, -50));
+  const PictureScale& scale = bench.plot.Picture1.Scale;
+  constexpr Colour white = Rgb(255, 255, 255);
+  const std::vector<PictureLine> sides{{30, 250, 70, 250, white, 1, false, scale},
+                                       {70, -50, 30, -50, white, 1, false, scale},
+                                       {30, 250, 30, -50, white, 1, false, scale},
+                                       {70, 250, 70, -50, white, 1, false, scale}};
+  EXPECT_EQ(bench.plot.Picture1.Overlay, sides);
   bench.plot.Picture1.OnMouseUp(LeftButton, 500, -1000);
   EXPECT_TRUE(bench.plot.Picture1.Overlay.empty());
   EXPECT_EQ(bench.plot.Picture1.Scale, (PictureScale{0, 250, 199, -800}));
