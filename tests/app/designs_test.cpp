@@ -91,7 +91,8 @@ class Description {
       text_ << "button " << button->Swatch << button->Default << button->Cancel;
     } else if (const auto* list = As<ComboBox>(control, ControlKind::ComboBox)) {
       text_ << "list " << list->ListIndex << list->Editable << " " << Quoted(list->Text);
-      for (const ListItem& item : list->Items) text_ << Quoted(item.Text) << item.ItemData << " ";
+      for (const ListItem& item : list->Items)
+        text_ << Quoted(item.Text) << item.ItemData << (item.Absent ? " absent " : " ");
     } else if (const auto* tabs = As<Tabs>(control, ControlKind::Tabs)) {
       text_ << "tabs " << tabs->CurrentPage << " ";
       for (const std::string& page : tabs->Pages) text_ << Quoted(page);

@@ -106,6 +106,17 @@ TEST(Nesting, NoWindowOpensBesideAGainThatIsStillOnItsWay) {
 }
 
 // Drive, Connect, Close: the way out of a transfer, and the only one.
+TEST(Nesting, AWindowAskedForAgainWhileItLoadsIsNotSeenHalfLoaded) {
+  ConnectedBench bench;
+  const Form3& window = bench.tool.form3;
+  bench.world.At(300, [&] {
+    bench.world.Show(bench.tool.form3);
+    EXPECT_TRUE(window.Loaded && !window.Visible);
+  });
+  bench.user.Click(bench.tool.mdiForm1.mnuPositionLoop);
+  EXPECT_TRUE(window.Visible);
+}
+
 TEST(Nesting, CloseEndsATransferAtAnyMoment) {
   for (const Transfer& command : Transfers) {
     const Undisturbed whole(command);

@@ -236,6 +236,8 @@ TEST_F(PositionTest, ARunningTestRefusesToClose) {
   User.Close(Window);
   EXPECT_FALSE(Window.Loaded);
   EXPECT_FALSE(Shell[Mark] || Shell.ChildWindowOpen);
+  World.Show(Window);
+  EXPECT_FALSE(Window.Loaded) << "it is still on its way out";
   EXPECT_EQ(TakeFrames(), Texts{});
 }
 
