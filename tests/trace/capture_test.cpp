@@ -40,19 +40,6 @@ struct CaptureBench : RecordingDrive, TuningBench {
   CaptureBench() { Plug(*this); }
 };
 
-TEST(FillTraceTimes, FifteenTimesAndTheirDividers) {
-  ComboBox combo;
-  for (int i = 0; i < 2; ++i) FillTraceTimes(combo);
-  std::string entries;
-  for (const ListItem& item : combo.Items) {
-    entries += item.Text + "=" + std::to_string(item.ItemData) + " ";
-  }
-  EXPECT_EQ(entries,
-            "100ms=1 200ms=2 300ms=3 400ms=4 500ms=5 600ms=6 700ms=7 800ms=8 900ms=9 1000ms=10 "
-            "1200ms=12 1500ms=15 2000ms=20 2500ms=25 3000ms=30 ");
-  EXPECT_EQ(combo.ChosenData(), 20);
-}
-
 // A poll is eight bytes of 2 ms, two waits of 51 ms and one of 50, each a step longer. One without
 // an answer looks for it twelve times.
 constexpr int PollMs = 16 + 2 * 52 + 51;

@@ -26,16 +26,6 @@ bool OneFrameAtATime(const VirtualWorld& world) {
   return true;
 }
 
-TYPED_TEST(RunSchemeTest, NamesItsFieldsAndFitsALowScreen) {
-  const TypeParam on;
-  for (const Control* control : on.Window.Controls) {
-    if (control->Kind != ControlKind::TextBox && control->Kind != ControlKind::ComboBox) continue;
-    EXPECT_FALSE(control->AccessibleName.empty()) << control->Name;
-  }
-  EXPECT_LT(on.Window.ClientHeightTwips, (768 - 80) * 15) << "title bar and panel fit, too";
-  EXPECT_LT(on.Window.ClientWidthTwips, 1366 * 15);
-}
-
 // The Stop click falls into every wait of a test in turn. A run command whose reply is lost would
 // be sent again: not behind the Stop.
 TYPED_TEST(RunSchemeTest, StopMeansStopAtEveryMoment) {
