@@ -239,6 +239,11 @@ TEST(Page, ShowsAllSettingsWhereTheyDifferAndWhatIsAskedFor) {
   }
   const Grid& grid = main.grdSettings;
   EXPECT_EQ(rightTwips, grid.LeftTwips + grid.WidthTwips);
+  const int gridTop = grid.TopTwips;
+  main.ShowNotice(Notice::Transfer, std::string(300, 'x') + "\nx");
+  EXPECT_EQ(main.lblNotice.HeightTwips, 4 * 240 + 60);
+  EXPECT_EQ(grid.TopTwips, gridTop + main.lblNotice.HeightTwips + 60);
+  main.ShowNotice(Notice::Transfer, "");
   EXPECT_EQ(rightTwips, main.ClientWidthTwips - grid.LeftTwips);
   EXPECT_GE(grid.TopTwips, 150 + main.txtFilter.HeightTwips);
   EXPECT_LE(grid.TopTwips + grid.HeightTwips, main.linStrip[0].TopTwips);

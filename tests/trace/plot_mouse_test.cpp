@@ -165,8 +165,9 @@ TEST(PlotMouse, ReadOutsOfThePositionPlot) {
             "|Current:-0.5060| A|Velocity:-101.200|r/min|P_Err:-50.600|p|Time:123.4|ms|");
   bench.plot.PositionSource = PositionSeries::PRef;
   bench.trace.PRefGain[0] = bench.trace.IGain[0] = 0;
+  bench.trace.VGain[0] = 2;
   EXPECT_EQ(ReadOut(bench, 0, 100),
-            "|Current:0.1000| A|Velocity:100.000|r/min|P_Ref:100.000|p|Time:0.0|ms|");
+            "|Current:0.1000| A|Velocity:50.000|r/min|P_Ref:100.000|p|Time:0.0|ms|");
 }
 
 }  // namespace
