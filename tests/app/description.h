@@ -24,7 +24,8 @@ class Description {
   void Add(const Window& window) {
     text_ << "\n" << window.Name << " " << Quoted(window.Caption);
     AddPlace(window.LeftTwips, window.TopTwips, window.ClientWidthTwips, window.ClientHeightTwips);
-    text_ << " " << window.BackColor << " " << window.Loaded << window.Visible << "\n";
+    text_ << " " << window.BackColor << " " << window.Loaded << window.Visible
+          << static_cast<int>(window.Pointer) << "\n";
     for (const Timer* timer : window.Timers) text_ << "  every " << timer->IntervalMs << " ms\n";
     for (const Control* control : window.Controls) Add(*control);
   }

@@ -79,7 +79,7 @@ void TryBadFields(Bench& bench, Window& window, Button& button) {
     if (control->Kind != ControlKind::TextBox || !bench.user.CanReach(*control)) continue;
     auto& field = static_cast<TextBox&>(*control);
     const std::string good = field.Text;
-    for (const char* bad : {"", "-1", "1e9", "65535.4"}) {
+    for (const char* bad : {"", "-1", "1e9", "65535.4", "60000"}) {
       if (!bench.user.CanReach(field)) continue;
       bench.user.Paste(field, bad);
       (void)bench.user.TryClick(button);

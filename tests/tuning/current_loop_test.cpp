@@ -176,6 +176,8 @@ TEST_F(CurrentLoopTest, ZoomsByRectanglesAndBackByClicks) {
       {20, 0.5F, 30, 0.504F, 0, full},                     // too low: one back
       {20, 1, 25, 0.5F, 1, {20, 1, 5, -0.5F}, "0.950 A"},  // just enough
       {20, 1, 20, 1, 0, full},
+      {20, 0.005F, 30, 0, 1, {20, 0.005F, 10, -0.005F}, "0.00450 A"},
+      {20, 1, 20, 1, 0, full},
       {10.5F, 1, 500, 0, 1, {10, 1, 188, -1}, "0.90 A"},
   };
   Open(Window);

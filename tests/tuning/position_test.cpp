@@ -165,6 +165,12 @@ TEST_F(PositionTest, ABadFieldChangesAndSendsNothing) {
     }
     c.Field.Text = good;
   }
+  Trace.EncoderCounts = 65535;
+  text[Form3::Acceleration].Text = "65535";
+  User.Click(RunButton);
+  EXPECT_EQ(TakeMessages(),
+            (Texts{"The acceleration is more than the drive can take: with 65535 pulses per "
+                   "revolution it takes at most 40000. Nothing was sent."}));
   Trace.EncoderCounts = 0;
   User.Click(RunButton);
   EXPECT_EQ(TakeMessages(),
