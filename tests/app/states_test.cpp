@@ -24,9 +24,19 @@ std::string Changed(const std::string& now, const std::string& before) {
   return "  " + now.substr(name, now.find(' ', name) - name) + now.substr(from);
 }
 
-// The first time and the second, in what has changed since the connection.
+void AddChanges(Texts& lines, const Texts& now, const Texts& before) {
+  ASSERT_EQ(now.size(), before.size());
+  for (std::size_t i = 0; i < now.size(); ++i) {
+    if (now[i] != before[i]) lines.push_back(Changed(now[i], before[i]));
+  }
+}
+
+// After the connection, and after each scene the first time and the second, in what has changed.
 TEST(StatesTest, AfterEachSceneAreThoseOfTheList) {
-  Texts lines;
+  Texts lines{"connected"};
+  Bench fresh({}, Edition::ServiceBench);
+  StruckBench justConnected;
+  AddChanges(lines, StateOf(justConnected.tool), StateOf(fresh.tool));
   for (const Scene& scene : Scenes) {
     StruckBench bench;
     Window& window = scene.Stage(bench.tool);
@@ -38,10 +48,7 @@ TEST(StatesTest, AfterEachSceneAreThoseOfTheList) {
       lines.push_back(std::string(scene.Name) + ", " + std::to_string(time) + ": " +
                       std::to_string(bench.TakeFrames().size()) + " frames in " +
                       std::to_string(bench.world.NowMs() - start) + " ms");
-      const Texts now = StateOf(bench.tool);
-      for (std::size_t i = 0; i < now.size(); ++i) {
-        if (now[i] != connected[i]) lines.push_back(Changed(now[i], connected[i]));
-      }
+      AddChanges(lines, StateOf(bench.tool), connected);
       if (window.Loaded) bench.user.Close(window);
       bench.world.RunFor(3000);
     }

@@ -45,6 +45,9 @@ TEST_F(ConnectTest, ListsOfferPortsRatesAndDevicesAndSetTheLink) {
   EXPECT_EQ(bench.Line.PortNumber, 12);
   EXPECT_EQ(bench.Line.SerialSettings, "9600,n,8,2");
   EXPECT_EQ(bench.Line.DeviceAddress, 0);
+  bench.User.Close(form);
+  bench.User.Click(bench.Main.mnuConnect);
+  EXPECT_EQ(bench.Line.PortNumber, 1) << "what the lists show";
 }
 
 TEST_F(ConnectTest, OpenMakesContactAndReadsAllSettingsWhateverIsPressedMeanwhile) {

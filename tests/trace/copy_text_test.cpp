@@ -35,6 +35,8 @@ TEST(CopyText, ARecordingComesWithWhatItWasMadeWith) {
   EXPECT_EQ(lines[8], "0\t0\t0\t0\t0\t0");
   EXPECT_TRUE(lines[15].starts_with("70\t1\t300\t90\t")) << lines[15];
   EXPECT_EQ(lines.back(), "1990\t0\t0\t0\t\t") << "the reference has no last sample";
+  bench.trace.SampleDivider = 1;
+  EXPECT_FALSE(LinesOf(bench.plot.Picture1.OnCopy()).back().ends_with("\t\t"));
 }
 
 TEST(CopyText, TheScopeKnowsNoReference) {
