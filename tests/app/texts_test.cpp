@@ -64,8 +64,7 @@ class Listener {
  private:
   void LookAgain() {
     Look();
-    constexpr std::int64_t EveryMs = 200;
-    bench_.world.At(EveryMs, [this] { LookAgain(); });
+    bench_.world.At(200, [this] { LookAgain(); });
   }
 
   Bench& bench_;
