@@ -70,7 +70,6 @@ TEST(Strip, LinkTellsWhereHowLongAgoAndWhatWasLost) {
 TEST(Strip, MotorIsUnknownFromALostLinkUntilAStopWasAcknowledged) {
   Screen bench;
   bench.Connect();
-  EXPECT_EQ(bench.Motor(), "Motor: at rest");
   bench.StartPositionTest();
   EXPECT_EQ(bench.Motor(), "Motor: test running");
   // Stop, and the drive hears nothing of it: known when the message comes, not when it is read.
@@ -216,12 +215,9 @@ TEST(Page, ShowsAllSettingsWhereTheyDifferAndWhatIsAskedFor) {
   Screen bench;
   MDIForm1& main = bench.tool.mdiForm1;
   main.Refresh();
-  EXPECT_FALSE(main.grdSettings.Visible);
-  EXPECT_NE(main.lblHint.Caption.find("1.  Switch the drive on"), std::string::npos);
   EXPECT_EQ(main.lblHint.Caption.find("COM1"), std::string::npos) << "the start waits for ports";
   bench.Connect();
   main.Refresh();
-  EXPECT_TRUE(main.grdSettings.Visible);
   EXPECT_EQ(main.grdSettings.Rows.size(), ParameterCount + main.grdSettings.HeadingRows.size());
   const Grid& grid = main.grdSettings;
   const int gridTop = grid.TopTwips;

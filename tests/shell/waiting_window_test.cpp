@@ -20,7 +20,6 @@ TEST(WaitingWindow, ARowOfDotsGrowsAndStartsAgainAfterTen) {
   world.RunFor(500);
 
   waiting.CloseWaitingMessage();
-  EXPECT_FALSE(waiting.Visible);
   waiting.ShowWaitingMessage("Downloading New Settings to Drive");
   EXPECT_EQ(waiting.lblDots.Caption, "");
 }
