@@ -20,6 +20,7 @@
 #include "desktop/desktop_world.h"
 #include "desktop/look.h"
 #include "figures.h"
+#include "host/sql_row_store.h"
 
 namespace gainsmith::benchmarks {
 
@@ -97,7 +98,7 @@ class WatchedWorld : public DesktopWorld {
 // A watched world with the tool in it.
 struct ToolDesk {
   SimulatedDrive drive;
-  WatchedWorld world{drive.Directory()};
+  WatchedWorld world{drive.Directory(), OpenRowStore};
   Tool tool{world, Edition::ServiceBench};
 
   ~ToolDesk() { world.EndProgram(); }

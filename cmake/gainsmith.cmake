@@ -13,6 +13,11 @@ if(CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
 endif()
 
+# A program loads the libraries whose names it uses, and no others.
+if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
+  add_link_options(LINKER:--as-needed)
+endif()
+
 # Whatever reads or writes where it must not, divides by zero, or overflows ends the program. The
 # rooms are watched most closely; what the fuzzers follow through them costs the tests little.
 if(GAINSMITH_SANITIZERS)

@@ -17,7 +17,7 @@
 #include "host/files.h"
 #include "host/port_names.h"
 #include "host/qt_text.h"
-#include "host/sql_row_store.h"
+#include "platform/memory_rows.h"
 
 namespace gainsmith {
 namespace {
@@ -86,8 +86,11 @@ class DesktopWorld::DialogScope {
   QPointer<QWidget> parent_;
 };
 
-DesktopWorld::DesktopWorld(std::string programDirectory)
-    : programDirectory_(std::move(programDirectory)), timers_(*this), host_{*this, queue_} {
+DesktopWorld::DesktopWorld(std::string programDirectory, RowStoreOpener openRows)
+    : programDirectory_(std::move(programDirectory)),
+      openRows_(openRows),
+      timers_(*this),
+      host_{*this, queue_} {
   QApplication::setQuitOnLastWindowClosed(false);
   qApp->installEventFilter(this);
   connect(QAbstractEventDispatcher::instance(), &QAbstractEventDispatcher::aboutToBlock, this,
@@ -321,7 +324,8 @@ void DesktopWorld::OpenDocument(const std::string& address) {
 
 std::unique_ptr<RowStore> DesktopWorld::OpenRows(const std::string& path,
                                                  const std::string& table) {
-  return OpenRowStore(path, table);
+  if (openRows_ == nullptr) return std::make_unique<MemoryRows>();
+  return openRows_(path, table);
 }
 
 // A held Enter commits and presses once, where Qt took its repeats for new presses, too.

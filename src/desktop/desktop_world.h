@@ -24,8 +24,11 @@ namespace gainsmith {
 // EndProgram, nor when it is destroyed; the records of windows on show must outlive either.
 class DesktopWorld : public World, private QObject {
  public:
-  // Fixed files and COM links are looked for in `programDirectory`.
-  explicit DesktopWorld(std::string programDirectory);
+  using RowStoreOpener = std::unique_ptr<RowStore> (*)(const std::string& path,
+                                                       const std::string& table);
+  // Fixed files and COM links are looked for in `programDirectory`. Without `openRows` all rows are
+  // kept in memory.
+  explicit DesktopWorld(std::string programDirectory, RowStoreOpener openRows = nullptr);
   ~DesktopWorld() override;
 
   bool OpenPort(int portNumber, const std::string& settings) override;
@@ -84,6 +87,7 @@ class DesktopWorld : public World, private QObject {
   void DeleteClosed();
 
   std::string programDirectory_;
+  RowStoreOpener openRows_;
   EventPump pump_;
   InputQueue queue_;
   WindowTimers timers_;

@@ -1,15 +1,15 @@
-// SVG pictures in the colours of the palette.
+// Drawings made while the tool was built.
 #include "desktop/icons.h"
 
-#include <QApplication>
-#include <QFile>
 #include <QIconEngine>
 #include <QPainter>
-#include <QPalette>
+#include <QPicture>
 #include <QPixmap>
 #include <QPixmapCache>
-#include <QSvgRenderer>
+#include <QResource>
 
+#include "desktop/icon_files.h"
+#include "desktop/look.h"
 #include "host/qt_text.h"
 
 namespace gainsmith {
@@ -17,79 +17,87 @@ namespace {
 
 constexpr QSize WindowIconSize(64, 64);
 
-QColor TextColour(QIcon::Mode mode = QIcon::Normal) {
-  return QApplication::palette().color(
-      mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active, QPalette::ButtonText);
+IconFile FileOf(const QString& name, QIcon::Mode mode = QIcon::Normal) {
+  return {name, PresentScheme(), mode == QIcon::Disabled};
 }
 
-// The drawing with its "currentColor" replaced.
-QByteArray Drawing(const QString& path, const QColor& text) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  return file.readAll().replace("currentColor", text.name().toLatin1());
+QByteArray Bytes(const QString& file) {
+  return QResource(QStringLiteral(":/icons/") + file).uncompressedData();
 }
 
-// The drawing with its colours turned into greys: what cannot be used has none.
-QByteArray Greyed(QByteArray drawing) {
-  constexpr qsizetype ColourLength = 7;
-  for (auto at = drawing.indexOf('#'); at >= 0; at = drawing.indexOf('#', at + 1)) {
-    const QColor colour(QString::fromLatin1(drawing.mid(at, ColourLength)));
-    if (!colour.isValid()) continue;
-    const int grey = qGray(colour.rgb());
-    drawing.replace(at, ColourLength, QColor(grey, grey, grey).name().toLatin1());
+QPicture Recording(const IconFile& icon) {
+  const QByteArray bytes = Bytes(icon.Recording());
+  QPicture picture;
+  picture.setData(bytes.constData(), static_cast<uint>(bytes.size()));
+  return picture;
+}
+
+void Replay(QPainter& painter, QPicture recording, const QRectF& place) {
+  const QRectF sheet = recording.boundingRect();
+  if (sheet.isEmpty()) return;
+  // A recording is as many inches wide on every device: here it is so many pixels.
+  const QPaintDevice& device = *painter.device();
+  const double acrossPixels = double(recording.logicalDpiX()) / device.logicalDpiX();
+  const double downPixels = double(recording.logicalDpiY()) / device.logicalDpiY();
+  painter.save();
+  painter.translate(place.topLeft());
+  painter.scale(acrossPixels * place.width() / sheet.width(),
+                downPixels * place.height() / sheet.height());
+  recording.play(&painter);
+  painter.restore();
+}
+
+QPixmap Drawn(const IconFile& icon, const QSize& size) {
+  const QByteArray pixels = Bytes(icon.Pixels(size));
+  if (!pixels.isEmpty()) {
+    const QImage image(reinterpret_cast<const uchar*>(pixels.constData()), size.width(),
+                       size.height(), IconFile::PixelFormat);
+    return QPixmap::fromImage(image.copy());
   }
-  return drawing;
+  QPixmap pixmap(size);
+  pixmap.fill(Qt::transparent);
+  QPainter painter(&pixmap);
+  Replay(painter, Recording(icon), QRectF(QPointF(0, 0), size));
+  return pixmap;
 }
 
-class SvgIconEngine final : public QIconEngine {
+class IconEngine final : public QIconEngine {
  public:
-  explicit SvgIconEngine(QString path) : path_(std::move(path)) {}
+  explicit IconEngine(QString name) : name_(std::move(name)) {}
 
   void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State) override {
-    const QByteArray drawing = Drawing(path_, TextColour(mode));
-    QSvgRenderer renderer(mode == QIcon::Disabled ? Greyed(drawing) : drawing);
-    renderer.render(painter, place);
+    Replay(*painter, Recording(FileOf(name_, mode)), place);
   }
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    const QString key = QStringLiteral("%1 %2x%3 %4 %5")
-                            .arg(path_)
-                            .arg(size.width())
-                            .arg(size.height())
-                            .arg(mode)
-                            .arg(TextColour(mode).name());
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State) override {
+    const IconFile icon = FileOf(name_, mode);
+    const QString key = icon.Pixels(size);
     QPixmap pixmap;
-    if (QPixmapCache::find(key, &pixmap)) return pixmap;
-    pixmap = QPixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    paint(&painter, QRect(QPoint(0, 0), size), mode, state);
-    painter.end();
-    QPixmapCache::insert(key, pixmap);
+    if (!QPixmapCache::find(key, &pixmap)) {
+      pixmap = Drawn(icon, size);
+      QPixmapCache::insert(key, pixmap);
+    }
     return pixmap;
   }
   // Window systems ask for all sizes of a window's icon while the window opens: one is enough for
   // them to scale.
   QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override { return {WindowIconSize}; }
-  [[nodiscard]] QIconEngine* clone() const override { return new SvgIconEngine(path_); }
+  [[nodiscard]] QIconEngine* clone() const override { return new IconEngine(name_); }
 
  private:
-  QString path_;
+  QString name_;
 };
 
 }  // namespace
 
-QIcon ProgramIcon(const std::string& name) {
-  return QIcon(new SvgIconEngine(QStringLiteral(":/icons/%1.svg").arg(ToQt(name))));
-}
+QIcon ProgramIcon(const std::string& name) { return QIcon(new IconEngine(ToQt(name))); }
 
-void PaintProgramPicture(QPainter& painter, const QRectF& place, const std::string& name,
-                         const QColor& text) {
-  QSvgRenderer renderer(Drawing(QStringLiteral(":/icons/%1.svg").arg(ToQt(name)), text));
-  if (!renderer.isValid()) return;
-  const QSizeF size = QSizeF(renderer.defaultSize()).scaled(place.size(), Qt::KeepAspectRatio);
+void PaintProgramPicture(QPainter& painter, const QRectF& place, const std::string& name) {
+  const QPicture recording = Recording(FileOf(ToQt(name)));
+  const QSizeF size =
+      recording.boundingRect().size().toSizeF().scaled(place.size(), Qt::KeepAspectRatio);
   QRectF target(QPointF(0, 0), size);
   target.moveCenter(place.center());
-  renderer.render(&painter, target);
+  Replay(painter, recording, target);
 }
 
 }  // namespace gainsmith

@@ -189,7 +189,7 @@ class ImageArea final : public QWidget {
  protected:
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
-    PaintProgramPicture(painter, rect(), Picture, palette().color(QPalette::WindowText));
+    PaintProgramPicture(painter, rect(), Picture);
   }
 };
 

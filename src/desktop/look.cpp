@@ -19,7 +19,7 @@
 #include "desktop/quiet_screen.h"
 
 // The resources lie in a static library; the linker keeps them only if asked for.
-static void KeepResources() { Q_INIT_RESOURCE(desktop); }
+static void KeepResources() { Q_INIT_RESOURCE(icons); }
 
 namespace gainsmith {
 namespace {
@@ -27,18 +27,6 @@ namespace {
 constexpr int FontHeightPixels = 12;
 constexpr int ToolBarLineDarker = 140;
 constexpr double ReadableContrast = 4.5;
-
-struct SchemeColours {
-  QRgb Window, WindowText, Base, AlternateBase, Button, Highlight, HighlightedText, Link, Disabled,
-      ToolTipBase, Placeholder;
-};
-
-constexpr SchemeColours LightColours{0xfff2f3f5, 0xff1b1f24, 0xffffffff, 0xfff6f7f9,
-                                     0xffe6e8eb, 0xff1f6fb5, 0xffffffff, 0xff1261a6,
-                                     0xff5f6770, 0xfffffbe6, 0xff6a727b};
-constexpr SchemeColours DarkColours{0xff30343a, 0xffe6e9ed, 0xff1d2024, 0xff24272c,
-                                    0xff3c424a, 0xff2f7fc4, 0xffffffff, 0xff6cb4ef,
-                                    0xffa6aeb8, 0xff3a3f46, 0xff8a929b};
 
 QPalette PaletteOf(const SchemeColours& colours) {
   QPalette palette(QColor(colours.Button), QColor(colours.Window));
@@ -139,10 +127,16 @@ void ApplyLook(QApplication& application) {
   const Scheme desktops = Luminance(before) < 0.2 ? Scheme::Dark : Scheme::Light;
   QApplication::setStyle(new Style);
   QFont font = application.font();
-  // Not all of them: for a family that is not there Qt first looks for what comes nearest.
+  // Not all of them: for a family that is not there Qt first looks for what comes nearest, to ask
+  // for which takes longer than to list them all.
+  const QStringList families = QFontDatabase::families();
   for (const auto& family : {QStringLiteral("Liberation Sans"), QStringLiteral("Arial"),
                              QStringLiteral("DejaVu Sans")}) {
-    if (!QFontDatabase::hasFamily(family)) continue;
+    // Of a family that several foundries make, each is listed with its foundry.
+    const bool isThere = std::any_of(families.begin(), families.end(), [&](const QString& listed) {
+      return listed == family || listed.startsWith(family + QStringLiteral(" ["));
+    });
+    if (!isThere) continue;
     font.setFamily(family);
     break;
   }
@@ -158,7 +152,7 @@ void ApplyLook(QApplication& application) {
 }
 
 void ApplyScheme(Scheme scheme) {
-  const QPalette palette = PaletteOf(scheme == Scheme::Dark ? DarkColours : LightColours);
+  const QPalette palette = PaletteOf(ColoursOf(scheme));
   QApplication::setPalette(palette);
   QToolTip::setPalette(palette);
 }

@@ -3,11 +3,11 @@
 
 #include <QColor>
 
+#include "desktop/scheme_colours.h"
+
 class QApplication;
 
 namespace gainsmith {
-
-enum class Scheme { Light, Dark };
 
 // Fusion style, the program's font and icon, the palette for the desktop's own scheme, and a screen
 // that keeps quiet. Called once, before the first window.

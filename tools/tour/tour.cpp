@@ -19,6 +19,7 @@
 #include "drive_process.h"
 #include "driver/desktop_driver.h"
 #include "driver/layout_check.h"
+#include "host/sql_row_store.h"
 
 namespace gainsmith::test {
 namespace {
@@ -515,7 +516,8 @@ int main(int argc, char** argv) {
     std::cerr << "kvt518-sim does not start\n";
     return 1;
   }
-  gainsmith::DesktopWorld world(QCoreApplication::applicationDirPath().toStdString());
+  gainsmith::DesktopWorld world(QCoreApplication::applicationDirPath().toStdString(),
+                                gainsmith::OpenRowStore);
   gainsmith::Tool tool(world, gainsmith::Edition::ServiceBench);
   tool.Start();
   gainsmith::test::Tour tour(world, tool, drive, arguments[1].toStdString(),
