@@ -4,9 +4,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <optional>
 #include <random>
 
 #include "bench.h"
+#include "description.h"
+#include "golden.h"
 #include "session_oracle.h"
 
 namespace gainsmith::test {
@@ -226,8 +229,11 @@ class RandomUser {
       return start + extent * static_cast<float>(Below(120) - 10) / 100;
     };
     const PictureScale& s = picture.Scale;
-    bench_.user.Drag(picture, at(s.Left, s.Width), at(s.Top, s.Height), at(s.Left, s.Width),
-                     at(s.Top, s.Height), Below(4) == 0 ? RightButton : LeftButton);
+    const float fromX = at(s.Left, s.Width);
+    const float fromY = at(s.Top, s.Height);
+    const float toX = at(s.Left, s.Width);
+    const float toY = at(s.Top, s.Height);
+    bench_.user.Drag(picture, fromX, fromY, toX, toY, Below(4) == 0 ? RightButton : LeftButton);
   }
 
   Bench& bench_;
@@ -237,6 +243,50 @@ class RandomUser {
   LineKind line_;
   int depth_ = 0;
   bool stopped_ = false;
+};
+
+// FNV-1a: it must be the same everywhere.
+std::string Digest(const Texts& texts) {
+  std::uint32_t digest = 0x811c9dc5;
+  for (const std::string& text : texts) {
+    for (const char c : text + "\n") digest = (digest ^ static_cast<std::uint8_t>(c)) * 0x1000193;
+  }
+  return std::to_string(texts.size()) + "/" + std::to_string(digest);
+}
+
+// What a session does and shows, from quarter minute to quarter minute.
+class Journal {
+ public:
+  Journal(Bench& bench, unsigned seed, Texts& lines) : bench_(bench), seed_(seed), lines_(lines) {
+    for (std::int64_t ms = EveryMs; ms <= SessionMs; ms += EveryMs) {
+      bench_.world.At(ms, [this, ms] { Note(ms); });
+    }
+  }
+
+ private:
+  static constexpr std::int64_t EveryMs = 15'000;
+
+  void Note(std::int64_t ms) {
+    const auto& frames = bench_.world.Log.Frames();
+    Texts sent;
+    for (; frames_ < frames.size(); ++frames_) {
+      const LoggedFrame& frame = frames[frames_];
+      sent.push_back(std::to_string(frame.AtMs) + " to " + std::to_string(frame.Bytes[0]) + ": " +
+                     frame.Text());
+    }
+    Texts said;
+    const auto& messages = bench_.world.Messages;
+    for (; messages_ < messages.size(); ++messages_) said.push_back(messages[messages_].Text);
+    lines_.push_back("seed " + std::to_string(seed_) + ", " + std::to_string(ms / 1000) +
+                     " s: frames " + Digest(sent) + ", messages " + Digest(said) + ", screen " +
+                     Digest(Description(bench_.tool).Lines()));
+  }
+
+  Bench& bench_;
+  unsigned seed_;
+  Texts& lines_;
+  std::size_t frames_ = 0;
+  std::size_t messages_ = 0;
 };
 
 void CloseAllWindows(Bench& bench) {
@@ -293,6 +343,8 @@ void ExpectToWork(Bench& bench) {
 
 TEST(RandomSession, KeepsItsPromisesComesToRestAndWorksAgain) {
   constexpr unsigned Seeds = 60;
+  constexpr unsigned Listed = 20;
+  Texts lines;
   int tests = 0;
   int jogs = 0;
   int gains = 0;
@@ -311,6 +363,8 @@ TEST(RandomSession, KeepsItsPromisesComesToRestAndWorksAgain) {
     std::set<Button*> held;
     SessionOracle oracle(bench, {{1, &bench.device.Drive}, {2, &second.Drive}}, held);
     RandomUser user(bench, oracle, held, seed, line);
+    std::optional<Journal> journal;
+    if (seed <= Listed) journal.emplace(bench, seed, lines);
     user.Play();
     EXPECT_LE(bench.world.DeepestWait, DeepestWait);
 
@@ -329,6 +383,7 @@ TEST(RandomSession, KeepsItsPromisesComesToRestAndWorksAgain) {
     ExpectToWork(bench);
     if (testing::Test::HasFailure()) return;
   }
+  ExpectKnown(lines, SESSIONS_TXT);
   EXPECT_GT(tests, 2 * static_cast<int>(Seeds));
   EXPECT_GT(jogs, 2 * static_cast<int>(Seeds));
   EXPECT_GT(gains, 10 * static_cast<int>(Seeds));

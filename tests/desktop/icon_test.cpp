@@ -18,13 +18,11 @@ QImage Drawn(int side, QIcon::Mode mode = QIcon::Normal) {
 // The mean difference of two pictures' colours, of 255.
 double Difference(const QImage& a, const QImage& b) {
   int sum = 0;
-  for (int y = 0; y < a.height(); ++y) {
-    for (int x = 0; x < a.width(); ++x) {
-      const QColor one = a.pixelColor(x, y);
-      const QColor other = b.pixelColor(x, y);
-      sum += std::abs(one.red() - other.red()) + std::abs(one.blue() - other.blue()) +
-             std::abs(one.alpha() - other.alpha());
-    }
+  for (int i = 0; i < a.width() * a.height(); ++i) {
+    const QColor one = a.pixelColor(i % a.width(), i / a.width());
+    const QColor other = b.pixelColor(i % a.width(), i / a.width());
+    sum += std::abs(one.red() - other.red()) + std::abs(one.blue() - other.blue()) +
+           std::abs(one.alpha() - other.alpha());
   }
   return sum / 3.0 / a.width() / a.height();
 }
