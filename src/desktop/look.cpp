@@ -26,6 +26,7 @@ namespace {
 
 constexpr int FontHeightPixels = 12;
 constexpr int ToolBarLineDarker = 140;
+constexpr int MenuBarLineDarker = 111;
 constexpr double ReadableContrast = 4.5;
 
 QPalette PaletteOf(const SchemeColours& colours) {
@@ -87,13 +88,16 @@ class Style final : public QProxyStyle {
         return QProxyStyle::standardIcon(icon, option, widget);
     }
   }
-  // Fusion blends its lines, for which Qt starts threads: one plain line does.
+  // Fusion blends its lines, for which Qt starts threads, and the line below its menus has a gap
+  // behind each where a screen is scaled: plain lines do.
   void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                    const QWidget* widget) const override {
-    if (element != CE_ToolBar) return QProxyStyle::drawControl(element, option, painter, widget);
-    QRect line = option->rect;
-    line.setTop(line.bottom());
-    painter->fillRect(line, option->palette.color(QPalette::Window).darker(ToolBarLineDarker));
+    if (element == CE_ToolBar) return DrawBottomLine(*painter, *option, ToolBarLineDarker);
+    QProxyStyle::drawControl(element, option, painter, widget);
+    const bool opened = (option->state & State_Selected) && (option->state & State_Sunken);
+    if (element == CE_MenuBarEmptyArea || (element == CE_MenuBarItem && !opened)) {
+      DrawBottomLine(*painter, *option, MenuBarLineDarker);
+    }
   }
   // The boxes and rings of a window that is drawn smaller than it is.
   int pixelMetric(PixelMetric metric, const QStyleOption* option,
@@ -115,6 +119,13 @@ class Style final : public QProxyStyle {
                 QStyleHintReturn* result) const override {
     if (hint == SH_DialogButtonBox_ButtonsHaveIcons) return 0;
     return QProxyStyle::styleHint(hint, option, widget, result);
+  }
+
+ private:
+  static void DrawBottomLine(QPainter& painter, const QStyleOption& option, int darker) {
+    // Fusion's own, which may lie below it, begins half a pixel higher.
+    const QRectF line(option.rect.left(), option.rect.bottom() - 0.5, option.rect.width(), 1.5);
+    painter.fillRect(line, option.palette.color(QPalette::Window).darker(darker));
   }
 };
 
