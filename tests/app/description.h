@@ -50,6 +50,18 @@ class Description {
     }
   }
 
+  // Which keys the fields of a window take; Enter may do something.
+  void AddKeys(const Window& window) {
+    for (const Control* control : window.Controls) {
+      const auto* field = As<TextBox>(*control, ControlKind::TextBox);
+      if (field == nullptr || !field->OnKeyPress) continue;
+      text_ << "\nKeys of " << window.Name << " " << field->Name << ":";
+      for (int key = 1; key < 128; ++key) {
+        if (key != KeyEnter && field->OnKeyPress(key)) text_ << " " << key;
+      }
+    }
+  }
+
   std::vector<std::string> Lines() const {
     std::istringstream all(text_.str());
     std::vector<std::string> lines;

@@ -16,6 +16,9 @@ TEST(DesignsTest, AreThoseThatUsersKnow) {
   Bench bench({}, Edition::ServiceBench);
   Description description(bench.tool);
   description.AddSettings();
+  description.AddKeys(bench.tool.form3);
+  description.AddKeys(bench.tool.velocityMode);
+  description.AddKeys(bench.tool.sysConfig);
   ExpectKnown(description.Lines(), DESIGNS_TXT);
 }
 

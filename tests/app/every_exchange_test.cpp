@@ -3,6 +3,8 @@
 // after the next connect they work as if nothing had been. Nothing that the user has not changed is
 // another setting afterwards, in the drive or in the table.
 
+#include "golden.h"
+#include "journal.h"
 #include "scenes.h"
 
 namespace gainsmith::test {
@@ -41,6 +43,7 @@ const struct {
 };
 
 TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
+  Texts lines;
   for (const Scene& scene : Scenes) {
     StruckBench whole;
     scene.Play(whole);
@@ -50,9 +53,10 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
     known.insert(known.end(), told.begin(), told.end());
     ASSERT_GT(frames.size(), 2U) << scene.Name;
     for (int request = 1; request <= static_cast<int>(frames.size()); request += scene.Every) {
+      const std::string where = std::string(scene.Name) + ", request " + std::to_string(request);
+      Texts blows;
       for (const auto& [name, strike, line] : Blows) {
-        SCOPED_TRACE(std::string(scene.Name) + ", request " + std::to_string(request) + ", " +
-                     name);
+        SCOPED_TRACE(where + ", " + name);
         StruckBench bench;
         Tool& tool = bench.tool;
         Window& window = scene.Stage(tool);
@@ -63,7 +67,9 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
           hasStruck = true;
           strike(bench);
         };
+        Journal journal(bench);
         scene.Play(bench);
+        blows.push_back(journal.Line());
         EXPECT_TRUE(hasStruck);
         Texts heard = bench.TakeMessages();
         for (const std::string& text : heard) {
@@ -99,8 +105,10 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
         EXPECT_EQ(bench.TakeMessages(), told);
         if (HasFailure()) return;
       }
+      lines.push_back(where + ": " + Digest(blows));
     }
   }
+  ExpectKnown(lines, EXCHANGES_TXT);
 }
 
 }  // namespace

@@ -4,12 +4,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <optional>
 #include <random>
 
 #include "bench.h"
-#include "description.h"
 #include "golden.h"
+#include "journal.h"
 #include "session_oracle.h"
 
 namespace gainsmith::test {
@@ -245,50 +244,6 @@ class RandomUser {
   bool stopped_ = false;
 };
 
-// FNV-1a: it must be the same everywhere.
-std::string Digest(const Texts& texts) {
-  std::uint32_t digest = 0x811c9dc5;
-  for (const std::string& text : texts) {
-    for (const char c : text + "\n") digest = (digest ^ static_cast<std::uint8_t>(c)) * 0x1000193;
-  }
-  return std::to_string(texts.size()) + "/" + std::to_string(digest);
-}
-
-// What a session does and shows, from quarter minute to quarter minute.
-class Journal {
- public:
-  Journal(Bench& bench, unsigned seed, Texts& lines) : bench_(bench), seed_(seed), lines_(lines) {
-    for (std::int64_t ms = EveryMs; ms <= SessionMs; ms += EveryMs) {
-      bench_.world.At(ms, [this, ms] { Note(ms); });
-    }
-  }
-
- private:
-  static constexpr std::int64_t EveryMs = 15'000;
-
-  void Note(std::int64_t ms) {
-    const auto& frames = bench_.world.Log.Frames();
-    Texts sent;
-    for (; frames_ < frames.size(); ++frames_) {
-      const LoggedFrame& frame = frames[frames_];
-      sent.push_back(std::to_string(frame.AtMs) + " to " + std::to_string(frame.Bytes[0]) + ": " +
-                     frame.Text());
-    }
-    Texts said;
-    const auto& messages = bench_.world.Messages;
-    for (; messages_ < messages.size(); ++messages_) said.push_back(messages[messages_].Text);
-    lines_.push_back("seed " + std::to_string(seed_) + ", " + std::to_string(ms / 1000) +
-                     " s: frames " + Digest(sent) + ", messages " + Digest(said) + ", screen " +
-                     Digest(Description(bench_.tool).Lines()));
-  }
-
-  Bench& bench_;
-  unsigned seed_;
-  Texts& lines_;
-  std::size_t frames_ = 0;
-  std::size_t messages_ = 0;
-};
-
 void CloseAllWindows(Bench& bench) {
   for (int tries = 0; tries < 60 && bench.world.LoadedWindows().size() > 1; ++tries) {
     const std::vector<Window*> windows = bench.world.LoadedWindows();
@@ -343,7 +298,7 @@ void ExpectToWork(Bench& bench) {
 
 TEST(RandomSession, KeepsItsPromisesComesToRestAndWorksAgain) {
   constexpr unsigned Seeds = 60;
-  constexpr unsigned Listed = 20;
+  constexpr std::int64_t ListedEveryMs = 30'000;
   Texts lines;
   int tests = 0;
   int jogs = 0;
@@ -363,8 +318,12 @@ TEST(RandomSession, KeepsItsPromisesComesToRestAndWorksAgain) {
     std::set<Button*> held;
     SessionOracle oracle(bench, {{1, &bench.device.Drive}, {2, &second.Drive}}, held);
     RandomUser user(bench, oracle, held, seed, line);
-    std::optional<Journal> journal;
-    if (seed <= Listed) journal.emplace(bench, seed, lines);
+    Journal journal(bench);
+    for (std::int64_t ms = ListedEveryMs; ms <= SessionMs; ms += ListedEveryMs) {
+      bench.world.At(ms, [&, name = std::to_string(seed) + ", " + std::to_string(ms)] {
+        lines.push_back("seed " + name + " ms" + journal.Line());
+      });
+    }
     user.Play();
     EXPECT_LE(bench.world.DeepestWait, DeepestWait);
 

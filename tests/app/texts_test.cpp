@@ -72,23 +72,6 @@ class Listener {
   std::set<std::string> seen_;
 };
 
-// Each field of a window with what it cannot take, and the button that looks at it.
-void TryBadFields(Bench& bench, Window& window, Button& button) {
-  for (Control* control : window.Controls) {
-    if (control->Kind != ControlKind::TextBox || !bench.user.CanReach(*control)) continue;
-    auto& field = static_cast<TextBox&>(*control);
-    const std::string good = field.Text;
-    for (const char* bad : {"", "-1", "1e9", "65535.4", "60000"}) {
-      if (!bench.user.CanReach(field)) continue;
-      bench.user.Paste(field, bad);
-      (void)bench.user.TryClick(button);
-      if (button.Caption == "Stop") (void)bench.user.TryClick(button);
-      bench.world.RunFor(2000);
-    }
-    field.Text = good;
-  }
-}
-
 TEST(TextsTest, AreThoseThatUsersKnow) {
   std::set<std::string> heard;
   std::vector<Scene> scenes(std::begin(Scenes), std::end(Scenes));
@@ -135,19 +118,10 @@ TEST(TextsTest, AreThoseThatUsersKnow) {
     bench.Connect();
     bench.world.RunFor(1000);
   }
-  const struct {
-    MenuItem& Opens;
-    Window& Opened;
-    Button& Looks;
-  } windows[] = {{tool.mdiForm1.MnuCurrentLoop, tool.form1, tool.form1.cmdTest},
-                 {tool.mdiForm1.mnuPositionLoop, tool.form3, tool.form3.Command1[0]},
-                 {tool.benchMenu->mnuVelocityLoop, tool.velocityMode, tool.velocityMode.Command1}};
-  for (const auto& window : windows) {
-    bench.user.Click(window.Opens);
-    TryBadFields(bench, window.Opened, window.Looks);
-    if (window.Opened.Loaded) bench.user.Close(window.Opened);
-    bench.world.RunFor(2000);
-  }
+  bench.user.Click(tool.mdiForm1.MnuCurrentLoop);
+  bench.user.Type(tool.form1.Text1[Form1::Kp], "900");
+  bench.user.Click(tool.form1.cmdTest);
+  bench.user.Close(tool.form1);
   bench.user.Click(tool.benchMenu->mnuParameters);
   bench.user.Click(tool.form8.writedata);
   bench.user.Close(tool.form8);
