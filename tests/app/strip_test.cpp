@@ -203,6 +203,7 @@ TEST(Strip, TroublesSayWhyAPortDidNotOpenAndStandInAListToCopy) {
   bench.device.Drive.Inject(sim::Fault::Silent);
   bench.user.Click(bench.tool.form2.openPort);
   bench.tool.mdiForm1.OnTroubleClick();
+  EXPECT_EQ(bench.tool.troubles.grdTroubles.Rows.size(), 2U);
   EXPECT_EQ(bench.tool.troubles.grdTroubles.Rows.back()[1], "2");
   bench.user.Click(bench.tool.troubles.cmdCopy);
   EXPECT_TRUE(bench.world.Clipboard.starts_with("12:00:00\tCOM1: no drive"));

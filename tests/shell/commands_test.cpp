@@ -179,6 +179,7 @@ TEST(Commands, TheNewestOneThatWaitsForTheLineStarts) {
   EXPECT_FALSE(shell.State.ChildWindowOpen) << "a command that waits holds nothing";
   shell.World.RunFor(200);
   EXPECT_EQ(shell.Main.Pointer, MousePointer::Hourglass);
+  EXPECT_EQ(shell.Main.lblActivity.Caption, "Waiting: a value is on its way");
   shell.LineInUse = false;
   shell.World.RunFor(200);
   EXPECT_EQ(shell.World.ModalWindow(), &shell.Scope);
