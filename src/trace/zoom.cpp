@@ -122,7 +122,6 @@ bool ZoomIn(TraceState& trace, int channelCount, int level, const DragEnds& drag
   // The samples are 199 intervals, but the ten divisions of the whole trace stand for 200.
   const float previousWidth = trace.ZoomWidth[below] + (level == 1 ? 1.0F : 0.0F);
   NiceTimeStep(trace, level, trace.TimeStep[below], previousWidth, trace.ZoomWidth[at]);
-  trace.ZoomHeight[at] = -height;
   trace.ZoomTop[at] = static_cast<float>(RoundHalfToEven(std::max(drag.StartY, drag.EndY)));
   return ZoomAxes(trace, channelCount, level, previousHeight, height, trace.ZoomTop[at]);
 }

@@ -46,7 +46,8 @@ class Description {
       const ParameterRow& row = RowOf(slot);
       text_ << "  " << row.Key << " " << Quoted(std::string(TitleOf(row.Group)))
             << Quoted(std::string(row.PlainName)) << Quoted(std::string(row.Unit))
-            << Quoted(std::string(row.Name)) << Quoted(std::string(row.Range)) << "\n";
+            << Quoted(std::string(row.Name)) << Quoted(std::string(row.Range)) << row.Scale << " "
+            << row.PatternDecimals << "\n";
     }
   }
 

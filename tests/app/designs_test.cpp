@@ -19,7 +19,7 @@ TEST(DesignsTest, AreThoseThatUsersKnow) {
   description.AddKeys(bench.tool.form3);
   description.AddKeys(bench.tool.velocityMode);
   description.AddKeys(bench.tool.sysConfig);
-  ExpectKnown(description.Lines(), DESIGNS_TXT);
+  ExpectKnown(description.Lines(), "designs.txt");
 }
 
 }  // namespace

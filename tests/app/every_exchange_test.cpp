@@ -108,7 +108,7 @@ TEST(EveryExchange, ALineLostAtItLeavesAWindowThatClosesAndWorksAgain) {
       lines.push_back(where + ": " + Digest(blows));
     }
   }
-  ExpectKnown(lines, EXCHANGES_TXT);
+  ExpectKnown(lines, "exchanges.txt");
 }
 
 }  // namespace

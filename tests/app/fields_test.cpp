@@ -1,6 +1,7 @@
 // What the fields take is in fields.txt: the words that go out for an entry, and what is said of
 // it.
 #include <string>
+#include <utility>
 
 #include "bench.h"
 #include "golden.h"
@@ -38,10 +39,8 @@ void TryEntries(Bench& bench, const Place& place, TextBox& field, Texts& lines) 
     if (place.Looks.Caption == "Stop") (void)bench.user.TryClick(place.Looks);
     bench.world.RunFor(2000);
     Texts said;
-    for (const Message& message : bench.world.Messages) {
-      said.push_back(message.Title + ": " + message.Text);
-    }
-    bench.TakeMessages();
+    const auto messages = std::exchange(bench.world.Messages, {});
+    for (const Message& m : messages) said.push_back(m.Title + ": " + m.Text);
     lines.push_back(place.Opened.Name + " " + field.Name + " \"" + entry +
                     "\": " + Joined(bench.TakeFrames()) + " | " + Joined(said) + " | " +
                     field.Text + (bench.world.Focus == &field ? " <" : ""));
@@ -70,7 +69,7 @@ TEST(FieldsTest, TakeWhatUsersKnow) {
     if (place.Opened.Loaded) bench.user.Close(place.Opened);
     bench.world.RunFor(2000);
   }
-  ExpectKnown(lines, FIELDS_TXT);
+  ExpectKnown(lines, "fields.txt");
 }
 
 }  // namespace

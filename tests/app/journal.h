@@ -38,7 +38,7 @@ class Journal {
     for (; messages_ < messages.size(); ++messages_) all.push_back(messages[messages_].Text);
     for (; frames_ < frames.size(); ++frames_) {
       const LoggedFrame& frame = frames[frames_];
-      all.push_back(std::to_string(frame.AtMs) + " to " + std::to_string(frame.Bytes[0]));
+      all.push_back(std::to_string(frame.AtMs) + ", " + std::to_string(frame.Bytes[0]));
       all.push_back(frame.Text());
     }
     return counts + Digest(all);

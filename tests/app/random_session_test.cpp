@@ -342,7 +342,7 @@ TEST(RandomSession, KeepsItsPromisesComesToRestAndWorksAgain) {
     ExpectToWork(bench);
     if (testing::Test::HasFailure()) return;
   }
-  ExpectKnown(lines, SESSIONS_TXT);
+  ExpectKnown(lines, "sessions.txt");
   EXPECT_GT(tests, 2 * static_cast<int>(Seeds));
   EXPECT_GT(jogs, 2 * static_cast<int>(Seeds));
   EXPECT_GT(gains, 10 * static_cast<int>(Seeds));

@@ -53,7 +53,7 @@ TEST(StatesTest, AfterEachSceneAreThoseOfTheList) {
       bench.world.RunFor(3000);
     }
   }
-  ExpectKnown(lines, STATES_TXT);
+  ExpectKnown(lines, "states.txt");
 }
 
 }  // namespace

@@ -136,7 +136,7 @@ TEST(TextsTest, AreThoseThatUsersKnow) {
     tool.link.OnLost(Function::Read, Register(reg), 1);
     listener.Look();
   }
-  ExpectKnown({heard.begin(), heard.end()}, TEXTS_TXT);
+  ExpectKnown({heard.begin(), heard.end()}, "texts.txt");
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -34,12 +35,21 @@ TEST(AutoRange, GoesUpToTheNextStepAboveThePeakAndTenPercent) {
 }
 
 TEST(NiceDivision, TakesTheStepAboveATenth) {
+  // From the first number on, up to the next line's.
   const std::pair<float, float> cases[] = {
-      {0, 0.1F},    {0.9F, 0.1F},  {1, 0.2F},     {5, 1},        {50, 10},
-      {500, 80},    {1550, 200},   {2050, 250},   {2500, 400},   {7000, 800},
-      {8000, 1000}, {10000, 1200}, {29999, 3000}, {30050, 3005},
+      {0, 0.1F},     {1, 0.2F},     {2, 0.5F},     {5, 1},        {10, 2},       {20, 5},
+      {50, 10},      {100, 20},     {200, 40},     {400, 50},     {500, 80},     {800, 100},
+      {1000, 200},   {2000, 250},   {2500, 400},   {4000, 500},   {5000, 600},   {6000, 800},
+      {8000, 1000},  {10000, 1200}, {12000, 1400}, {14000, 1500}, {15000, 1800}, {18000, 2000},
+      {20000, 2200}, {22000, 2400}, {24000, 2500}, {25000, 2800}, {28000, 3000},
   };
-  for (const auto& [x, step] : cases) EXPECT_EQ(NiceDivision(x), step) << x;
+  float before = 0.1F;
+  for (const auto& [x, step] : cases) {
+    EXPECT_EQ(NiceDivision(std::nextafter(x, 0.F)), before) << "below " << x;
+    EXPECT_EQ(NiceDivision(x), step) << x;
+    before = step;
+  }
+  EXPECT_EQ(NiceDivision(30050), 3005);
 }
 
 TEST(PlotGain, CarriesSevenDecimalsAndReplacesZerosAtTheCaller) {
